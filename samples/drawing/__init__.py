@@ -1,0 +1,1 @@
+"""What the sample pictures are drawn with."""
