@@ -1,0 +1,80 @@
+#include "animatedimage/picturestream.h"
+
+#include <QtCore/QDataStream>
+#include <QtCore/QIODevice>
+#include <QtGui/QImageReader>
+
+namespace PictureStream
+{
+
+namespace
+{
+
+/// Before this version of the stream format a picture had no marker for being null.
+constexpr int versionWithNullMarker = QDataStream::Qt_3_1;
+
+/// Whether a picture of @p size may come from the bytes that @p device still has. Deflate reaches
+/// 1032 to 1, and one bit may become a pixel of four bytes at the most.
+bool isJustified(const QSize &size, const QIODevice &device)
+{
+    if (device.isSequential())
+        return true;
+    constexpr qint64 alwaysGranted = 64 * 1024 * 1024;
+    constexpr qint64 bestRatio = 1032 * 32;
+    const qint64 bytes = qint64(size.width()) * size.height() * 4;
+    return bytes <= alwaysGranted || bytes / bestRatio <= device.bytesAvailable();
+}
+
+bool fail(QDataStream &stream)
+{
+    stream.setStatus(QDataStream::ReadPastEnd);
+    return false;
+}
+
+} // namespace
+
+bool read(QDataStream &stream, QImage &image)
+{
+    image = QImage();
+    QIODevice *device = stream.device();
+    if (!device)
+        return fail(stream);
+    if (stream.version() >= versionWithNullMarker) {
+        qint32 isPresent = 0;
+        stream >> isPresent;
+        if (stream.status() != QDataStream::Ok)
+            return false;
+        if (!isPresent)
+            return true;
+    }
+    QImageReader reader(device, stream.version() == 1 ? "bmp" : "png");
+    const QSize size = reader.size();
+    if (!size.isValid() || !isJustified(size, *device))
+        return fail(stream);
+    image = reader.read();
+    return image.isNull() ? fail(stream) : true;
+}
+
+QList<QImage> readList(QDataStream &stream)
+{
+    const QDataStream::Status statusBefore = stream.status();
+    stream.resetStatus();
+    QList<QImage> images;
+    quint32 count = 0;
+    stream >> count;
+    for (quint32 i = 0; i < count; ++i) {
+        QImage image;
+        if (!read(stream, image)) {
+            images.clear();
+            break;
+        }
+        images.append(image);
+    }
+    if (statusBefore != QDataStream::Ok) {
+        stream.resetStatus();
+        stream.setStatus(statusBefore);
+    }
+    return images;
+}
+
+} // namespace PictureStream

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QList>
+#include <QtGui/QImage>
+
+class QDataStream;
+
+/// Reads pictures from streams that may be damaged or hostile. The layout, and what a failure does
+/// to list and stream status, are those of Qt's own readers; unlike them these neither throw nor
+/// set memory aside for what a stream only claims to hold.
+namespace PictureStream
+{
+
+/// Reads one picture. False, with the stream's status no longer QDataStream::Ok, when there is
+/// none, or when its size could not come from the bytes that are present.
+bool read(QDataStream &stream, QImage &image);
+
+/// Reads a counted list of pictures. One that fails empties the list and ends the reading. A
+/// status that was bad before is put back afterwards.
+QList<QImage> readList(QDataStream &stream);
+
+} // namespace PictureStream
