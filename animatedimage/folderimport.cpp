@@ -11,7 +11,7 @@ namespace
 
 bool isGifPath(const QString &path)
 {
-    return path.toLower().contains(QLatin1String(".gif"));
+    return path.contains(QLatin1String(".gif"), Qt::CaseInsensitive);
 }
 
 /// The object in the file at @p path; an empty one when there is none to be had.

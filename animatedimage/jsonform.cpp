@@ -7,16 +7,16 @@ namespace
 
 namespace Key
 {
-constexpr QLatin1String isGif("IsGif");
-constexpr QLatin1String imageList("ImageList");
-constexpr QLatin1String gifFileName("GifFileName");
-constexpr QLatin1String shiftInterval("ShiftInterval");
-constexpr QLatin1String lockScale("LockScale");
-constexpr QLatin1String imageMirror("ImageMirror");
-constexpr QLatin1String imageFlip("ImageFlip");
-constexpr QLatin1String loopCount("LoopCount");
-constexpr QLatin1String useGifInterval("UseGifInterval");
-constexpr QLatin1String isRunning("IsRunning");
+const QLatin1String isGif("IsGif");
+const QLatin1String imageList("ImageList");
+const QLatin1String gifFileName("GifFileName");
+const QLatin1String shiftInterval("ShiftInterval");
+const QLatin1String lockScale("LockScale");
+const QLatin1String imageMirror("ImageMirror");
+const QLatin1String imageFlip("ImageFlip");
+const QLatin1String loopCount("LoopCount");
+const QLatin1String useGifInterval("UseGifInterval");
+const QLatin1String isRunning("IsRunning");
 } // namespace Key
 
 } // namespace

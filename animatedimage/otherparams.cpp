@@ -10,11 +10,11 @@ namespace
 
 namespace Key
 {
-constexpr QLatin1String names("animatedImageNames");
-constexpr QLatin1String sizes("animatedImageSizes");
-constexpr QLatin1String type("animatedType");
-constexpr QLatin1String visibleRect("animatedBGRect");
-constexpr QLatin1String runningIndex("animatedRunningIndex");
+const QLatin1String names("animatedImageNames");
+const QLatin1String sizes("animatedImageSizes");
+const QLatin1String type("animatedType");
+const QLatin1String visibleRect("animatedBGRect");
+const QLatin1String runningIndex("animatedRunningIndex");
 } // namespace Key
 
 } // namespace

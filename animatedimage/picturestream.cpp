@@ -19,8 +19,8 @@ bool isJustified(const QSize &size, const QIODevice &device)
 {
     if (device.isSequential())
         return true;
-    constexpr qint64 alwaysGranted = 64 * 1024 * 1024;
-    constexpr qint64 bestRatio = 1032 * 32;
+    constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
+    constexpr qint64 bestRatio = qint64{1032} * 32;
     const qint64 bytes = qint64(size.width()) * size.height() * 4;
     return bytes <= alwaysGranted || bytes / bestRatio <= device.bytesAvailable();
 }

@@ -10,9 +10,9 @@ namespace
 
 namespace SettingId
 {
-constexpr QLatin1String play("idImagePlay");
-constexpr QLatin1String shiftInterval("idShiftInterval");
-constexpr QLatin1String loopCount("idLoopCount");
+const QLatin1String play("idImagePlay");
+const QLatin1String shiftInterval("idShiftInterval");
+const QLatin1String loopCount("idLoopCount");
 } // namespace SettingId
 
 bool isOn(const QString &value)
