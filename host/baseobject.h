@@ -6,6 +6,8 @@
 #include <QtGui/QImage>
 #include <QtWidgets/QGraphicsObject>
 
+struct BaseState;
+
 /// Why a cached picture of an object with layer effects is dropped.
 enum class ClearLayerEffectCacheReason {
     EffectChanged = 0,
@@ -64,6 +66,8 @@ protected:
     void geometryChanged(bool notify) override;
 
 private:
+    BaseState state() const;
+    void restore(const BaseState &state);
     void paintContent(QPainter *painter);
     void paintShadow(QPainter *painter);
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+class QDataStream;
+
+/// Reading and writing of streams that may be damaged or hostile. A reader never throws and
+/// takes no memory ahead of the bytes that are there; a value that is cut short comes back as
+/// nothing and leaves QDataStream::ReadPastEnd behind.
+namespace ByteStream
+{
+
+/// Bytes behind their 32-bit length.
+void writeBlock(QDataStream &stream, const QByteArray &block);
+QByteArray readBlock(QDataStream &stream);
+
+/// A text as a block of UTF-8.
+void writeText(QDataStream &stream, const QString &text);
+QString readText(QDataStream &stream);
+
+/// The 64 bits of a double, whatever precision the stream is set to.
+void writeDouble(QDataStream &stream, double value);
+double readDouble(QDataStream &stream);
+
+void writeFlag(QDataStream &stream, bool flag);
+bool readFlag(QDataStream &stream);
+
+} // namespace ByteStream

@@ -1,0 +1,104 @@
+#include "framework/document.h"
+
+#include "framework/framework.h"
+#include "framework/page.h"
+#include "host/attributeids.h"
+#include "host/baseobject.h"
+
+#include <QtCore/QDataStream>
+#include <QtCore/QPointer>
+
+Document::~Document()
+{
+    // Commands hold plain pointers to objects, and objects one to their document.
+    Framework::instance().dropUndoCommands();
+    for (Page *page : std::as_const(m_pages))
+        page->releaseObjects();
+    while (!m_pages.isEmpty())
+        delete m_pages.last();
+}
+
+Page *Document::addPage(const QRectF &rect)
+{
+    auto *page = new Page(rect, this);
+    m_pages.append(page);
+    return page;
+}
+
+void Document::removePage(Page *page)
+{
+    if (m_pages.contains(page))
+        delete page;
+}
+
+const QList<Page *> &Document::pages() const
+{
+    return m_pages;
+}
+
+int Document::alternateMode() const
+{
+    return m_alternateMode;
+}
+
+void Document::enterAlternateMode()
+{
+    if (m_alternateMode != 0)
+        return;
+    sendAttribute(AttributeId::EnterAlternateMode);
+    m_alternateMode = 1;
+    updatePages();
+}
+
+void Document::leaveAlternateMode()
+{
+    if (m_alternateMode == 0)
+        return;
+    m_alternateMode = 0;
+    sendAttribute(AttributeId::LeaveAlternateMode);
+    updatePages();
+}
+
+bool Document::keepsImagesInline() const
+{
+    return m_keepsImagesInline;
+}
+
+void Document::setKeepsImagesInline(bool keepsInline)
+{
+    m_keepsImagesInline = keepsInline;
+}
+
+ImageStore &Document::imageStore()
+{
+    return m_imageStore;
+}
+
+void Document::forget(Page *page)
+{
+    m_pages.removeOne(page);
+}
+
+void Document::sendAttribute(int id)
+{
+    // An object's answer is heard by listeners, who may release objects.
+    QList<QPointer<CBaseObject>> receivers;
+    for (const Page *page : std::as_const(m_pages)) {
+        const QList<CBaseObject *> objects = page->objects();
+        for (CBaseObject *object : objects)
+            receivers.append(object);
+    }
+    for (const QPointer<CBaseObject> &receiver : std::as_const(receivers)) {
+        QDataStream noInput{QByteArray()};
+        if (receiver)
+            receiver->SetAttribute(id, noInput, false);
+    }
+}
+
+void Document::updatePages()
+{
+    for (Page *page : std::as_const(m_pages)) {
+        page->clearSelection();
+        page->update();
+    }
+}

@@ -1,0 +1,117 @@
+#include "framework/document.h"
+
+#include "framework/bytestream.h"
+#include "framework/picturecodec.h"
+
+#include <QtCore/QDataStream>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
+
+namespace
+{
+
+/// What stands for a picture in a stream, before a block with its content. An unknown kind, of a
+/// later version perhaps, is passed over by its block.
+enum class Kind : quint8 {
+    Null = 0,
+    Png = 1,
+    Digest = 2,
+};
+
+constexpr QLatin1String PngMember("png");
+constexpr QLatin1String DigestMember("digest");
+
+} // namespace
+
+void Document::streamImageList(QDataStream &stream, QList<QImage> &images, QStringList &,
+                               QStringList &, bool saving)
+{
+    if (saving)
+        writeImages(stream, images);
+    else
+        images = readImages(stream);
+}
+
+void Document::writeImages(QDataStream &stream, const QList<QImage> &images)
+{
+    stream << quint32(images.size());
+    for (const QImage &image : images) {
+        const QByteArray content =
+            m_keepsImagesInline ? PictureCodec::encode(image) : m_imageStore.add(image).toLatin1();
+        const Kind kind = m_keepsImagesInline ? Kind::Png : Kind::Digest;
+        stream << quint8(content.isEmpty() ? Kind::Null : kind);
+        ByteStream::writeBlock(stream, content);
+    }
+}
+
+QList<QImage> Document::readImages(QDataStream &stream)
+{
+    quint32 count = 0;
+    stream >> count;
+    QList<QImage> images;
+    for (quint32 i = 0; i < count; ++i) {
+        quint8 kind = 0;
+        stream >> kind;
+        const QByteArray content = ByteStream::readBlock(stream);
+        if (stream.status() != QDataStream::Ok)
+            break;
+        if (kind == quint8(Kind::Png))
+            images.append(PictureCodec::decode(content));
+        else if (kind == quint8(Kind::Digest))
+            images.append(storedImage(QString::fromLatin1(content)));
+        else
+            images.append(QImage());
+    }
+    return images;
+}
+
+void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QString &key,
+                             bool saving)
+{
+    if (saving) {
+        QJsonArray elements;
+        for (const QImage &image : std::as_const(images))
+            elements.append(jsonImage(image));
+        json.insert(key, elements);
+        return;
+    }
+    images.clear();
+    const QJsonArray elements = json.value(key).toArray();
+    for (const QJsonValue element : elements)
+        images.append(imageOfJson(element.toObject()));
+}
+
+QJsonValue Document::jsonImage(const QImage &image)
+{
+    if (image.isNull())
+        return QJsonValue::Null;
+    if (!m_keepsImagesInline)
+        return QJsonObject{{DigestMember, m_imageStore.add(image)}};
+    return QJsonObject{{PngMember, QString::fromLatin1(PictureCodec::encode(image).toBase64())}};
+}
+
+QImage Document::imageOfJson(const QJsonObject &json)
+{
+    if (json.contains(DigestMember))
+        return storedImage(json.value(DigestMember).toString());
+    const QByteArray text = json.value(PngMember).toString().toLatin1();
+    return PictureCodec::decode(QByteArray::fromBase64(text));
+}
+
+QImage Document::storedImage(const QString &digest)
+{
+    const QImage image = m_imageStore.image(digest);
+    if (image.isNull() && !m_missingPictures.contains(digest))
+        m_missingPictures.append(digest);
+    return image;
+}
+
+QStringList Document::missingPictures() const
+{
+    return m_missingPictures;
+}
+
+void Document::clearMissingPictures()
+{
+    m_missingPictures.clear();
+}

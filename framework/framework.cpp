@@ -1,0 +1,124 @@
+#include "framework/framework.h"
+
+#include "host/baseobject.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtWidgets/QGraphicsView>
+
+namespace
+{
+
+constexpr char TranslationContext[] = "host";
+
+/// The part of @p view that shows @p item, in its viewport's pixels.
+QRect shownRect(const QGraphicsView &view, const QGraphicsItem &item)
+{
+    const QRect shown = view.mapFromScene(item.sceneBoundingRect()).boundingRect();
+    return shown.adjusted(-2, -2, 2, 2) & view.viewport()->rect();
+}
+
+} // namespace
+
+IFramework *GetFramework()
+{
+    return &Framework::instance();
+}
+
+Framework &Framework::instance()
+{
+    static Framework *const framework = new Framework;
+    return *framework;
+}
+
+Framework::Framework()
+{
+    setLanguage(QLocale());
+    QObject::connect(&m_undoStack, &QUndoStack::indexChanged, &m_notifier, [this] {
+        // An open macro stands on the stack: an empty one was cleared, and its macros with it.
+        if (m_undoStack.count() == 0)
+            m_openMacros = 0;
+    });
+    qAddPostRoutine([] { Framework::instance().dropUndoCommands(); });
+}
+
+Document *Framework::defaultDocument()
+{
+    return &m_defaultDocument;
+}
+
+Notifier *Framework::notifier()
+{
+    return &m_notifier;
+}
+
+QUndoStack *Framework::undoStack()
+{
+    return &m_undoStack;
+}
+
+void Framework::dropUndoCommands()
+{
+    // A dying command may release objects that it owned, and so come back here.
+    if (m_droppingCommands)
+        return;
+    m_droppingCommands = true;
+    m_undoStack.clear();
+    m_openMacros = 0;
+    m_droppingCommands = false;
+}
+
+void Framework::dropUndoCommandsLater()
+{
+    if (m_droppingCommands || m_undoStack.count() == 0)
+        return;
+    QMetaObject::invokeMethod(
+        &m_undoStack, [this] { dropUndoCommands(); }, Qt::QueuedConnection);
+}
+
+void Framework::setLanguage(const QLocale &locale)
+{
+    const bool chinese = locale.language() == QLocale::Chinese &&
+                         locale.script() == QLocale::SimplifiedChineseScript;
+    const QString language = chinese ? QStringLiteral("zh_CN") : QStringLiteral("en");
+    m_translator.load(QStringLiteral(":/framework/translations/framework_") + language);
+}
+
+QString Framework::translated(const QString &id, const QString &fallback)
+{
+    return std::as_const(*this).translated(id, fallback);
+}
+
+QString Framework::translated(const QString &id, const QString &fallback) const
+{
+    const QString text = m_translator.translate(TranslationContext, id.toUtf8().constData());
+    return text.isEmpty() ? fallback : text;
+}
+
+bool Framework::isUndoMacroOpen()
+{
+    return m_openMacros > 0;
+}
+
+void Framework::openUndoMacro(const QString &id)
+{
+    m_undoStack.beginMacro(translated(id, id));
+    ++m_openMacros;
+}
+
+void Framework::closeUndoMacro()
+{
+    if (m_openMacros == 0)
+        return;
+    --m_openMacros;
+    m_undoStack.endMacro();
+}
+
+void Framework::refreshObject(CGDRootObject *object)
+{
+    const auto *base = dynamic_cast<CBaseObject *>(object);
+    if (!base || !base->scene())
+        return;
+    const QList<QGraphicsView *> views = base->scene()->views();
+    for (QGraphicsView *view : views)
+        view->viewport()->repaint(shownRect(*view, *base));
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "framework/document.h"
+#include "framework/frameworkglobal.h"
+#include "framework/notifier.h"
+#include "host/framework.h"
+#include "host/localize.h"
+
+#include <QtCore/QLocale>
+#include <QtCore/QTranslator>
+#include <QtWidgets/QUndoStack>
+
+/// The one framework of the process, behind GetFramework(). GUI thread only.
+class FRAMEWORK_API Framework final : public IFramework, public ILocalize
+{
+public:
+    /// Made on first use, which must come after the application object; never destroyed, so that
+    /// objects may call it however late they die.
+    static Framework &instance();
+
+    Document *defaultDocument() override;
+    Notifier *notifier() override;
+
+    /// The undo stack of the process. Open and close macros through the framework, not on the
+    /// stack, or isUndoMacroOpen() does not know of them.
+    QUndoStack *undoStack();
+
+    /// Deletes all commands and closes all macros. Commands hold plain pointers to objects: this
+    /// comes before the death of any object that a command may know.
+    void dropUndoCommands();
+    /// The same with the next turn of the event loop, for callers that a command may have called.
+    void dropUndoCommandsLater();
+
+    /// Chooses the language of translated(): Simplified Chinese or, for every other locale,
+    /// English. At the start it is that of the default locale.
+    void setLanguage(const QLocale &locale);
+    QString translated(const QString &id, const QString &fallback) override;
+    QString translated(const QString &id, const QString &fallback) const override;
+
+    bool isUndoMacroOpen() override;
+    void openUndoMacro(const QString &id) override;
+    void closeUndoMacro() override;
+
+    void refreshObject(CGDRootObject *object) override;
+
+private:
+    Framework();
+    ~Framework() override = default;
+    Q_DISABLE_COPY(Framework)
+
+    QTranslator m_translator;
+    Notifier m_notifier;
+    QUndoStack m_undoStack;
+    int m_openMacros = 0;
+    bool m_droppingCommands = false;
+    Document m_defaultDocument;
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "framework/frameworkglobal.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QMap>
+#include <QtCore/QString>
+#include <QtGui/QImage>
+
+/// The pictures of a document, each distinct one kept once, as a PNG file in memory. A picture is
+/// known by its digest: the MD5 of the PNG bytes as 32 lower-case hexadecimal digits.
+/// The same pixels always give the same bytes, on every machine and however often they were
+/// saved and loaded (see picturecodec.h).
+class FRAMEWORK_API ImageStore
+{
+public:
+    /// Keeps @p image and returns its digest; a null image is not kept and gives an empty digest.
+    QString add(const QImage &image);
+    /// Keeps the PNG file @p bytes. False, with nothing kept, when they have another digest.
+    bool addPng(const QString &digest, const QByteArray &bytes);
+
+    /// The picture behind @p digest; a null image when there is none or its file is damaged.
+    QImage image(const QString &digest) const;
+    /// The PNG file behind @p digest; empty when there is none.
+    QByteArray png(const QString &digest) const;
+    bool contains(const QString &digest) const;
+    /// All digests, in ascending order.
+    QList<QString> digests() const;
+
+    void remove(const QString &digest);
+    void clear();
+
+private:
+    QMap<QString, QByteArray> m_pngs;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "framework/frameworkglobal.h"
+#include "host/framework.h"
+
+#include <QtCore/QObject>
+
+class CBaseObject;
+
+/// Turns what objects tell their host into signals that panels and views connect to.
+class FRAMEWORK_API Notifier final : public QObject, public INotifier
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    void post(int id, int first, const QString &text, int last) override;
+    void notify(int code, int first, int second, int third) override;
+
+Q_SIGNALS:
+    /// The property @p id of @p object (see PropertyChange) has changed. A listener may release
+    /// the object; listeners behind it in the order of connection must then not use it.
+    void propertyChanged(CBaseObject *object, int id, const QString &value);
+
+    /// A message was posted; see MessageId.
+    void posted(int id, int first, const QString &text, int last);
+
+    /// An event has happened; see NotificationCode.
+    void notified(int code, int first, int second, int third);
+};

@@ -1,0 +1,34 @@
+#include "framework/numbertext.h"
+
+#include <QtCore/QLocale>
+
+#include <cmath>
+#include <limits>
+
+QString numberText(double value)
+{
+    if (std::isnan(value))
+        return QStringLiteral("nan");
+    if (std::isinf(value))
+        return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
+    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+}
+
+bool parseNumberText(const QString &text, double &value)
+{
+    bool ok = true;
+    double parsed = 0.0;
+    if (text == QLatin1String("nan"))
+        parsed = std::numeric_limits<double>::quiet_NaN();
+    else if (text == QLatin1String("inf"))
+        parsed = std::numeric_limits<double>::infinity();
+    else if (text == QLatin1String("-inf"))
+        parsed = -std::numeric_limits<double>::infinity();
+    else
+        parsed = text.toDouble(&ok);
+    // Other spellings of the same number are not ours.
+    if (!ok || numberText(parsed) != text)
+        return false;
+    value = parsed;
+    return true;
+}

@@ -1,0 +1,218 @@
+#include "framework/page.h"
+
+#include "framework/document.h"
+#include "framework/framework.h"
+#include "framework/geometrycheck.h"
+#include "framework/movelayercommand.h"
+#include "host/baseobject.h"
+#include "host/undoredo.h"
+
+#include <QtGui/QPainter>
+
+#include <memory>
+
+namespace
+{
+
+constexpr int MoveToLayer = 0;
+constexpr int NormalLayerCode = 0;
+constexpr int BackgroundLayerCode = 2;
+constexpr double MostPixels = 1 << 28;
+
+} // namespace
+
+Page::Page(const QRectF &rect, Document *document)
+    : m_document(document)
+{
+    setItemIndexMethod(NoIndex);
+    setPageRect(rect);
+}
+
+Page::~Page()
+{
+    Framework::instance().dropUndoCommands();
+    releaseObjects();
+    if (m_document)
+        m_document->forget(this);
+}
+
+QRectF Page::pageRect() const
+{
+    return m_rect;
+}
+
+void Page::setPageRect(const QRectF &rect)
+{
+    if (!isPlace(rect.topLeft()) || !isExtent(rect.size()))
+        return;
+    m_rect = rect;
+    setSceneRect(rect);
+}
+
+IGdDocument *Page::document() const
+{
+    return m_document;
+}
+
+qint64 Page::queryObject(CGDRootObject *, int code)
+{
+    switch (code) {
+    case NormalLayerCode:
+        return handleOf(Layer::Normal);
+    case BackgroundLayerCode:
+        return handleOf(Layer::Background);
+    default:
+        return 0;
+    }
+}
+
+void Page::applyObject(int operation, qint64 handle, const QList<CGDRootObject *> &objects,
+                       bool undoable, const QString &text, bool refresh)
+{
+    const bool toNormal = handle == handleOf(Layer::Normal);
+    if (operation != MoveToLayer || (!toNormal && handle != handleOf(Layer::Background)))
+        return;
+    const Layer target = toNormal ? Layer::Normal : Layer::Background;
+    const QList<CBaseObject *> moved = movable(objects, target);
+    if (moved.isEmpty())
+        return;
+    auto command = std::make_unique<MoveLayerCommand>(this, moved, target);
+    if (undoable) {
+        const QString ownText = Framework::instance().translated(
+            QStringLiteral("IDS_PAGE_MOVE_TO_LAYER"), QStringLiteral("Move to Another Layer"));
+        command->setText(text.isEmpty() ? ownText : text);
+        CUndoRedo::GetInstance()->push(command.release());
+    } else {
+        command->redo();
+    }
+    if (refresh)
+        update();
+}
+
+void Page::addObject(CBaseObject *object, Layer layer)
+{
+    if (!object || holds(object))
+        return;
+    if (auto *other = qobject_cast<Page *>(object->scene()))
+        other->takeObject(object);
+    object->setParentItem(nullptr);
+    addItem(object);
+    object->SetPage(this);
+    this->layer(layer).append(object);
+    // For an object that somebody took out of the scene and deleted: it cannot find the page.
+    connect(object, &QObject::destroyed, this, [this, object] { forget(object); });
+    restack();
+}
+
+CBaseObject *Page::takeObject(CBaseObject *object)
+{
+    if (!removeFromLayers(object))
+        return nullptr;
+    disconnect(object, &QObject::destroyed, this, nullptr);
+    object->SetPage(nullptr);
+    if (object->scene() == this)
+        removeItem(object);
+    restack();
+    return object;
+}
+
+void Page::destroyObject(CBaseObject *object)
+{
+    if (!holds(object))
+        return;
+    Framework::instance().dropUndoCommands();
+    takeObject(object)->Release();
+}
+
+void Page::releaseObjects()
+{
+    while (!m_normal.isEmpty())
+        takeObject(m_normal.last())->Release();
+    while (!m_background.isEmpty())
+        takeObject(m_background.last())->Release();
+}
+
+QList<CBaseObject *> Page::objects() const
+{
+    return m_background + m_normal;
+}
+
+bool Page::holds(const CBaseObject *object) const
+{
+    auto *key = const_cast<CBaseObject *>(object);
+    return m_normal.contains(key) || m_background.contains(key);
+}
+
+Page::Place Page::placeOf(const CBaseObject *object) const
+{
+    auto *key = const_cast<CBaseObject *>(object);
+    const int index = m_background.indexOf(key);
+    return index >= 0 ? Place{Layer::Background, index}
+                      : Place{Layer::Normal, m_normal.indexOf(key)};
+}
+
+void Page::placeObject(CBaseObject *object, Place place)
+{
+    if (!removeFromLayers(object))
+        return;
+    QList<CBaseObject *> &target = layer(place.layer);
+    target.insert(qBound(0, place.index, target.size()), object);
+    restack();
+}
+
+QImage Page::rendered(double scale, const QColor &paper)
+{
+    const QSizeF size = m_rect.size() * scale;
+    if (!isExtent(size) || size.isEmpty() || size.width() * size.height() > MostPixels)
+        return {};
+    QImage picture(qMax(1, qRound(size.width())), qMax(1, qRound(size.height())),
+                   QImage::Format_ARGB32_Premultiplied);
+    picture.fill(paper);
+    QPainter painter(&picture);
+    render(&painter, picture.rect(), m_rect, Qt::IgnoreAspectRatio);
+    return picture;
+}
+
+void Page::forget(CBaseObject *object)
+{
+    // Commands may know the object, and one of them may be what has just released it.
+    if (removeFromLayers(object))
+        Framework::instance().dropUndoCommandsLater();
+}
+
+QList<CBaseObject *> &Page::layer(Layer layer)
+{
+    return layer == Layer::Background ? m_background : m_normal;
+}
+
+bool Page::removeFromLayers(CBaseObject *object)
+{
+    return m_normal.removeOne(object) || m_background.removeOne(object);
+}
+
+void Page::restack()
+{
+    // Normal objects stand at 0 and above, those of the background below.
+    for (int i = 0; i < m_background.size(); ++i)
+        m_background[i]->setZValue(i - m_background.size());
+    for (int i = 0; i < m_normal.size(); ++i)
+        m_normal[i]->setZValue(i);
+}
+
+qint64 Page::handleOf(Layer layer) const
+{
+    return reinterpret_cast<qint64>(layer == Layer::Background ? &m_background : &m_normal);
+}
+
+QList<CBaseObject *> Page::movable(const QList<CGDRootObject *> &objects, Layer target) const
+{
+    const QList<CBaseObject *> &others = target == Layer::Background ? m_normal : m_background;
+    QList<CBaseObject *> found;
+    for (CGDRootObject *object : objects) {
+        for (CBaseObject *candidate : others) {
+            if (candidate == object && !found.contains(candidate))
+                found.append(candidate);
+        }
+    }
+    return found;
+}

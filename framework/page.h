@@ -1,0 +1,86 @@
+#pragma once
+
+#include "framework/frameworkglobal.h"
+#include "host/gdpage.h"
+
+#include <QtGui/QImage>
+#include <QtWidgets/QGraphicsScene>
+
+class CBaseObject;
+class Document;
+
+/// A page of a document, with two layers of objects: the background below the normal one.
+/// It owns its objects. Their bounds may switch with the document's mode, so the scene keeps no
+/// index of them. Objects that are released by others leave the page by themselves; the undo
+/// commands are then dropped, since they may know the object.
+class FRAMEWORK_API Page : public QGraphicsScene, public IGdPage
+{
+    Q_OBJECT
+
+public:
+    enum class Layer { Normal, Background };
+
+    /// Where an object stands: its layer, and how many objects of that layer are below it.
+    struct Place {
+        Layer layer = Layer::Normal;
+        int index = 0;
+    };
+
+    /// @p document may be null; it does not take the page over (Document::addPage() does).
+    /// @p rect is the page's rectangle in page coordinates.
+    explicit Page(const QRectF &rect, Document *document = nullptr);
+    /// Drops the undo commands and releases the objects.
+    ~Page() override;
+
+    QRectF pageRect() const override;
+    /// An invalid or infinite rectangle is ignored.
+    void setPageRect(const QRectF &rect);
+    IGdDocument *document() const override;
+
+    /// The handles of the two layers are numbers of this page alone, never 0.
+    qint64 queryObject(CGDRootObject *object, int code) override;
+    void applyObject(int operation, qint64 handle, const QList<CGDRootObject *> &objects,
+                     bool undoable, const QString &text, bool refresh) override;
+
+    /// Takes ownership of @p object and puts it on top of @p layer, away from the page or parent
+    /// item where it was. Null, or an object that is here already, is ignored.
+    void addObject(CBaseObject *object, Layer layer = Layer::Normal);
+    /// Gives @p object away: the caller owns it, and it is on no page. Null when it was not here.
+    CBaseObject *takeObject(CBaseObject *object);
+    /// Drops the undo commands, which may know the object, and releases it. An object that is
+    /// not here is ignored.
+    void destroyObject(CBaseObject *object);
+
+    /// From bottom to top.
+    QList<CBaseObject *> objects() const;
+    bool holds(const CBaseObject *object) const;
+
+    /// Where @p object stands; it must be on this page.
+    Place placeOf(const CBaseObject *object) const;
+    /// Moves an object of this page; an index outside the layer counts as its nearest end. Not
+    /// undoable by itself.
+    void placeObject(CBaseObject *object, Place place);
+
+    /// The page as the user sees it, @p scale pixels for each unit. Null for a scale that is not
+    /// a positive number or gives a picture of more than 2^28 pixels.
+    QImage rendered(double scale = 1.0, const QColor &paper = Qt::white);
+
+private:
+    friend class CBaseObject;
+    friend class Document;
+
+    /// Called by a dying object, of which only the base is left.
+    void forget(CBaseObject *object);
+
+    QList<CBaseObject *> &layer(Layer layer);
+    void releaseObjects();
+    bool removeFromLayers(CBaseObject *object);
+    void restack();
+    qint64 handleOf(Layer layer) const;
+    QList<CBaseObject *> movable(const QList<CGDRootObject *> &objects, Layer target) const;
+
+    QRectF m_rect;
+    Document *m_document;
+    QList<CBaseObject *> m_normal;
+    QList<CBaseObject *> m_background;
+};

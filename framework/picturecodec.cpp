@@ -1,0 +1,62 @@
+#include "framework/picturecodec.h"
+
+#include "framework/pictureformat.h"
+
+#include <QtCore/QBuffer>
+#include <QtGui/QImageReader>
+#include <QtGui/QImageWriter>
+
+namespace
+{
+
+constexpr char PngFormat[] = "png";
+/// 96 dots per inch. QImage would otherwise ask the screen, and the bytes depend on the machine.
+constexpr int DotsPerMeter = 3780;
+/// What a picture may take in memory however few its bytes are, and how far deflate can shrink.
+constexpr qint64 SmallPicture = qint64(64) << 20;
+constexpr qint64 MostDeflated = 1032;
+constexpr qint64 BytesPerPixel = 4;
+
+QString formatKey()
+{
+    return QStringLiteral("PixelFormat");
+}
+
+/// Whether a picture of @p size may come out of so many bytes.
+bool isPlausible(const QSize &size, qint64 byteCount)
+{
+    return size.isValid() && qint64(size.width()) * size.height() * BytesPerPixel <=
+                                 SmallPicture + byteCount * MostDeflated * BytesPerPixel;
+}
+
+} // namespace
+
+QByteArray PictureCodec::encode(const QImage &image)
+{
+    if (image.isNull())
+        return {};
+    QString format;
+    QImage carrier = PictureFormat::carried(image, format);
+    carrier.setDotsPerMeterX(DotsPerMeter);
+    carrier.setDotsPerMeterY(DotsPerMeter);
+    carrier.setText(formatKey(), format);
+    QByteArray png;
+    QBuffer buffer(&png);
+    QImageWriter writer(&buffer, PngFormat);
+    return writer.write(carrier) ? png : QByteArray();
+}
+
+QImage PictureCodec::decode(const QByteArray &png)
+{
+    QByteArray bytes = png;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, PngFormat);
+    reader.setDecideFormatFromContent(false);
+    reader.setAutoTransform(false);
+    if (!isPlausible(reader.size(), bytes.size()))
+        return {};
+    const QImage carrier = reader.read();
+    return carrier.isNull() ? QImage()
+                            : PictureFormat::restored(carrier, carrier.text(formatKey()));
+}
