@@ -1,11 +1,10 @@
 #pragma once
 
 #include "framework/frameworkglobal.h"
+#include "host/baseobject.h"
 #include "host/framework.h"
 
 #include <QtCore/QObject>
-
-class CBaseObject;
 
 /// Turns what objects tell their host into signals that panels and views connect to.
 class FRAMEWORK_API Notifier final : public QObject, public INotifier
