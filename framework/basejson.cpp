@@ -11,18 +11,18 @@
 namespace
 {
 
-constexpr QLatin1String ObjectId("ObjectId");
-constexpr QLatin1String Editable("Editable");
-constexpr QLatin1String Position("Position");
-constexpr QLatin1String Size("Size");
-constexpr QLatin1String RotateType("RotateType");
-constexpr QLatin1String RotateDegree("RotateDegree");
-constexpr QLatin1String Mirror("Mirror");
-constexpr QLatin1String Flip("Flip");
-constexpr QLatin1String Shadow("Shadow");
-constexpr QLatin1String Color("Color");
-constexpr QLatin1String Offset("Offset");
-constexpr QLatin1String OtherParams("OtherParams");
+const QLatin1String ObjectId("ObjectId");
+const QLatin1String Editable("Editable");
+const QLatin1String Position("Position");
+const QLatin1String Size("Size");
+const QLatin1String RotateType("RotateType");
+const QLatin1String RotateDegree("RotateDegree");
+const QLatin1String Mirror("Mirror");
+const QLatin1String Flip("Flip");
+const QLatin1String Shadow("Shadow");
+const QLatin1String Color("Color");
+const QLatin1String Offset("Offset");
+const QLatin1String OtherParams("OtherParams");
 
 /// A point that no object can stand at unless @p json is an array of two numbers.
 QPointF pairOf(const QJsonValue &json)

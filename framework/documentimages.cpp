@@ -18,8 +18,8 @@ enum class Kind : quint8 {
     Digest = 2,
 };
 
-constexpr QLatin1String PngMember("png");
-constexpr QLatin1String DigestMember("digest");
+const QLatin1String PngMember("png");
+const QLatin1String DigestMember("digest");
 
 } // namespace
 

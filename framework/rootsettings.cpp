@@ -77,7 +77,7 @@ bool CGDRootObject::ParseSettingJson(const QString &json, QMap<QString, QString>
         return false;
     QMap<QString, QString> parsed;
     const QJsonArray elements = settings.toArray();
-    for (const QJsonValue element : elements) {
+    for (const QJsonValue &element : elements) {
         const QJsonValue id = element.toObject().value(QLatin1String("id"));
         QString text;
         if (!id.isString() ||

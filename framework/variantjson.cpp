@@ -45,7 +45,7 @@ QVector<double> numbersOf(const QJsonValue &json, int count)
     const QJsonArray elements = json.toArray();
     if (elements.size() != count)
         return {};
-    for (const QJsonValue element : elements) {
+    for (const QJsonValue &element : elements) {
         double number = 0.0;
         if (!readNumber(element, number))
             return {};
@@ -77,7 +77,7 @@ QVariant textListOf(const QJsonValue &json)
 {
     QStringList texts;
     const QJsonArray elements = json.toArray();
-    for (const QJsonValue element : elements) {
+    for (const QJsonValue &element : elements) {
         if (!element.isString())
             return {};
         texts.append(element.toString());
