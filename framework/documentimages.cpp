@@ -77,7 +77,7 @@ void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QSt
     }
     images.clear();
     const QJsonArray elements = json.value(key).toArray();
-    for (const QJsonValue element : elements)
+    for (const QJsonValue &element : elements)
         images.append(imageOfJson(element.toObject()));
 }
 
