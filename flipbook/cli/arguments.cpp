@@ -1,0 +1,85 @@
+#include "flipbook/cli/arguments.h"
+
+#include "flipbook/failure.h"
+#include "flipbook/memorybudget.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
+
+namespace
+{
+
+QString dashed(const QString &option)
+{
+    return (option.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + option;
+}
+
+} // namespace
+
+QString Arguments::plainPath(const QString &path)
+{
+    return path.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + path : path;
+}
+
+QString Arguments::onlyFile(const QCommandLineParser &line)
+{
+    const QStringList files = line.positionalArguments();
+    if (files.isEmpty() || files.first().isEmpty())
+        throw UsageError{QStringLiteral("a file is missing")};
+    if (files.size() > 1)
+        throw UsageError{QStringLiteral("'%1' is one file too many").arg(files.at(1))};
+    return plainPath(files.first());
+}
+
+QString Arguments::optional(const QCommandLineParser &line, const QString &option)
+{
+    const QStringList values = line.values(option);
+    if (values.size() > 1)
+        throw UsageError{dashed(option) + QStringLiteral(" is given twice")};
+    if (values.isEmpty())
+        return QString();
+    if (values.first().isEmpty())
+        throw UsageError{dashed(option) + QStringLiteral(" needs a value")};
+    return values.first();
+}
+
+QString Arguments::needed(const QCommandLineParser &line, const QString &option)
+{
+    const QString value = optional(line, option);
+    if (value.isEmpty())
+        throw UsageError{dashed(option) + QStringLiteral(" is missing")};
+    return value;
+}
+
+int Arguments::count(const QCommandLineParser &line, const QString &option, int most, int fallback)
+{
+    const QString value = optional(line, option);
+    if (value.isEmpty())
+        return fallback;
+    bool isNumber = false;
+    const int count = value.toInt(&isNumber);
+    if (!isNumber || count < 1 || count > most)
+        throw UsageError{QStringLiteral("%1 takes a whole number from 1 to %2, not '%3'")
+                             .arg(dashed(option), QString::number(most), value)};
+    return count;
+}
+
+QString Arguments::pngOutput(const QCommandLineParser &line)
+{
+    const QString path = plainPath(needed(line, QStringLiteral("o")));
+    if (QFileInfo(path).suffix().toLower() != QLatin1String("png"))
+        throw UsageError{QStringLiteral("'%1' does not end in .png").arg(path)};
+    return path;
+}
+
+qint64 Arguments::maxMemory(const QCommandLineParser &line)
+{
+    const QString value = optional(line, QStringLiteral("max-memory"));
+    if (value.isEmpty())
+        return MemoryBudget::Default;
+    const std::optional<qint64> bytes = MemoryBudget::parse(value);
+    if (!bytes)
+        throw UsageError{
+            QStringLiteral("--max-memory takes a size such as 64M, not '%1'").arg(value)};
+    return *bytes;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QCommandLineParser;
+
+/// Reads the arguments of a command, strictly. Everything here throws UsageError for what the user
+/// got wrong.
+namespace Arguments
+{
+
+/// The only file that is named.
+QString onlyFile(const QCommandLineParser &line);
+
+/// The value of an option that may be given once; empty when it is not given.
+QString optional(const QCommandLineParser &line, const QString &option);
+
+/// The value of an option that must be given.
+QString needed(const QCommandLineParser &line, const QString &option);
+
+/// The whole number that an option gives, from 1 to @p most; @p fallback when it is not given.
+int count(const QCommandLineParser &line, const QString &option, int most, int fallback);
+
+/// The name of a PNG file that -o gives.
+QString pngOutput(const QCommandLineParser &line);
+
+/// The bytes that --max-memory allows.
+qint64 maxMemory(const QCommandLineParser &line);
+
+/// Qt takes paths that begin with a colon for its own: this makes them plain files.
+QString plainPath(const QString &path);
+
+} // namespace Arguments

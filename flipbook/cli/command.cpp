@@ -1,0 +1,39 @@
+#include "flipbook/cli/command.h"
+
+#include "flipbook/cli/arguments.h"
+#include "flipbook/cli/console.h"
+#include "flipbook/cli/progressline.h"
+
+QList<QCommandLineOption> commonOptions()
+{
+    return {
+        {QStringLiteral("max-memory"),
+         QStringLiteral("Refuse files whose pictures would need more than SIZE of memory, such as "
+                        "64M or 3G (default: 2G)."),
+         QStringLiteral("SIZE")},
+        {QStringLiteral("plugin"),
+         QStringLiteral("Load the plug-in LIBRARY (default: that of FLIPBOOK_PLUGIN in the "
+                        "environment, or the one that came with this program)."),
+         QStringLiteral("LIBRARY")},
+        {QStringLiteral("verbose"), QStringLiteral("Show what the libraries have to say.")},
+        {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")},
+        {QStringLiteral("version"), QStringLiteral("Show the version.")},
+    };
+}
+
+Plugin openPlugin(const QCommandLineParser &line)
+{
+    return Plugin(Arguments::optional(line, QStringLiteral("plugin")));
+}
+
+ImportedMedia importNamed(const QCommandLineParser &line, const Plugin &plugin, const QString &path)
+{
+    ImportedMedia media;
+    {
+        const ProgressLine progress(QStringLiteral("Reading %1").arg(path));
+        media = importMedia(plugin, path, Arguments::maxMemory(line));
+    }
+    for (const QString &warning : qAsConst(media.warnings))
+        Console::warn(path, warning);
+    return media;
+}

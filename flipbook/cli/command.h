@@ -1,0 +1,32 @@
+#pragma once
+
+#include "flipbook/mediaimport.h"
+
+#include <QtCore/QCommandLineParser>
+
+enum ExitStatus { Success = 0, Failed = 1, WrongUsage = 2 };
+
+/// One command of the command line.
+struct Command {
+    QString name;
+    QString arguments; ///< as the help shows them, such as "FILE -o OUT.png"
+    QString summary;   ///< one line
+    QList<QCommandLineOption> options;
+    /// Does the work. @throw UsageError, Failure
+    void (*run)(const QCommandLineParser &line);
+};
+
+Command infoCommand();
+Command sheetCommand();
+Command playCommand();
+
+/// The options that every command understands.
+QList<QCommandLineOption> commonOptions();
+
+/// The plug-in that --plugin, the environment or the installation names.
+Plugin openPlugin(const QCommandLineParser &line);
+
+/// Imports @p path within --max-memory, with a progress line, and passes the warnings on to the
+/// user.
+ImportedMedia importNamed(const QCommandLineParser &line, const Plugin &plugin,
+                          const QString &path);

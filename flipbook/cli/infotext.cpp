@@ -1,0 +1,66 @@
+#include "flipbook/cli/infotext.h"
+
+#include "flipbook/memorybudget.h"
+
+namespace
+{
+
+QString row(const char *label, const QString &value)
+{
+    return QStringLiteral("  %1%2").arg(QLatin1String(label), -10).arg(value);
+}
+
+QString framesText(const ObjectSummary &summary)
+{
+    if (summary.frames == 0)
+        return QStringLiteral("none");
+    if (summary.frames == 1)
+        return QStringLiteral("1, named ") + summary.names.first();
+    return QStringLiteral("%1, named %2 to %3")
+        .arg(QString::number(summary.frames), summary.names.first(), summary.names.last());
+}
+
+QString sizeText(const ObjectSummary &summary)
+{
+    const QString size =
+        QStringLiteral("%1 x %2 pixels").arg(summary.size.width()).arg(summary.size.height());
+    return summary.sizesDiffer ? size + QStringLiteral(" (the first frame; others differ)") : size;
+}
+
+QString intervalText(const ObjectSummary &summary, const std::optional<GifDescriptors> &gif)
+{
+    QString text = QStringLiteral("%1 ms").arg(summary.intervalMs);
+    if (summary.intervalMs > 0 && summary.frames > 1)
+        text += QStringLiteral(" (%1 s for all frames)")
+                    .arg(double(summary.intervalMs) * summary.frames / 1000.0);
+    if (gif && gif->shortestDelay != gif->longestDelay)
+        text += QStringLiteral("; the file's own delays differ, from %1 to %2 ms, but all frames "
+                               "are shown for the same time")
+                    .arg(gif->shortestDelay)
+                    .arg(gif->longestDelay);
+    return text;
+}
+
+QString loopsText(const ObjectSummary &summary, const std::optional<GifDescriptors> &gif)
+{
+    QString text = QStringLiteral("%1 (loop count %2)")
+                       .arg(loopWords(summary.loopCount))
+                       .arg(summary.loopCount);
+    if (gif && gif->frames > 1 && !gif->repetitions)
+        text += QStringLiteral("; the file itself does not ask to be repeated");
+    return text;
+}
+
+} // namespace
+
+QStringList infoLines(const ObjectSummary &summary, const std::optional<GifDescriptors> &gif)
+{
+    return {
+        row("frames", framesText(summary)),
+        row("size", sizeText(summary)),
+        row("interval", intervalText(summary, gif)),
+        row("loops", loopsText(summary, gif)),
+        row("opaque",
+            QStringLiteral("%1 % of the pixels").arg(100.0 * summary.opaqueShare, 0, 'f', 1)),
+        row("memory", QStringLiteral("%1 decoded").arg(MemoryBudget::text(summary.decodedBytes)))};
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QtCore/QSize>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+#include <optional>
+
+class QIODevice;
+
+/// Where the blocks of a GIF end.
+enum class GifEnding {
+    Trailer,      ///< at the trailer, as they should
+    CutShort,     ///< at the end of the file, before any trailer
+    UnknownBlock, ///< at a byte that begins no block
+};
+
+/// A frame whose picture data are not what its descriptor promises.
+struct GifDamage {
+    qint64 frame; ///< counted from 1
+    QString what; ///< a clause such as "its picture ends early"
+};
+
+/// What a GIF says about itself in its blocks, found without keeping a single pixel.
+struct GifDescriptors {
+    bool hasSignature = false; ///< begins with GIF87a or GIF89a
+    bool hasScreen = false;    ///< the screen descriptor is there
+    /// The canvas that every frame is drawn on, in pixels. A side given as 0 is taken from the
+    /// first frame, as decoders do.
+    QSize screen = QSize(0, 0);
+    qint64 frames = 0;        ///< frames that begin in the file
+    qint64 wholeFrames = 0;   ///< frames whose picture data are there to the end, and sound
+    bool pixelsFound = false; ///< the data of at least one frame begin with a sound pixel
+    /// The number of repetitions in the loop extension, 0 for forever; none without one.
+    std::optional<int> repetitions;
+    /// The shortest and longest time that a frame is shown, in milliseconds; 0 without frames.
+    /// Less than 20 ms, or nothing, counts as 100 ms, as players have it.
+    int shortestDelay = 0;
+    int longestDelay = 0;
+    bool hasTransparency = false;  ///< a frame is transparent, or clears its place afterwards
+    bool restoresPrevious = false; ///< a frame is taken back after it was shown
+    GifEnding ending = GifEnding::CutShort;
+    qint64 endOffset = 0;       ///< the number of bytes that stand before that end
+    qint64 damagedFrames = 0;   ///< how many frames are damaged; cut ones are not counted
+    QVector<GifDamage> damages; ///< the first few of them
+};
+
+/// Reads the blocks of the GIF on @p device, from its current position on. Any bytes will do: the
+/// answer tells how far they made sense. Needs a small fixed amount of memory.
+GifDescriptors readGifDescriptors(QIODevice &device);

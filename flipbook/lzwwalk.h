@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+#include <array>
+
+/// Walks through the compressed picture data of a GIF frame and counts the pixels that they stand
+/// for, without making the pixels: enough to know whether the data are sound.
+class LzwWalk
+{
+public:
+    /// Whether a frame may announce its codes with this size.
+    static bool accepts(int minimumCodeSize);
+
+    /// @p minimumCodeSize must be one that accepts() allows. Nothing is read any more once
+    /// @p wantedPixels have been counted.
+    LzwWalk(int minimumCodeSize, qint64 wantedPixels);
+
+    /// Goes on with the next @p count bytes.
+    void feed(const uchar *bytes, int count);
+
+    qint64 pixels() const { return m_pixels; }   ///< counted so far
+    bool isDamaged() const { return m_damaged; } ///< a code occurred that means nothing yet
+
+private:
+    static constexpr int MaxCodes = 4096;
+
+    void takeCode(int code);
+    void restart();
+    void addEntry(int length);
+
+    const int m_minimumCodeSize;
+    const qint64 m_wantedPixels;
+    qint64 m_pixels = 0;
+    bool m_damaged = false;
+    bool m_ended = false;
+    quint32 m_bits = 0;
+    int m_bitCount = 0;
+    int m_codeSize = 0;
+    int m_nextCode = 0;
+    int m_previousLength = 0; ///< pixels of the code before; 0 after a restart
+    std::array<quint16, MaxCodes> m_lengths = {};
+};

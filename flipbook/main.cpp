@@ -1,0 +1,41 @@
+#include "flipbook/cli/commandline.h"
+#include "flipbook/cli/console.h"
+
+#include <QtWidgets/QApplication>
+
+#include <clocale>
+#include <cstring>
+#include <langinfo.h>
+
+namespace
+{
+
+// In the plain "C" locale Qt could name no file with letters outside ASCII.
+void preferUtf8()
+{
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0)
+        return;
+    qputenv("LC_ALL", "C.UTF-8");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    preferUtf8();
+    Console::setVerbose(false);
+    // The command line needs no display, and works the same where there is one.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    // The application sees its name alone: Qt would take options of its own out of the arguments.
+    char name[] = "flipbook";
+    char *names[] = {name, nullptr};
+    int nameCount = 1;
+    const QApplication application(nameCount, names);
+
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return runCommandLine(arguments);
+}

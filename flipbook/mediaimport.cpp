@@ -1,0 +1,74 @@
+#include "flipbook/mediaimport.h"
+
+#include "flipbook/failure.h"
+#include "flipbook/framefolder.h"
+#include "flipbook/gifsource.h"
+#include "flipbook/picturefile.h"
+#include "flipbook/sourcefile.h"
+
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+
+namespace
+{
+
+bool hasPicture(const Plugin::Frames &frames)
+{
+    return std::any_of(frames.begin(), frames.end(),
+                       [](const auto &frame) { return !frame.second.isNull(); });
+}
+
+void importGif(ImportedMedia &media, const QString &path, qint64 maxMemory)
+{
+    GifSource source = examineGif(path, maxMemory);
+    media.warnings = source.warnings;
+    media.gif = source.descriptors;
+    AnimatedObject(*media.object).loadPath(path);
+}
+
+void importFolder(ImportedMedia &media, const QString &path, qint64 maxMemory)
+{
+    if (isGifPath(path))
+        throw Failure{path, QStringLiteral("is a folder, but its path contains \".gif\" and "
+                                           "would be taken for a GIF; use another path to it")};
+    media.warnings = examineFrameFolder(path, maxMemory);
+    AnimatedObject(*media.object).loadPath(path);
+}
+
+void importPicture(ImportedMedia &media, const QString &path, qint64 maxMemory)
+{
+    const QImage picture = readPicture(path, maxMemory);
+    AnimatedObject(*media.object).loadPicture(picture, QFileInfo(path).completeBaseName());
+}
+
+} // namespace
+
+ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxMemory)
+{
+    ImportedMedia media;
+    const SourceKind kind = identifySource(path);
+    media.object = plugin.createObject();
+    switch (kind) {
+    case SourceKind::Gif:
+        importGif(media, path, maxMemory);
+        break;
+    case SourceKind::FrameFolder:
+        importFolder(media, path, maxMemory);
+        break;
+    case SourceKind::Document:
+    case SourceKind::OtherFile:
+        importPicture(media, path, maxMemory);
+        break;
+    }
+    if (!hasPicture(plugin.frames(*media.object)))
+        throw Failure{path, QStringLiteral("no frame of it could be read")};
+    return media;
+}
+
+QStringList inputsOf(const QString &path)
+{
+    if (!QFileInfo(path).isDir())
+        return {path};
+    return QStringList(path) + frameFolderFiles(path);
+}

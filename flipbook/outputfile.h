@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtCore/QStringList>
+#include <QtGui/QImage>
+
+/// Makes sure, before any work, that a file can be written at @p path without harm.
+/// @throw Failure when it is one of @p inputs by whatever path, or no regular file, or its folder
+/// does not exist.
+void checkOutput(const QString &path, const QStringList &inputs);
+
+/// Writes @p image as a PNG file. The file appears whole or not at all; what was there before
+/// stays until then.
+/// @throw Failure
+void writePng(const QString &path, const QImage &image);
+
+/// The same for any bytes.
+void writeFile(const QString &path, const QByteArray &bytes);
