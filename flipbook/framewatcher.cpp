@@ -3,6 +3,8 @@
 #include "framework/framework.h"
 #include "host/notificationcodes.h"
 
+#include <QtCore/QTimer>
+
 FrameWatcher::FrameWatcher(AnimatedObject object, int passes)
     : m_object(object)
     , m_wantedPasses(passes)
@@ -33,7 +35,7 @@ void FrameWatcher::noteChange()
         return;
     m_lookPending = true;
     // Within a step the object may show other frames for a moment: look when it has come to rest.
-    QMetaObject::invokeMethod(this, &FrameWatcher::look, Qt::QueuedConnection);
+    QTimer::singleShot(0, this, &FrameWatcher::look);
 }
 
 void FrameWatcher::look()

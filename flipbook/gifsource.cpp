@@ -74,7 +74,7 @@ QStringList warningsOf(const GifDescriptors &gif)
 
 bool isGifPath(const QString &path)
 {
-    return path.toLower().contains(QLatin1String(".gif"));
+    return path.contains(QLatin1String(".gif"), Qt::CaseInsensitive);
 }
 
 GifSource examineGif(const QString &path, qint64 maxMemory)

@@ -3,27 +3,11 @@
 #include "flipbook/failure.h"
 #include "flipbook/sourcefile.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 #include <QtGui/QImageWriter>
-
-namespace
-{
-
-void open(QSaveFile &file)
-{
-    if (!file.open(QIODevice::WriteOnly))
-        throw Failure{file.fileName(), QStringLiteral("cannot be written: ") + file.errorString()};
-}
-
-void commit(QSaveFile &file)
-{
-    if (!file.commit())
-        throw Failure{file.fileName(), QStringLiteral("cannot be written: ") + file.errorString()};
-}
-
-} // namespace
 
 void checkOutput(const QString &path, const QStringList &inputs)
 {
@@ -42,18 +26,18 @@ void checkOutput(const QString &path, const QStringList &inputs)
 
 void writePng(const QString &path, const QImage &image)
 {
-    QSaveFile file(path);
-    open(file);
-    QImageWriter writer(&file, "png");
-    if (!writer.write(image) && file.error() == QFileDevice::NoError)
+    // Encoded in memory first: the encoder has an opinion of its own on disks that are full.
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(image))
         throw Failure{path, QStringLiteral("cannot be written: ") + writer.errorString()};
-    commit(file);
+    writeFile(path, buffer.data());
 }
 
 void writeFile(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    open(file);
-    file.write(bytes);
-    commit(file);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        throw Failure{path, QStringLiteral("cannot be written: ") + file.errorString()};
 }

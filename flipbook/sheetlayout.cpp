@@ -13,6 +13,7 @@ constexpr int LabelGap = 6;
 constexpr int NarrowestLabel = 72;
 constexpr double WantedAspect = 1.6;
 constexpr qint64 MaxSheetPixels = qint64(48) << 20;
+constexpr int MostPictures = 60000;
 constexpr int MaxSheetSide = 32000;
 constexpr std::array<int, 6> BoxSides = {160, 128, 96, 64, 48, 32};
 
@@ -34,7 +35,7 @@ double flaw(int count, int columns, QSize cell)
     const QSize sheet = sheetSize(columns, rows, cell);
     const double aspect = double(sheet.width()) / sheet.height();
     const double empty = double(rows * columns - count) / columns;
-    return std::abs(std::log(aspect / WantedAspect)) + 0.5 * empty;
+    return std::abs(std::log(aspect / WantedAspect)) + empty;
 }
 
 SheetLayout layOut(int count, QSizeF largest, int labelHeight, int side)
@@ -83,7 +84,6 @@ QRect SheetLayout::labelAt(int index) const
 
 std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight)
 {
-    constexpr int MostPictures = 60000;
     if (count > MostPictures)
         return std::nullopt;
     for (const int side : BoxSides) {

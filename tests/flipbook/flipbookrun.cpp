@@ -1,0 +1,31 @@
+#include "tests/flipbook/flipbookrun.h"
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QProcess>
+
+QJsonObject FlipbookRun::json() const
+{
+    return QJsonDocument::fromJson(out.toUtf8()).object();
+}
+
+FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment)
+{
+    constexpr int longestMs = 60000;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        variables.remove(QLatin1String(display));
+    for (const QString &variable : environment)
+        variables.insert(variable.section(QLatin1Char('='), 0, 0),
+                         variable.section(QLatin1Char('='), 1));
+    QProcess process;
+    process.setProcessEnvironment(variables);
+    process.start(QStringLiteral(FLIPBOOK_PROGRAM), arguments);
+    FlipbookRun run;
+    if (!process.waitForFinished(longestMs))
+        process.kill();
+    else if (process.exitStatus() == QProcess::NormalExit)
+        run.status = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtCore/QJsonObject>
+#include <QtCore/QStringList>
+
+/// One run of the flipbook program, to its end.
+struct FlipbookRun {
+    int status = -1; ///< of the process; -1 when it crashed or did not end in time
+    QString out;
+    QString err;
+
+    /// Standard output as a JSON object; empty when it is none.
+    QJsonObject json() const;
+};
+
+/// Runs the program that was built with the test, without any display. @p environment holds
+/// further variables as NAME=VALUE.
+FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment = {});

@@ -1,0 +1,235 @@
+#include "flipbook/gifdescriptors.h"
+#include "tests/support/gifbuilder.h"
+
+#include <QtCore/QBuffer>
+#include <QtTest/QTest>
+
+namespace
+{
+
+GifDescriptors read(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return readGifDescriptors(buffer);
+}
+
+// The screen, 2 x 1, and a palette of two colours: 19 bytes.
+QByteArray head()
+{
+    return QByteArray::fromHex("474946383961"
+                               "0200"
+                               "0100"
+                               "800000"
+                               "000000ffffff");
+}
+
+// A frame of 2 x 1 pixels with this code size and these data: 10 bytes, then code size and data.
+QByteArray frame(const char *codeSizeAndData)
+{
+    return QByteArray::fromHex("2c"
+                               "0000000002000100"
+                               "00") +
+           QByteArray::fromHex(codeSizeAndData);
+}
+
+// Codes of three bits: clear 4, pixel 1, pixel 1, end 5, which is 100 001 001 101 from low to high.
+const char soundData[] = "02"
+                         "02"
+                         "4c0a"
+                         "00";
+
+} // namespace
+
+class TestGifDescriptors : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aWholeFileEndsAtItsTrailer();
+    void aFileCutAtAnyByteTellsHowManyFramesAreWhole();
+    void delaysAreTakenAsPlayersTakeThem();
+    void theLoopExtensionGivesTheRepetitions_data();
+    void theLoopExtensionGivesTheRepetitions();
+    void aScreenWithoutSizeIsTheFirstFrame();
+    void otherBytesAreNoGif_data();
+    void otherBytesAreNoGif();
+    void damagedFramesAreNamed_data();
+    void damagedFramesAreNamed();
+    void onlyTheFirstDamagesAreKept();
+    void anUnknownBlockEndsTheReading();
+    void endlessEmptyBlocksEndAtOnce();
+    void disposalTellsWhatADecoderMustKeep();
+};
+
+void TestGifDescriptors::aWholeFileEndsAtItsTrailer()
+{
+    const GifDescriptors gif = read(head() + frame(soundData) + ';' + "behind");
+    QVERIFY(gif.hasSignature);
+    QVERIFY(gif.hasScreen);
+    QCOMPARE(gif.screen, QSize(2, 1));
+    QCOMPARE(gif.frames, 1);
+    QCOMPARE(gif.wholeFrames, 1);
+    QCOMPARE(gif.damagedFrames, 0);
+    QCOMPARE(gif.ending, GifEnding::Trailer);
+    QCOMPARE(gif.endOffset, 35);
+}
+
+void TestGifDescriptors::aFileCutAtAnyByteTellsHowManyFramesAreWhole()
+{
+    // 25 bytes of screen and palette; each frame has 8 of control, 10 of descriptor, 1 of code
+    // size and 4 of data.
+    const QByteArray whole = GifBuilder(2, 1).add(0, 10).add(1, 10).data();
+    QCOMPARE(whole.size(), 72);
+    for (int length = 0; length <= whole.size(); ++length) {
+        const GifDescriptors gif = read(whole.left(length));
+        QCOMPARE(gif.hasSignature, length >= 6);
+        QCOMPARE(gif.hasScreen, length >= 13);
+        QCOMPARE(gif.frames, length < 34 ? 0 : length < 57 ? 1 : 2);
+        QCOMPARE(gif.wholeFrames, length < 48 ? 0 : length < 71 ? 1 : 2);
+        QCOMPARE(gif.damagedFrames, 0);
+        QCOMPARE(gif.ending, length == 72 ? GifEnding::Trailer : GifEnding::CutShort);
+        QCOMPARE(gif.endOffset, length);
+    }
+}
+
+void TestGifDescriptors::delaysAreTakenAsPlayersTakeThem()
+{
+    const GifDescriptors gif = read(GifBuilder(2, 1).add(0, 1).add(1, 2).add(2, 30).data());
+    QCOMPARE(gif.shortestDelay, 20);
+    QCOMPARE(gif.longestDelay, 300);
+
+    const GifDescriptors without = read(head() + frame(soundData) + ';');
+    QCOMPARE(without.shortestDelay, 100);
+    QCOMPARE(without.longestDelay, 100);
+}
+
+void TestGifDescriptors::theLoopExtensionGivesTheRepetitions_data()
+{
+    QTest::addColumn<int>("loop");
+    QTest::newRow("forever") << 0;
+    QTest::newRow("three") << 3;
+    QTest::newRow("most") << 65535;
+}
+
+void TestGifDescriptors::theLoopExtensionGivesTheRepetitions()
+{
+    QFETCH(int, loop);
+    const GifDescriptors with = read(GifBuilder(2, 1).loop(loop).add(0, 10).data());
+    QVERIFY(with.repetitions.has_value());
+    QCOMPARE(*with.repetitions, loop);
+    QVERIFY(!read(GifBuilder(2, 1).add(0, 10).data()).repetitions.has_value());
+}
+
+void TestGifDescriptors::aScreenWithoutSizeIsTheFirstFrame()
+{
+    GifBuilder builder(0, 0);
+    builder.add({QRect(3, 4, 10, 20), 0});
+    builder.add({QRect(0, 0, 50, 60), 1});
+    QCOMPARE(read(builder.data()).screen, QSize(13, 24));
+}
+
+void TestGifDescriptors::otherBytesAreNoGif_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("text") << QByteArray("hello, world, how are you?");
+    QTest::newRow("another version") << QByteArray("GIF90a\1\0\1\0\0\0\0;");
+    QTest::newRow("a PNG") << QByteArray("\x89PNG\r\n\x1a\n");
+}
+
+void TestGifDescriptors::otherBytesAreNoGif()
+{
+    QFETCH(QByteArray, bytes);
+    const GifDescriptors gif = read(bytes);
+    QVERIFY(!gif.hasSignature);
+    QCOMPARE(gif.frames, 0);
+}
+
+void TestGifDescriptors::damagedFramesAreNamed_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<bool>("pixelsFound");
+    QTest::newRow("a code size of zero")
+        << QByteArray("0000") << QStringLiteral("its code size 0 is out of range") << false;
+    QTest::newRow("a code size of nine")
+        << QByteArray("090100"
+                      "00")
+        << QStringLiteral("its code size 9 is out of range") << false;
+    QTest::newRow("no data") << QByteArray("0200") << QStringLiteral("its picture ends early")
+                             << false;
+    // Clear, one pixel, end: 100 001 101 and nothing more.
+    QTest::newRow("one pixel missing")
+        << QByteArray("02024c0100") << QStringLiteral("its picture ends early") << true;
+    // Clear, then code 7, which nothing has defined.
+    QTest::newRow("an undefined code")
+        << QByteArray("02013c00") << QStringLiteral("its picture data are invalid") << false;
+}
+
+void TestGifDescriptors::damagedFramesAreNamed()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(QString, what);
+    QFETCH(bool, pixelsFound);
+    const GifDescriptors gif =
+        read(head() + frame(soundData) + frame(data.constData()) + frame(soundData) + ';');
+    QCOMPARE(gif.frames, 3);
+    QCOMPARE(gif.wholeFrames, 2);
+    QCOMPARE(gif.damagedFrames, 1);
+    QCOMPARE(gif.damages.size(), 1);
+    QCOMPARE(gif.damages.first().frame, 2);
+    QCOMPARE(gif.damages.first().what, what);
+    QCOMPARE(gif.ending, GifEnding::Trailer);
+    QCOMPARE(read(head() + frame(data.constData()) + ';').pixelsFound, pixelsFound);
+}
+
+void TestGifDescriptors::onlyTheFirstDamagesAreKept()
+{
+    QByteArray bytes = head();
+    for (int i = 0; i < 1000; ++i)
+        bytes += frame("0000");
+    const GifDescriptors gif = read(bytes);
+    QCOMPARE(gif.damagedFrames, 1000);
+    QCOMPARE(gif.damages.size(), 5);
+    QCOMPARE(gif.damages.last().frame, 5);
+}
+
+void TestGifDescriptors::anUnknownBlockEndsTheReading()
+{
+    const GifDescriptors gif = read(head() + frame(soundData) + "X" + frame(soundData) + ';');
+    QCOMPARE(gif.ending, GifEnding::UnknownBlock);
+    QCOMPARE(gif.endOffset, 34);
+    QCOMPARE(gif.frames, 1);
+}
+
+void TestGifDescriptors::endlessEmptyBlocksEndAtOnce()
+{
+    // An extension, then nothing but empty sub-blocks.
+    const GifDescriptors gif =
+        read(head() + QByteArray::fromHex("21fe") + QByteArray(100000, '\0'));
+    QCOMPARE(gif.ending, GifEnding::UnknownBlock);
+    QCOMPARE(gif.endOffset, 22);
+    QCOMPARE(gif.frames, 0);
+}
+
+void TestGifDescriptors::disposalTellsWhatADecoderMustKeep()
+{
+    GifBuilder plain(2, 1);
+    plain.add(0, 10);
+    QVERIFY(!read(plain.data()).hasTransparency);
+    QVERIFY(!read(plain.data()).restoresPrevious);
+
+    GifBuilder clearing(2, 1);
+    clearing.add({QRect(0, 0, 2, 1), 0, 10, GifBuilder::RestoreBackground});
+    QVERIFY(read(clearing.data()).hasTransparency);
+    QVERIFY(!read(clearing.data()).restoresPrevious);
+
+    GifBuilder returning(2, 1);
+    returning.add({QRect(0, 0, 2, 1), 0, 10, GifBuilder::RestorePrevious, 3});
+    QVERIFY(read(returning.data()).hasTransparency);
+    QVERIFY(read(returning.data()).restoresPrevious);
+}
+
+QTEST_GUILESS_MAIN(TestGifDescriptors)
+#include "tst_gifdescriptors.moc"

@@ -1,0 +1,84 @@
+#include "flipbook/gifdescriptors.h"
+#include "flipbook/memorybudget.h"
+
+#include <QtTest/QTest>
+
+#include <limits>
+
+class TestMemoryBudget : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void amountsAreReadStrictly_data();
+    void amountsAreReadStrictly();
+    void amountsAreWrittenForPeople_data();
+    void amountsAreWrittenForPeople();
+    void aFilmNeedsItsFramesAndTheDecodersOwn();
+    void needsSaturate();
+};
+
+void TestMemoryBudget::amountsAreReadStrictly_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("bytes"); // 0: refused
+    QTest::newRow("bytes") << QStringLiteral("100") << qint64(100);
+    QTest::newRow("kibibytes") << QStringLiteral("3k") << qint64(3072);
+    QTest::newRow("mebibytes") << QStringLiteral("64M") << qint64(67108864);
+    QTest::newRow("gibibytes") << QStringLiteral("2G") << qint64(2147483648);
+    QTest::newRow("the most") << QStringLiteral("8589934591G") << qint64(9223372035781033984);
+    QTest::newRow("too much") << QStringLiteral("8589934592G") << qint64(0);
+    for (const char *wrong : {"", "0", "0M", "-1", "+1", "1.5G", "M", "1MM", "1T", " 1", "1 M",
+                              "0x10", "9223372036854775808"})
+        QTest::newRow(qPrintable(QStringLiteral("'%1'").arg(QLatin1String(wrong))))
+            << QString::fromLatin1(wrong) << qint64(0);
+}
+
+void TestMemoryBudget::amountsAreReadStrictly()
+{
+    QFETCH(QString, text);
+    QFETCH(qint64, bytes);
+    QCOMPARE(MemoryBudget::parse(text).value_or(0), bytes);
+}
+
+void TestMemoryBudget::amountsAreWrittenForPeople_data()
+{
+    QTest::addColumn<qint64>("bytes");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << qint64(0) << QStringLiteral("0 bytes");
+    QTest::newRow("one") << qint64(1) << QStringLiteral("1 byte");
+    QTest::newRow("below a unit") << qint64(1023) << QStringLiteral("1023 bytes");
+    QTest::newRow("a unit") << qint64(1024) << QStringLiteral("1.0 KiB");
+    QTest::newRow("rounded up to a unit") << qint64(1048575) << QStringLiteral("1.0 MiB");
+    QTest::newRow("with a half") << qint64(1610612736) << QStringLiteral("1.5 GiB");
+}
+
+void TestMemoryBudget::amountsAreWrittenForPeople()
+{
+    QFETCH(qint64, bytes);
+    QFETCH(QString, text);
+    QCOMPARE(MemoryBudget::text(bytes), text);
+}
+
+void TestMemoryBudget::aFilmNeedsItsFramesAndTheDecodersOwn()
+{
+    GifDescriptors gif;
+    gif.screen = QSize(100, 50); // 20,000 bytes a picture
+    QCOMPARE(MemoryBudget::neededFor(gif, 10), 11 * 20000 + 10 * 1024);
+    gif.hasTransparency = true;
+    QCOMPARE(MemoryBudget::neededFor(gif, 10), 12 * 20000 + 10 * 1024);
+    gif.restoresPrevious = true;
+    QCOMPARE(MemoryBudget::neededFor(gif, 10), 14 * 20000 + 10 * 1024);
+}
+
+void TestMemoryBudget::needsSaturate()
+{
+    GifDescriptors gif;
+    gif.screen = QSize(65535, 65535);
+    constexpr qint64 most = std::numeric_limits<qint64>::max();
+    QCOMPARE(MemoryBudget::neededFor(gif, qint64(1) << 40), most);
+    QCOMPARE(MemoryBudget::neededForPicture(most / 2, 3), most);
+}
+
+QTEST_GUILESS_MAIN(TestMemoryBudget)
+#include "tst_memorybudget.moc"
