@@ -61,6 +61,8 @@ QImage::Format nearestFormat(const QImage &image)
 QImage bare(const QImage &image)
 {
     QImage copy(image.size(), image.format());
+    if (copy.isNull())
+        return {};
     const auto lineSize = size_t((qint64(image.width()) * image.depth() + 7) / 8);
     for (int y = 0; y < image.height(); ++y)
         std::memcpy(copy.scanLine(y), image.constScanLine(y), lineSize);
@@ -87,6 +89,8 @@ QImage withFullTable(QImage image)
 QImage indexesOfMono(const QImage &mono)
 {
     QImage indexes(mono.size(), QImage::Format_Indexed8);
+    if (indexes.isNull())
+        return {};
     for (int y = 0; y < mono.height(); ++y) {
         uchar *line = indexes.scanLine(y);
         for (int x = 0; x < mono.width(); ++x)
@@ -100,6 +104,8 @@ QImage indexesOfMono(const QImage &mono)
 QImage monoOfIndexes(const QImage &indexes, QImage::Format format)
 {
     QImage mono(indexes.size(), format);
+    if (mono.isNull())
+        return {};
     mono.fill(0);
     for (int y = 0; y < indexes.height(); ++y) {
         const uchar *line = indexes.constScanLine(y);
@@ -121,6 +127,8 @@ QImage indexesOf(const QImage &carrier)
     if (carrier.format() != QImage::Format_Grayscale8)
         return {};
     QImage indexes(carrier.size(), QImage::Format_Indexed8);
+    if (indexes.isNull())
+        return {};
     for (int y = 0; y < carrier.height(); ++y)
         std::memcpy(indexes.scanLine(y), carrier.constScanLine(y), size_t(carrier.width()));
     QVector<QRgb> table;
