@@ -124,7 +124,7 @@ void writeBaseState(QDataStream &stream, const BaseState &state)
     ByteStream::writeFlag(fields, state.mirrored);
     ByteStream::writeFlag(fields, state.flipped);
     ByteStream::writeFlag(fields, state.shadowColor.isValid());
-    fields << quint32(state.shadowColor.rgba());
+    fields << quint32(state.shadowColor.isValid() ? state.shadowColor.rgba() : 0);
     writePair(fields, state.shadowOffset.x(), state.shadowOffset.y());
     writeParams(fields, state.otherParams);
     ByteStream::writeBlock(stream, block);

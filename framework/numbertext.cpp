@@ -11,6 +11,8 @@ QString numberText(double value)
         return QStringLiteral("nan");
     if (std::isinf(value))
         return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
+    if (value == 0.0 && std::signbit(value))
+        return QStringLiteral("-0");
     return QString::number(value, 'g', QLocale::FloatingPointShortest);
 }
 
