@@ -51,7 +51,9 @@ public:
     virtual void setPos(QPointF pos, bool notify);
     /// Gives centre (page coordinates), size (item units) and rotation (degrees) in one step.
     /// @p update asks an override to bring what it derives from them up to date; the base itself
-    /// tells the host nothing, updateAfterObjRectChanged() does.
+    /// tells the host nothing, updateAfterObjRectChanged() does. An object that does not turn
+    /// freely keeps its direction. What is not finite, or negative as a size, is ignored as a
+    /// whole, here as in every other change of geometry.
     virtual void setCenterPos(const QPointF &center, const QSizeF &size, double angle, bool update);
 
     /// Handles the attribute @p id (see AttributeId), whose input stands in @p stream. The base
@@ -85,7 +87,9 @@ public:
     /// The position of the top left corner in page coordinates.
     virtual QPointF getPos();
 
-    /// Stores a named parameter that travels with the object in both saved forms.
+    /// Stores a named parameter that travels with the object in both saved forms, if it is a
+    /// bool, int, uint, qlonglong, double, QString, QStringList, QPointF, QSizeF, QRectF or
+    /// QByteArray; values of other types stay behind. An invalid value removes the parameter.
     /// True when the stored value changed.
     virtual bool setOtherParams(const QString &key, const QVariant &value);
 
@@ -134,7 +138,7 @@ public:
     /// PropertyChange::Geometry. @p item is the object's own graphics item.
     void updateAfterObjRectChanged(QGraphicsItem *item, bool notify);
 
-    /// Describe one setting for the settings panel. @p id identifies it, @p nameId is the string
+    /// Describe one setting for the settings panel (docs/settings-json.md). @p id identifies it, @p nameId is the string
     /// id of its label, @p type the type of its value ("int"), and @p minimum, @p maximum and
     /// @p unit bound and label it; an empty text leaves that out.
     QJsonObject GetSettingJsonSwitch(QString &id, QString &nameId, bool value);

@@ -30,6 +30,13 @@ QList<CBaseObject *> fill(Page &page, int count)
     return objects;
 }
 
+CBaseObject *fillOne(Page &page)
+{
+    auto *object = new PaintedObject;
+    page.addObject(object);
+    return object;
+}
+
 void moveToBackground(Page &page, CBaseObject *object, bool undoable)
 {
     page.applyObject(0, page.queryObject(object, 2), one(object), undoable, QString(), true);
@@ -136,7 +143,7 @@ void TestFrameworkPages::addingMovesAnObjectFromItsOldPage()
 {
     Page first(A4);
     Page second(A4);
-    CBaseObject *object = fill(first, 1).first();
+    CBaseObject *object = fillOne(first);
     second.addObject(object);
     QVERIFY(first.objects().isEmpty());
     QCOMPARE(second.objects(), QList<CBaseObject *>{object});
@@ -161,7 +168,7 @@ void TestFrameworkPages::addingTwiceOrNothingIsIgnored()
 void TestFrameworkPages::aTakenObjectIsOnNoPage()
 {
     Page page(A4);
-    CBaseObject *object = fill(page, 1).first();
+    CBaseObject *object = fillOne(page);
     QCOMPARE(page.takeObject(object), object);
     QVERIFY(!object->GetPage());
     QVERIFY(!object->scene());
@@ -174,7 +181,7 @@ void TestFrameworkPages::aTakenObjectIsOnNoPage()
 void TestFrameworkPages::destroyingAnObjectDropsCommandsFirst()
 {
     Page page(A4);
-    const QPointer<CBaseObject> object(fill(page, 1).first());
+    const QPointer<CBaseObject> object(fillOne(page));
     moveToBackground(page, object, true);
     QCOMPARE(Framework::instance().undoStack()->count(), 1);
     PaintedObject elsewhere;
@@ -203,7 +210,7 @@ void TestFrameworkPages::aReleasedObjectLeavesItsPage()
 void TestFrameworkPages::commandsOfAReleasedObjectAreDropped()
 {
     Page page(A4);
-    CBaseObject *object = fill(page, 1).first();
+    CBaseObject *object = fillOne(page);
     moveToBackground(page, object, true);
     object->Release();
     QCoreApplication::processEvents();
@@ -213,7 +220,7 @@ void TestFrameworkPages::commandsOfAReleasedObjectAreDropped()
 void TestFrameworkPages::anObjectThatLeftTheSceneIsForgottenWhenItDies()
 {
     Page page(A4);
-    CBaseObject *object = fill(page, 1).first();
+    CBaseObject *object = fillOne(page);
     page.removeItem(object);
     object->Release();
     QVERIFY(page.objects().isEmpty());
@@ -223,7 +230,7 @@ void TestFrameworkPages::layersHaveHandlesOfTheirOwn()
 {
     Page first(A4);
     Page second(A4);
-    CBaseObject *object = fill(first, 1).first();
+    CBaseObject *object = fillOne(first);
     const QSet<qint64> handles{first.queryObject(object, 0), first.queryObject(object, 2),
                                second.queryObject(object, 0), second.queryObject(object, 2), 0};
     QCOMPARE(handles.size(), 5);
@@ -241,7 +248,7 @@ void TestFrameworkPages::theBackgroundLiesBelowEverything()
     QVERIFY(objects[2]->zValue() < objects[1]->zValue());
     QVERIFY(objects[1]->zValue() < objects[0]->zValue());
     fill(page, 1);
-    QCOMPARE(page.objects().first(), objects[2]);
+    QCOMPARE(page.objects().at(0), objects[2]);
 }
 
 void TestFrameworkPages::anObjectIsMovedBackToTheNormalLayer()
@@ -286,7 +293,7 @@ void TestFrameworkPages::anUndoneMoveNamesItself()
 void TestFrameworkPages::movingWithoutUndoLeavesNoCommand()
 {
     Page page(A4);
-    moveToBackground(page, fill(page, 1).first(), false);
+    moveToBackground(page, fillOne(page), false);
     QCOMPARE(Framework::instance().undoStack()->count(), 0);
 }
 
@@ -295,7 +302,7 @@ void TestFrameworkPages::impossibleMovesAreLeftAlone()
     Page page(A4);
     Page other(A4);
     const auto objects = fill(page, 2);
-    CBaseObject *foreign = fill(other, 1).first();
+    CBaseObject *foreign = fillOne(other);
     const qint64 background = page.queryObject(objects[0], 2);
     page.applyObject(1, background, one(objects[0]), true, QString(), true);
     page.applyObject(0, 0, one(objects[0]), true, QString(), true);
@@ -385,7 +392,7 @@ void TestFrameworkPages::removingAPageReleasesItsObjects()
     Document document;
     Document other;
     Page *page = document.addPage(A4);
-    const QPointer<CBaseObject> object(fill(*page, 1).first());
+    const QPointer<CBaseObject> object(fillOne(*page));
     other.removePage(page);
     document.removePage(nullptr);
     QVERIFY(object);
@@ -419,7 +426,7 @@ void TestFrameworkPages::aDyingDocumentDropsCommandsThenReleasesObjects()
     QPointer<CBaseObject> object;
     {
         Document document;
-        object = fill(*document.addPage(A4), 1).first();
+        object = fillOne(*document.addPage(A4));
         CUndoRedo::GetInstance()->push(new Witness(object, saw));
     }
     QVERIFY(saw);

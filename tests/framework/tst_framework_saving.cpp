@@ -19,7 +19,6 @@ struct Saved : CBaseObject {
     }
 
     QMap<QString, QVariant> params() const { return m_otherParams; }
-    QString key(int index) const { return m_otherParams.keys().at(index); }
 };
 
 /// A value of every type that is kept.
@@ -92,26 +91,29 @@ bool loadFrom(Saved &object, const QByteArray &bytes)
 }
 
 /// The stream form of object 7 at (10, 20) of 100 x 50, without parameters.
-const QByteArray plainForm = QByteArray::fromHex("0000004d"         // bytes that follow
-                                                 "01"               // form
-                                                 "00000007"         // id
-                                                 "01"               // editable
-                                                 "4024000000000000" // x 10
-                                                 "4034000000000000" // y 20
-                                                 "4059000000000000" // width 100
-                                                 "4049000000000000" // height 50
-                                                 "00000002"         // turns freely
-                                                 "0000000000000000" // degrees
-                                                 "0000"             // mirror, flip
-                                                 "0000000000"       // no shadow
-                                                 "00000000000000000000000000000000"
-                                                 "00000000"); // parameters
+QByteArray plainForm()
+{
+    return QByteArray::fromHex("0000004d"         // bytes that follow
+                               "01"               // form
+                               "00000007"         // id
+                               "01"               // editable
+                               "4024000000000000" // x 10
+                               "4034000000000000" // y 20
+                               "4059000000000000" // width 100
+                               "4049000000000000" // height 50
+                               "00000002"         // turns freely
+                               "0000000000000000" // degrees
+                               "0000"             // mirror, flip
+                               "0000000000"       // no shadow
+                               "00000000000000000000000000000000"
+                               "00000000"); // parameters
+}
 
 /// The plain form with the bytes from @p at on replaced by @p hex.
 QByteArray changed(int at, const char *hex)
 {
     const QByteArray bytes = QByteArray::fromHex(hex);
-    return QByteArray(plainForm).replace(at, bytes.size(), bytes);
+    return plainForm().replace(at, bytes.size(), bytes);
 }
 
 void compareWithNew(Saved &object)
@@ -169,9 +171,9 @@ void TestFrameworkSaving::theStreamFormIsThis()
     Saved object(7, true);
     object.setSize(QSizeF(100, 50), false, false);
     object.setPos(QPointF(10, 20), false);
-    QCOMPARE(streamOf(object).toHex(), plainForm.toHex());
+    QCOMPARE(streamOf(object).toHex(), plainForm().toHex());
     Saved loaded;
-    QVERIFY(loadFrom(loaded, plainForm));
+    QVERIFY(loadFrom(loaded, plainForm()));
     QCOMPARE(loaded.objectId(), 7);
     QCOMPARE(loaded.getPos(), QPointF(10, 20));
     QCOMPARE(loaded.getSize(), QSizeF(100, 50));
@@ -310,10 +312,10 @@ void TestFrameworkSaving::aHugeCountTakesNoMemory()
     QVERIFY(!loadFrom(loaded, changed(77, "ffffffff")));
     QCOMPARE(loaded.getPos(), QPointF(10, 20));
     // One parameter "a", a list of 0xffffffff texts of which there is one.
-    QByteArray list = plainForm.left(77) + QByteArray::fromHex("00000001"
-                                                               "0000000161"
-                                                               "07ffffffff"
-                                                               "0000000162");
+    QByteArray list = plainForm().left(77) + QByteArray::fromHex("00000001"
+                                                                 "0000000161"
+                                                                 "07ffffffff"
+                                                                 "0000000162");
     list[3] = char(list.size() - 4);
     Saved withList;
     QVERIFY(!loadFrom(withList, list));
@@ -332,10 +334,10 @@ void TestFrameworkSaving::anUnknownFormIsRefused()
 void TestFrameworkSaving::anUnknownTypeEndsTheParameters()
 {
     // Three parameters: a = 5, b of type 200, c = 6.
-    QByteArray bytes = plainForm.left(77) + QByteArray::fromHex("00000003"
-                                                                "00000001610200000005"
-                                                                "0000000162c8"
-                                                                "00000001630200000006");
+    QByteArray bytes = plainForm().left(77) + QByteArray::fromHex("00000003"
+                                                                  "00000001610200000005"
+                                                                  "0000000162c8"
+                                                                  "00000001630200000006");
     bytes[3] = char(bytes.size() - 4);
     Saved loaded;
     QVERIFY(!loadFrom(loaded, bytes));

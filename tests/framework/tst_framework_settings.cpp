@@ -50,16 +50,13 @@ void TestFrameworkSettings::anInputIsDescribed()
     QString minimum = QStringLiteral("-10");
     QString maximum = QStringLiteral("10");
     QString unit = QStringLiteral("m/s");
-    const QJsonObject expected{{QStringLiteral("id"), QStringLiteral("idSpeed")},
-                               {QStringLiteral("nameId"), QStringLiteral("IDS_UNKNOWN")},
-                               {QStringLiteral("label"), QStringLiteral("IDS_UNKNOWN")},
-                               {QStringLiteral("kind"), QStringLiteral("input")},
-                               {QStringLiteral("value"), QStringLiteral("-5")},
-                               {QStringLiteral("type"), QStringLiteral("int")},
-                               {QStringLiteral("minimum"), QStringLiteral("-10")},
-                               {QStringLiteral("maximum"), QStringLiteral("10")},
-                               {QStringLiteral("unit"), QStringLiteral("m/s")}};
-    QCOMPARE(object.GetSettingJsonInput(id, nameId, value, type, minimum, maximum, unit), expected);
+    const QByteArray expected =
+        "{\"id\":\"idSpeed\",\"kind\":\"input\",\"label\":\"IDS_UNKNOWN\",\"maximum\":\"10\","
+        "\"minimum\":\"-10\",\"nameId\":\"IDS_UNKNOWN\",\"type\":\"int\",\"unit\":\"m/s\","
+        "\"value\":\"-5\"}";
+    const QJsonDocument json(
+        object.GetSettingJsonInput(id, nameId, value, type, minimum, maximum, unit));
+    QCOMPARE(json.toJson(QJsonDocument::Compact), expected);
 }
 
 void TestFrameworkSettings::anEmptyTextIsLeftOut()
