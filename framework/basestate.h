@@ -29,7 +29,7 @@ struct BaseState {
 /// Inside it bytes are in a fixed order, whatever the stream is set to.
 void writeBaseState(QDataStream &stream, const BaseState &state);
 /// Reads over @p state as far as the block goes: what is missing or no possible value stays as
-/// it was. False when anything was.
+/// it was; parameters are replaced as a whole. False when anything was missing.
 bool readBaseState(QDataStream &stream, BaseState &state);
 
 void writeBaseState(QJsonObject &json, const BaseState &state);

@@ -52,6 +52,9 @@ bool readParams(QDataStream &stream, QMap<QString, QVariant> &params)
 {
     quint32 count = 0;
     stream >> count;
+    if (stream.status() != QDataStream::Ok)
+        return false;
+    params.clear();
     for (quint32 i = 0; i < count; ++i) {
         const QString key = ByteStream::readText(stream);
         const QVariant value = VariantCodec::read(stream);

@@ -10,8 +10,10 @@
 
 Document::~Document()
 {
-    // Commands hold plain pointers to objects, and objects one to their document.
-    Framework::instance().dropUndoCommands();
+    // Commands hold plain pointers to objects, and objects one to their document. A document
+    // that never had a page, such as one for the clipboard, is known to no command.
+    if (!m_pages.isEmpty())
+        Framework::instance().dropUndoCommands();
     for (Page *page : std::as_const(m_pages))
         page->releaseObjects();
     while (!m_pages.isEmpty())

@@ -14,7 +14,8 @@ class FRAMEWORK_API Document : public IGdDocument
 {
 public:
     Document() = default;
-    /// Drops the undo commands, then releases the objects of all pages, then the pages.
+    /// Drops the undo commands, unless there is no page, then releases the objects of all pages,
+    /// then the pages.
     ~Document() override;
 
     /// A new, empty page behind the others; owned by the document.

@@ -98,6 +98,7 @@ private Q_SLOTS:
     void removingAPageReleasesItsObjects();
     void aPageDeletedByOthersLeavesItsDocument();
     void aDyingDocumentDropsCommandsThenReleasesObjects();
+    void aDocumentWithoutPagesLeavesCommandsAlone();
     void theDefaultDocumentIsAlwaysThere();
 };
 
@@ -432,6 +433,15 @@ void TestFrameworkPages::aDyingDocumentDropsCommandsThenReleasesObjects()
     QVERIFY(saw);
     QVERIFY(object.isNull());
     QCOMPARE(Framework::instance().undoStack()->count(), 0);
+}
+
+void TestFrameworkPages::aDocumentWithoutPagesLeavesCommandsAlone()
+{
+    CUndoRedo::GetInstance()->push(new CNmUndoCmd);
+    {
+        Document clipboard;
+    }
+    QCOMPARE(Framework::instance().undoStack()->count(), 1);
 }
 
 void TestFrameworkPages::theDefaultDocumentIsAlwaysThere()

@@ -163,6 +163,7 @@ private Q_SLOTS:
     void damagedJsonLeavesTheRest_data();
     void damagedJsonLeavesTheRest();
     void typedJsonValuesMustFitTheirType();
+    void readingReplacesTheParameters();
     void aChangedParameterIsNoticed();
 };
 
@@ -443,6 +444,22 @@ void TestFrameworkSaving::typedJsonValuesMustFitTheirType()
     Saved loaded;
     loaded.loadJson(json);
     QCOMPARE(loaded.params().keys(), QStringList());
+}
+
+void TestFrameworkSaving::readingReplacesTheParameters()
+{
+    Saved object;
+    object.setOtherParams(QStringLiteral("new"), 1);
+    const QMap<QString, QVariant> expected = object.params();
+    QJsonObject json;
+    object.saveJson(json);
+    Saved loaded;
+    loaded.setOtherParams(QStringLiteral("old"), 2);
+    QVERIFY(loadFrom(loaded, streamOf(object)));
+    QCOMPARE(loaded.params(), expected);
+    loaded.setOtherParams(QStringLiteral("old"), 2);
+    QVERIFY(loaded.loadJson(json));
+    QCOMPARE(loaded.params(), expected);
 }
 
 void TestFrameworkSaving::aChangedParameterIsNoticed()
