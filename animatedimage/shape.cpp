@@ -1,6 +1,18 @@
 #include "animatedimage/animatedimage.h"
 #include "animatedimage/region.h"
 
+namespace
+{
+
+/// The nearest number of single precision. It is a call of its own because GCC 12 drops the
+/// rounding where it works on the two coordinates of a point at once.
+[[gnu::noinline]] float nearestFloat(double value)
+{
+    return static_cast<float>(value);
+}
+
+} // namespace
+
 QList<QRect> CAnimatedImage::rectsFromImage(const QImage &image, int threshold)
 {
     return OpaqueRegion::rectsFromImage(image, threshold);
@@ -35,8 +47,8 @@ void CAnimatedImage::updateRegion(int index, bool recompute)
     QPainterPath path;
     path.setFillRule(Qt::WindingFill);
     if (!frame.rects.isEmpty()) {
-        const auto sx = static_cast<float>(m_rect.width() / frame.regionSize.width());
-        const auto sy = static_cast<float>(m_rect.height() / frame.regionSize.height());
+        const float sx = nearestFloat(m_rect.width() / frame.regionSize.width());
+        const float sy = nearestFloat(m_rect.height() / frame.regionSize.height());
         for (const QRect &rect : qAsConst(frame.rects)) {
             path.addRect(double(float(rect.left()) * sx), double(float(rect.top()) * sy),
                          double(float(rect.width()) * sx), double(float(rect.height()) * sy));
@@ -86,6 +98,6 @@ void CAnimatedImage::addHandles(QPainterPath &path) const
             addHandle(size.width() * column * 0.5, size.height() * row * 0.5);
         }
     }
-    addHandle(double(static_cast<float>(0.5 * size.width() + m_rect.left())),
-              double(static_cast<float>(m_rect.top() - 2.0 * m_handleSize)));
+    addHandle(double(nearestFloat(0.5 * size.width() + m_rect.left())),
+              double(nearestFloat(m_rect.top() - 2.0 * m_handleSize)));
 }
