@@ -19,8 +19,8 @@ export function installBrowserGlobals() {
 }
 
 /**
- * Resizes nothing but the figures: a picture that the client wants to resize arrives with the digest
- * of no bytes at all, which no expectation names.
+ * Resizes nothing but the figures: a picture that the client wants to resize arrives with the
+ * digest of no bytes at all, which no expectation names.
  */
 export const bitmapAdapter = {
     resize: (_canvas, width, height) => ({ ...makeCanvas(), width, height, toDataURL: () => '' }),

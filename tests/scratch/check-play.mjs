@@ -11,7 +11,7 @@ function expectedVisits({ costumes, plays }) {
     if (!plays || costumes.length < 2) {
         return { count: 1, rests: true };
     }
-    const passes = plays.loopCount < 0 ? Infinity : plays.loopCount + 1;
+    const passes = plays.loopCount === -1 ? Infinity : Math.max(1, plays.loopCount + 1);
     const wanted = costumes.length * passes;
     const endless = passes === Infinity ? costumes.length * passesOfForever + 1 : mostVisits;
     return { count: Math.min(wanted, endless), rests: wanted <= endless };

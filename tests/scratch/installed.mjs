@@ -10,7 +10,7 @@ export function installed(name) {
     return fromInstall(name);
 }
 
-/** The path of a file inside the install's packages, such as "scratch-vm/dist/web/scratch-vm.js". */
+/** The path of a file of the packages, such as "scratch-vm/dist/web/scratch-vm.js". */
 export function installedFile(relativePath) {
     return path.join(folder, 'node_modules', relativePath);
 }

@@ -46,7 +46,7 @@ function playScript(costumes, { intervalMs, loopCount }) {
         first: block('looks_switchcostumeto', 'flag', 'rest', { COSTUME: [1, 'menu'] }),
         menu: { ...menu, shadow: true },
         rest: wait('first', 'loop', intervalMs),
-        loop: loopCount < 0
+        loop: loopCount === -1
             ? block('control_forever', 'rest', null, inside)
             : block('control_repeat', 'rest', null, { TIMES: [1, [6, changes]], ...inside }),
         next: block('looks_nextcostume', 'loop', 'wait'),
@@ -93,7 +93,7 @@ export function expectationOf({ sprites }) {
     return {
         sprites: sprites.map((sprite, index) => ({
             name: sprite.name, x: sprite.x, y: sprite.y, costumes: costumesOf(sprite),
-            plays: [walkerPlays, runnerPlays][index]
+            plays: { ...[walkerPlays, runnerPlays][index] }
         }))
     };
 }

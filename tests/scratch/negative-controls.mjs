@@ -2,22 +2,13 @@
 //
 // Proves that the checks notice: a good package passes, and each way to spoil it or its
 // expectation fails with the reason that belongs to it.
-import { createHash } from 'node:crypto';
 import { mkdtemp, rm, writeFile } from 'node:fs/promises';
 import os from 'node:os';
 import path from 'node:path';
 import { expectationOf, goodParts } from './make-package.mjs';
 import { checkPackage } from './package-checks.mjs';
 import { pack } from './package-parts.mjs';
-
-/** Puts `bytes` in place of the first costume's picture, under their own digest. */
-function replacePicture({ sprites, files }, bytes) {
-    const [costume] = sprites[0].costumes;
-    files.delete(costume.md5ext);
-    costume.assetId = createHash('md5').update(bytes).digest('hex');
-    costume.md5ext = `${costume.assetId}.png`;
-    files.set(costume.md5ext, bytes);
-}
+import { replacePicture, withGamma } from './spoiled-pictures.mjs';
 
 /** Files the first costume's picture under another digest. */
 function renamePicture({ sprites, files }, assetId) {
@@ -27,12 +18,6 @@ function renamePicture({ sprites, files }, assetId) {
     costume.assetId = assetId;
     costume.md5ext = `${assetId}.png`;
     files.set(costume.md5ext, bytes);
-}
-
-/** The PNG with a gamma chunk of 1.0 behind its header. */
-function withGamma(png) {
-    const chunk = Buffer.from('00000004' + '67414d41' + '000186a0' + '31e8965f', 'hex');
-    return Buffer.concat([png.subarray(0, 33), chunk, png.subarray(33)]);
 }
 
 function firstPicture({ sprites, files }) {
@@ -97,6 +82,23 @@ const controls = [
         parts => { parts.sprites[0].blocks = {}; }]
 ];
 
+// [what is as it should be, how it differs from the good package]
+const goodCases = [
+    ['nothing spoiled', () => {}],
+    ['a loop count below -1, which plays once',
+        ({ sprites: [{ blocks }] }, { sprites: [{ plays }] }) => {
+            plays.loopCount = -2;
+            blocks.loop.inputs.TIMES[1][1] = '2';
+        }],
+    ['a single costume, which stands still', ({ sprites, files }, expectation) => {
+        for (const [index, sprite] of sprites.entries()) {
+            sprite.costumes.splice(1).forEach(costume => files.delete(costume.md5ext));
+            sprite.currentCostume = 0;
+            expectation.sprites[index].costumes.splice(1);
+        }
+    }]
+];
+
 async function check(folder, isSprite, spoil, rework = bytes => bytes) {
     const parts = goodParts(isSprite);
     const expectation = expectationOf(parts);
@@ -113,8 +115,10 @@ function checkDoubleEntry(folder) {
         wanted = parts.sprites[0].costumes[0].md5ext;
         parts.files.set('x'.repeat(wanted.length), firstPicture(parts));
     };
-    const rework = bytes =>
-        Buffer.from(bytes.toString('latin1').replaceAll('x'.repeat(wanted.length), wanted), 'latin1');
+    const rework = bytes => {
+        const text = bytes.toString('latin1').replaceAll('x'.repeat(wanted.length), wanted);
+        return Buffer.from(text, 'latin1');
+    };
     return check(folder, true, spoil, rework);
 }
 
@@ -135,15 +139,17 @@ const folder = await mkdtemp(path.join(os.tmpdir(), 'scratch-controls-'));
 try {
     for (const isSprite of [true, false]) {
         const kind = isSprite ? 'a sprite' : 'a project';
-        const good = await check(folder, isSprite, () => {});
-        tell(`${kind} as it should be passes`, good.passed, good);
+        for (const [what, change] of goodCases) {
+            const good = await check(folder, isSprite, change);
+            tell(`${kind} with ${what} passes`, good.passed, good);
+        }
         for (const [what, reason, spoil] of controls) {
             tellFailure(`${kind} with ${what} is noticed`, reason,
                 await check(folder, isSprite, spoil));
         }
     }
-    tellFailure('a picture twice in the zip is noticed', /more than once: is \["[0-9a-f]{32}\.png"\]/,
-        await checkDoubleEntry(folder));
+    tellFailure('a picture twice in the zip is noticed',
+        /more than once: is \["[0-9a-f]{32}\.png"\]/, await checkDoubleEntry(folder));
     await writeFile(path.join(folder, 'none.sb3'), 'no zip at all');
     tellFailure('a file that is no zip is noticed', /the package opens: this is no zip/,
         await checkPackage(path.join(folder, 'none.sb3'), { sprites: [] }));

@@ -1,4 +1,5 @@
-// Pictures as { width, height, data }: four bytes a pixel, red, green, blue, opacity, not premultiplied.
+// Pictures as { width, height, data }: four bytes a pixel, red, green, blue and opacity, not
+// premultiplied.
 import { readFile, writeFile } from 'node:fs/promises';
 import { installed } from './installed.mjs';
 

@@ -2,7 +2,7 @@
 import { drawPicture } from './picture.mjs';
 import { pixelForPixel } from './stage-browser.mjs';
 
-/** Draws `picture` over `stage` with its upper left pixel at (left, top); what is outside is cut. */
+/** Draws `picture` over `stage`, its upper left pixel at (left, top); what is outside is cut. */
 function drawOver(stage, picture, left, top) {
     for (let y = Math.max(0, -top); y < Math.min(picture.height, stage.height - top); ++y) {
         for (let x = Math.max(0, -left); x < Math.min(picture.width, stage.width - left); ++x) {
@@ -29,7 +29,7 @@ function enlarged(picture, zoom) {
     });
 }
 
-/** Where the costume's upper left corner lies, in its pixels. The client rounds a sprite's place. */
+/** Where the costume's corner lies, in its pixels. The client rounds the place of a sprite. */
 function corner(costume, { x, y }) {
     return [
         pixelForPixel.width / 2 + 2 * Math.round(x) - costume.rotationCenterX,
