@@ -1,6 +1,7 @@
 #include "flipbook/objectsummary.h"
 
 #include <QtCore/QJsonArray>
+#include <QtCore/QSet>
 
 #include <algorithm>
 
@@ -42,10 +43,14 @@ ObjectSummary summarise(const Plugin &plugin, CBaseObject &object)
         summary.size = frames.first().second.size();
     qint64 pixels = 0;
     qint64 visible = 0;
+    QSet<qint64> counted;
     for (const auto &frame : frames) {
         const QImage &image = frame.second;
         summary.names << frame.first;
-        summary.decodedBytes += image.sizeInBytes();
+        // Frames may share their pixels.
+        if (!counted.contains(image.cacheKey()))
+            summary.decodedBytes += image.sizeInBytes();
+        counted.insert(image.cacheKey());
         summary.sizesDiffer |= image.size() != summary.size;
         pixels += qint64(image.width()) * image.height();
         visible += visiblePixels(image);

@@ -4,6 +4,7 @@
 #include "framework/imagestore.h"
 #include "host/gddocument.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QRectF>
 
 class Page;
@@ -59,6 +60,9 @@ private:
     friend class Page;
     Q_DISABLE_COPY(Document)
 
+    /// The pictures of one list by digest: those that occur again share their pixels.
+    using Decoded = QHash<QString, QImage>;
+
     void forget(Page *page);
     void sendAttribute(int id);
     void updatePages();
@@ -66,8 +70,8 @@ private:
     void writeImages(QDataStream &stream, const QList<QImage> &images);
     QList<QImage> readImages(QDataStream &stream);
     QJsonValue jsonImage(const QImage &image);
-    QImage imageOfJson(const QJsonObject &json);
-    QImage storedImage(const QString &digest);
+    QImage imageOfJson(const QJsonObject &json, Decoded &decoded);
+    QImage storedImage(const QString &digest, Decoded &decoded);
     QString reference(const QString &path) const;
     QString resolved(const QString &reference) const;
 

@@ -49,6 +49,7 @@ QList<QImage> Document::readImages(QDataStream &stream)
     quint32 count = 0;
     stream >> count;
     QList<QImage> images;
+    Decoded decoded;
     for (quint32 i = 0; i < count; ++i) {
         quint8 kind = 0;
         stream >> kind;
@@ -58,7 +59,7 @@ QList<QImage> Document::readImages(QDataStream &stream)
         if (kind == quint8(Kind::Png))
             images.append(PictureCodec::decode(content));
         else if (kind == quint8(Kind::Digest))
-            images.append(storedImage(QString::fromLatin1(content)));
+            images.append(storedImage(QString::fromLatin1(content), decoded));
         else
             images.append(QImage());
     }
@@ -76,9 +77,10 @@ void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QSt
         return;
     }
     images.clear();
+    Decoded decoded;
     const QJsonArray elements = json.value(key).toArray();
     for (const QJsonValue &element : elements)
-        images.append(imageOfJson(element.toObject()));
+        images.append(imageOfJson(element.toObject(), decoded));
 }
 
 QJsonValue Document::jsonImage(const QImage &image)
@@ -90,19 +92,23 @@ QJsonValue Document::jsonImage(const QImage &image)
     return QJsonObject{{PngMember, QString::fromLatin1(PictureCodec::encode(image).toBase64())}};
 }
 
-QImage Document::imageOfJson(const QJsonObject &json)
+QImage Document::imageOfJson(const QJsonObject &json, Decoded &decoded)
 {
     if (json.contains(DigestMember))
-        return storedImage(json.value(DigestMember).toString());
+        return storedImage(json.value(DigestMember).toString(), decoded);
     const QByteArray text = json.value(PngMember).toString().toLatin1();
     return PictureCodec::decode(QByteArray::fromBase64(text));
 }
 
-QImage Document::storedImage(const QString &digest)
+QImage Document::storedImage(const QString &digest, Decoded &decoded)
 {
+    const auto known = decoded.constFind(digest);
+    if (known != decoded.constEnd())
+        return *known;
     const QImage image = m_imageStore.image(digest);
     if (image.isNull() && !m_missingPictures.contains(digest))
         m_missingPictures.append(digest);
+    decoded.insert(digest, image);
     return image;
 }
 
