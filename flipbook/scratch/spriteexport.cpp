@@ -1,0 +1,183 @@
+#include "flipbook/scratch/spriteexport.h"
+
+#include "flipbook/animatedobject.h"
+#include "flipbook/failure.h"
+#include "flipbook/memorybudget.h"
+#include "flipbook/scratch/names.h"
+#include "flipbook/scratch/picture.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonObject>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QTransform>
+
+#include <cmath>
+
+namespace Scratch
+{
+
+namespace
+{
+
+/// Beyond these Scratch is slow to load a sprite, and may fail to.
+constexpr int manyCostumes = 200;
+constexpr qint64 manyBytes = 10 * 1024 * 1024;
+
+/// Gives every frame the size that it has during playback: each step scales them all like the
+/// frame that was shown.
+void settleFrameSizes(AnimatedObject &object)
+{
+    const int count = object.frameCount();
+    const int shown = object.shownIndex();
+    if (count < 2)
+        return;
+    object.showFrame((shown + 1) % count);
+    object.showFrame(shown);
+}
+
+bool isStretched(const QSizeF &size, const QSize &pixels)
+{
+    constexpr double visible = 0.01;
+    const double wide = size.width() * pixels.height();
+    const double high = size.height() * pixels.width();
+    return std::abs(wide - high) > visible * qMax(wide, high);
+}
+
+/// Puts the middle of a sprite at @p exact. Scratch rounds the places of sprites: what is left over
+/// goes into the rotation centres, as the sprite sees it, turned and scaled.
+void place(Sprite &sprite, const QPointF &exact)
+{
+    sprite.place = QPointF(std::round(exact.x()), std::round(exact.y()));
+    const QPointF rest(exact.x() - sprite.place.x(), sprite.place.y() - exact.y());
+    const double pixelsPerUnit = BitmapResolution * 100.0 / sprite.size;
+    const QPointF shift = QTransform().rotate(90.0 - sprite.direction).map(rest) * pixelsPerUnit;
+    for (Costume &costume : sprite.costumes)
+        costume.rotationCenter -= shift;
+}
+
+/// A costume as its description and its file in @p folder give it.
+Costume readCostume(const QJsonObject &json, const QString &folder, const QString &objectName)
+{
+    Costume costume;
+    costume.digest = json.value(QLatin1String("assetId")).toString();
+    costume.rotationCenter = QPointF(json.value(QLatin1String("rotationCenterX")).toDouble(),
+                                     json.value(QLatin1String("rotationCenterY")).toDouble());
+    QFile file(folder + json.value(QLatin1String("md5ext")).toString());
+    if (costume.digest.isEmpty() || !file.open(QIODevice::ReadOnly))
+        throw Failure{objectName, QStringLiteral("its costumes could not be written")};
+    costume.png = file.readAll();
+    return costume;
+}
+
+} // namespace
+
+SpriteExporter::SpriteExporter(const StagePlacement &placement, bool withScripts)
+    : m_placement(placement)
+    , m_withScripts(withScripts)
+{
+}
+
+Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
+{
+    if (object.frameCount() == 0)
+        throw Failure{name, QStringLiteral("has no frames, and Scratch takes no sprite without "
+                                           "costumes")};
+    settleFrameSizes(object);
+    CBaseObject &base = object.base();
+    const QSizeF size = base.getSize();
+
+    Sprite sprite;
+    sprite.name = Names::sprite(name, m_takenNames);
+    sprite.direction = 90.0 + base.getRotate();
+    sprite.shownCostume = qBound(0, object.shownIndex(), object.frameCount() - 1);
+    sprite.playback = {object.intervalMs(), object.loopCount()};
+    sprite.hasScript = m_withScripts;
+    sprite.costumes = costumesOf(object, name);
+
+    sprite.size = 100.0 * m_placement.scale();
+    // A single frame has no steps to settle its size: its costume may differ from the object.
+    const double costumeWidth = sprite.costumes.constFirst().rotationCenter.x();
+    if (sprite.costumes.size() == 1 && costumeWidth > 0.0)
+        sprite.size *= size.width() / costumeWidth;
+    sprite.size *= shrinkToTexture(sprite);
+    place(sprite, m_placement.toStage(QRectF(base.CGDRootObject::getPos(), size).center()));
+    if (isStretched(size, base.getImageSize()))
+        m_remarks.append(QStringLiteral("%1: is stretched on its page, but Scratch keeps the "
+                                        "proportions of its pictures")
+                             .arg(sprite.name));
+    remarkOnAmount(sprite);
+    return sprite;
+}
+
+QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QString &name)
+{
+    const QTemporaryDir folder;
+    if (!folder.isValid())
+        throw Failure{name, folder.errorString()};
+    const QString prefix = folder.path() + QLatin1Char('/');
+    const bool isMirrored = object.base().isMirrored();
+    const bool isFlipped = object.base().isFlipped();
+
+    QVector<Costume> costumes;
+    QSet<QString> takenNames;
+    const QJsonArray list = object.base().generateCostumesCode(prefix);
+    for (const QJsonValue &value : list) {
+        const QJsonObject json = value.toObject();
+        Costume costume = readCostume(json, prefix, name);
+        // A sprite cannot be mirrored or flipped as an object can: its pictures are.
+        if (isMirrored || isFlipped) {
+            const QPointF center = costume.rotationCenter;
+            const QImage picture = pictureOf(costume).mirrored(isMirrored, isFlipped);
+            costume = costumeOf({}, picture);
+            costume.rotationCenter = {isMirrored ? picture.width() - center.x() : center.x(),
+                                      isFlipped ? picture.height() - center.y() : center.y()};
+        }
+        costume.name = Names::costume(json.value(QLatin1String("name")).toString(), takenNames);
+        costumes.append(costume);
+    }
+    return costumes;
+}
+
+/// Reduces pictures that are larger than a texture, all alike; the factor by which the sprite must
+/// grow in return.
+double SpriteExporter::shrinkToTexture(Sprite &sprite)
+{
+    const QSize pixels = pictureOf(sprite.costumes.constFirst()).size();
+    const int longest = qMax(pixels.width(), pixels.height());
+    if (longest <= LongestPictureSide)
+        return 1.0;
+    const QSize reduced =
+        pixels.scaled(LongestPictureSide, LongestPictureSide, Qt::KeepAspectRatio);
+    for (Costume &costume : sprite.costumes) {
+        const QImage picture =
+            pictureOf(costume).scaled(reduced, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        costume = costumeOf(costume.name, picture);
+    }
+    m_remarks.append(QStringLiteral("%1: pictures of %2 x %3 pixels are larger than Scratch can "
+                                    "draw, and were reduced to %4 x %5")
+                         .arg(sprite.name, QString::number(pixels.width()),
+                              QString::number(pixels.height()), QString::number(reduced.width()),
+                              QString::number(reduced.height())));
+    return double(longest) / LongestPictureSide;
+}
+
+void SpriteExporter::remarkOnAmount(const Sprite &sprite)
+{
+    if (sprite.costumes.size() > manyCostumes)
+        m_remarks.append(QStringLiteral("%1: has %2 costumes; Scratch is slow with more than %3")
+                             .arg(sprite.name, QString::number(sprite.costumes.size()),
+                                  QString::number(manyCostumes)));
+    QSet<QString> counted;
+    qint64 bytes = 0;
+    for (const Costume &costume : sprite.costumes) {
+        if (!counted.contains(costume.digest))
+            bytes += costume.png.size();
+        counted.insert(costume.digest);
+    }
+    if (bytes > manyBytes)
+        m_remarks.append(
+            QStringLiteral("%1: has pictures of %2; Scratch is slow with more than %3")
+                .arg(sprite.name, MemoryBudget::text(bytes), MemoryBudget::text(manyBytes)));
+}
+
+} // namespace Scratch

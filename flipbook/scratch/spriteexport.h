@@ -1,0 +1,45 @@
+#pragma once
+
+#include "flipbook/scratch/sprite.h"
+#include "flipbook/scratch/stageplacement.h"
+
+#include <QtCore/QSet>
+#include <QtCore/QStringList>
+
+class AnimatedObject;
+class QImage;
+
+namespace Scratch
+{
+
+/// The longest side of a picture that Scratch's renderer is sure to draw, in pixels.
+constexpr int LongestPictureSide = 8192;
+
+/// Makes sprites of the objects of one page.
+class SpriteExporter
+{
+public:
+    /// @p placement says where the page lies on the stage. @p withScripts: the sprites play.
+    SpriteExporter(const StagePlacement &placement, bool withScripts);
+
+    /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Steps
+    /// through frames of the object, so that all have the sizes of playback; it is stopped
+    /// afterwards and shows the frame that it showed. Throws Failure when the object has no
+    /// frames, or when its costumes cannot be written to the temporary folder.
+    Sprite exported(AnimatedObject &object, const QString &name);
+
+    /// What the user should know of the sprites made so far, a sentence each.
+    const QStringList &remarks() const { return m_remarks; }
+
+private:
+    QVector<Costume> costumesOf(AnimatedObject &object, const QString &name);
+    double shrinkToTexture(Sprite &sprite);
+    void remarkOnAmount(const Sprite &sprite);
+
+    StagePlacement m_placement;
+    bool m_withScripts;
+    QSet<QString> m_takenNames;
+    QStringList m_remarks;
+};
+
+} // namespace Scratch
