@@ -1,0 +1,240 @@
+#include "flipbook/editing/editoperation.h"
+
+#include "flipbook/editing/frameeditor.h"
+#include "flipbook/editing/objectform.h"
+#include "flipbook/failure.h"
+#include "flipbook/picturefile.h"
+#include "framework/page.h"
+
+#include <QtCore/QHash>
+
+#include <limits>
+
+namespace
+{
+
+using Apply = std::function<void(EditTarget &)>;
+
+int number(const QString &text)
+{
+    bool isNumber = false;
+    const int value = text.toInt(&isNumber);
+    if (!isNumber || value < 0)
+        throw UsageError{QStringLiteral("'%1' is not a whole number").arg(text)};
+    return value;
+}
+
+/// The two halves of a value around the first @p separator.
+QPair<QString, QString> split(const QString &value, QChar separator)
+{
+    const int at = value.indexOf(separator);
+    if (at < 0)
+        throw UsageError{QStringLiteral("'%1' has no '%2'").arg(value, QString(separator))};
+    return {value.left(at), value.mid(at + 1)};
+}
+
+QPair<int, int> twoNumbers(const QString &value)
+{
+    const auto [first, second] = split(value, QLatin1Char(':'));
+    return {number(first), number(second)};
+}
+
+Apply insertBlank(const QString &value)
+{
+    const int place = number(value);
+    return [place](EditTarget &target) { FrameEditor(*target.object).insertBlank(place); };
+}
+
+Apply duplicate(const QString &value)
+{
+    const auto [from, place] = twoNumbers(value);
+    return [from = from, place = place](EditTarget &target) {
+        FrameEditor(*target.object).duplicate(from, place);
+    };
+}
+
+Apply renameFrame(const QString &value)
+{
+    const auto [frame, name] = split(value, QLatin1Char('='));
+    return [frame = number(frame), name = name](EditTarget &target) {
+        FrameEditor(*target.object).rename(frame, name);
+    };
+}
+
+Apply removeFrame(const QString &value)
+{
+    const int frame = number(value);
+    return [frame](EditTarget &target) { FrameEditor(*target.object).remove(frame); };
+}
+
+Apply moveFrame(const QString &value)
+{
+    const auto [from, to] = twoNumbers(value);
+    return
+        [from = from, to = to](EditTarget &target) { FrameEditor(*target.object).move(from, to); };
+}
+
+Apply insertFile(const QString &value)
+{
+    const auto [place, path] = split(value, QLatin1Char('='));
+    return [place = number(place), path = path](EditTarget &target) {
+        // Read once before the object reads it, which would take anything for an empty picture.
+        readPicture(path, target.maxMemory);
+        FrameEditor(*target.object).insertFile(place, path);
+    };
+}
+
+Apply replacePicture(const QString &value)
+{
+    const auto [frame, path] = split(value, QLatin1Char('='));
+    return [frame = number(frame), path = path](EditTarget &target) {
+        FrameEditor(*target.object).replacePicture(frame, readPicture(path, target.maxMemory));
+    };
+}
+
+Apply replaceAll(const QString &value)
+{
+    return [value](EditTarget &target) {
+        readPicture(value, target.maxMemory);
+        FrameEditor(*target.object).replaceAll(value);
+    };
+}
+
+Apply setInterval(const QString &value)
+{
+    const int ms = number(value);
+    return [ms](EditTarget &target) { FrameEditor(*target.object).setInterval(ms); };
+}
+
+/// A count of repetitions after the first pass.
+int loopCount(const QString &value)
+{
+    if (value == QLatin1String("forever"))
+        return -1;
+    return value == QLatin1String("once") ? 0 : number(value);
+}
+
+Apply setLoops(const QString &value)
+{
+    const int count = loopCount(value);
+    return [count](EditTarget &target) {
+        if (AnimatedObject(*target.object).loopCount() == count)
+            return;
+        // The panel knows for ever and once only; the saved form takes any count.
+        target.object =
+            rebuilt(target.plugin, target.page, *target.object, [count](QJsonObject &form) {
+                form.insert(QStringLiteral("LoopCount"), count);
+            });
+    };
+}
+
+Apply setType(const QString &value)
+{
+    const bool isBackground = value == QLatin1String("background");
+    if (!isBackground && value != QLatin1String("normal"))
+        throw UsageError{QStringLiteral("'%1' is neither 'normal' nor 'background'").arg(value)};
+    return [isBackground](EditTarget &target) {
+        FrameEditor(*target.object).setBackground(isBackground);
+    };
+}
+
+Apply mirror(const QString &)
+{
+    return [](EditTarget &target) { target.object->setMirror(!target.object->isMirrored(), true); };
+}
+
+Apply flip(const QString &)
+{
+    return [](EditTarget &target) { target.object->setFlip(!target.object->isFlipped(), true); };
+}
+
+struct Entry {
+    EditOption option;
+    Apply (*parse)(const QString &value);
+};
+
+const QVector<Entry> &entries()
+{
+    static const QVector<Entry> all{
+        {{QStringLiteral("insert-blank"), QStringLiteral("AT"),
+          QStringLiteral("Insert a transparent frame as number AT.")},
+         insertBlank},
+        {{QStringLiteral("duplicate"), QStringLiteral("FROM:AT"),
+          QStringLiteral("Insert a copy of frame FROM as number AT.")},
+         duplicate},
+        {{QStringLiteral("rename"), QStringLiteral("AT=NAME"),
+          QStringLiteral("Give frame AT the name NAME.")},
+         renameFrame},
+        {{QStringLiteral("delete"), QStringLiteral("AT"), QStringLiteral("Delete frame AT.")},
+         removeFrame},
+        {{QStringLiteral("move"), QStringLiteral("FROM:TO"),
+          QStringLiteral("Move frame FROM so that it becomes number TO.")},
+         moveFrame},
+        {{QStringLiteral("insert"), QStringLiteral("AT=FILE"),
+          QStringLiteral("Insert the picture in FILE as frame number AT.")},
+         insertFile},
+        {{QStringLiteral("replace"), QStringLiteral("AT=FILE"),
+          QStringLiteral("Give frame AT the picture in FILE.")},
+         replacePicture},
+        {{QStringLiteral("replace-all"), QStringLiteral("FILE"),
+          QStringLiteral("Replace all frames by the picture in FILE.")},
+         replaceAll},
+        {{QStringLiteral("interval"), QStringLiteral("MS"),
+          QStringLiteral("Show each frame for MS milliseconds.")},
+         setInterval},
+        {{QStringLiteral("loops"), QStringLiteral("N|forever|once"),
+          QStringLiteral("Repeat the film N times after the first, for ever, or not at all.")},
+         setLoops},
+        {{QStringLiteral("type"), QStringLiteral("normal|background"),
+          QStringLiteral("Make the object an ordinary one or a tiled background.")},
+         setType},
+        {{QStringLiteral("mirror"), QString(), QStringLiteral("Mirror the object left to right.")},
+         mirror},
+        {{QStringLiteral("flip"), QString(), QStringLiteral("Flip the object top to bottom.")},
+         flip},
+    };
+    return all;
+}
+
+} // namespace
+
+const QVector<EditOption> &editOptions()
+{
+    static const QVector<EditOption> options = [] {
+        QVector<EditOption> list;
+        for (const Entry &entry : entries())
+            list.append(entry.option);
+        return list;
+    }();
+    return options;
+}
+
+EditOperation parseEditOperation(const QString &name, const QString &value)
+{
+    for (const Entry &entry : entries()) {
+        if (entry.option.name != name)
+            continue;
+        const QString text = QStringLiteral("--%1 %2").arg(name, value).trimmed();
+        try {
+            return {text, entry.parse(value)};
+        } catch (const UsageError &error) {
+            throw UsageError{QStringLiteral("%1: %2").arg(text, error.reason)};
+        }
+    }
+    throw UsageError{QStringLiteral("'--%1' is no operation").arg(name)};
+}
+
+void applyAll(const QVector<EditOperation> &operations, EditTarget &target, const QString &document)
+{
+    for (const EditOperation &operation : operations) {
+        try {
+            operation.apply(target);
+        } catch (const EditRefused &refused) {
+            throw Failure{document, QStringLiteral("%1: %2").arg(operation.text, refused.reason)};
+        } catch (const Failure &failure) {
+            throw Failure{
+                document,
+                QStringLiteral("%1: %2: %3").arg(operation.text, failure.subject, failure.reason)};
+        }
+    }
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "flipbook/animatedobject.h"
+
+/// An edit that cannot be made; the frames are as they were.
+struct EditRefused {
+    QString reason; ///< a short clause, without a full stop
+};
+
+/// Edits the frames of one animated image through the door, as the window and the command line do.
+/// Frames are counted from 1, as users see them. Everything here throws EditRefused for what the
+/// object would silently ignore.
+class FrameEditor
+{
+public:
+    explicit FrameEditor(CBaseObject &object);
+
+    /// Inserts a transparent frame that becomes number @p place; from 1 to one behind the last.
+    void insertBlank(int place);
+    /// Inserts a copy of the frame @p from that becomes number @p place.
+    void duplicate(int from, int place);
+    /// Inserts the picture in the file at @p path, which the caller has made sure can be read.
+    void insertFile(int place, const QString &path);
+    void rename(int number, const QString &name);
+    /// The last frame left cannot be deleted.
+    void remove(int number);
+    void move(int from, int to);
+    /// Gives a frame another picture; it keeps its name and its size on the page.
+    void replacePicture(int number, const QImage &picture);
+    /// Replaces all frames by the picture in the file at @p path; one undoable step.
+    void replaceAll(const QString &path);
+    /// Milliseconds, at least 1.
+    void setInterval(int ms);
+    void setBackground(bool background);
+
+private:
+    qint32 existing(int number) const;
+    void checkPlace(int place) const;
+    qint32 indexBefore(int place) const;
+    void settle(int place, int countBefore);
+
+    AnimatedObject m_object;
+};

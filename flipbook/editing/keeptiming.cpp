@@ -1,0 +1,76 @@
+#include "flipbook/editing/keeptiming.h"
+
+#include "flipbook/editing/objectform.h"
+#include "flipbook/failure.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QSet>
+
+namespace
+{
+
+/// What the saved form of an object holds of its frames: three lists, paired by position.
+struct FrameLists {
+    QStringList names;
+    QStringList sizes;
+    QJsonArray pictures;
+};
+
+const QLatin1String ParamsMember("OtherParams");
+const QLatin1String NamesKey("animatedImageNames");
+const QLatin1String SizesKey("animatedImageSizes");
+const QLatin1String PicturesMember("ImageList");
+const QLatin1String IntervalMember("ShiftInterval");
+
+QString repeatName(const QString &name, QSet<QString> &taken)
+{
+    QString candidate;
+    int number = 2;
+    do {
+        candidate = QStringLiteral("%1 (%2)").arg(name, QString::number(number++));
+    } while (taken.contains(candidate));
+    taken.insert(candidate);
+    return candidate;
+}
+
+FrameLists repeated(const FrameLists &frames, const RepeatPlan &plan)
+{
+    QSet<QString> taken(frames.names.cbegin(), frames.names.cend());
+    FrameLists result;
+    for (int i = 0; i < frames.pictures.size(); ++i) {
+        const QString name = frames.names.value(i);
+        for (int repeat = 0; repeat < plan.repeats.value(i, 1); ++repeat) {
+            result.names.append(repeat == 0 ? name : repeatName(name, taken));
+            result.sizes.append(frames.sizes.value(i));
+            result.pictures.append(frames.pictures.at(i));
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+CBaseObject *repeatFrames(const Plugin &plugin, Page &page, CBaseObject &object,
+                          const RepeatPlan &plan, const QString &subject)
+{
+    if (plan.frameCount() > MostRepeatedFrames)
+        throw Failure{subject, QStringLiteral("keeping its timing would take %1 frames, more than "
+                                              "the %2 that are allowed")
+                                   .arg(plan.frameCount())
+                                   .arg(MostRepeatedFrames)};
+    return rebuilt(plugin, page, object, [&object, &plan](QJsonObject &form) {
+        FrameLists frames;
+        // Saving has brought the parameters up to date.
+        frames.names = object.getOtherParams(NamesKey).toStringList();
+        frames.sizes = object.getOtherParams(SizesKey).toStringList();
+        frames.pictures = form.value(PicturesMember).toArray();
+        frames = repeated(frames, plan);
+
+        QJsonObject params = form.value(ParamsMember).toObject();
+        params.insert(NamesKey, QJsonArray::fromStringList(frames.names));
+        params.insert(SizesKey, QJsonArray::fromStringList(frames.sizes));
+        form.insert(ParamsMember, params);
+        form.insert(PicturesMember, frames.pictures);
+        form.insert(IntervalMember, plan.intervalMs);
+    });
+}

@@ -1,0 +1,20 @@
+#include "flipbook/editing/objectform.h"
+
+#include "framework/page.h"
+
+CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
+                     const std::function<void(QJsonObject &form)> &change)
+{
+    QJsonObject form;
+    object.saveJson(form);
+    change(form);
+
+    const Page::Place place = page.placeOf(&object);
+    CBaseObject *successor = plugin.createObject().release();
+    // It must stand on the page before it reads: its document has the pictures.
+    page.addObject(successor, place.layer);
+    successor->loadJson(form);
+    page.destroyObject(&object);
+    page.placeObject(successor, place);
+    return successor;
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "flipbook/plugin.h"
+
+#include <QtCore/QJsonObject>
+
+#include <functional>
+
+class Page;
+
+/// Changes what the door has no operation for in the saved JSON form of @p object, which stands on
+/// @p page: a new object, read from the changed form, takes its place. @p object is destroyed, and
+/// with it the undo commands, which may know it.
+CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
+                     const std::function<void(QJsonObject &form)> &change);
