@@ -1,0 +1,53 @@
+# The table in samples/README.md against what flipbook says of each sample.
+#
+#   cmake -DFLIPBOOK=PROGRAM -DSAMPLES=FOLDER -P check-samples.cmake
+cmake_minimum_required(VERSION 3.25)
+
+function(expect what table said)
+  if(NOT "${table}" STREQUAL "${said}")
+    message(SEND_ERROR "${sample}: ${what} is ${said}, but the table says ${table}")
+  endif()
+endfunction()
+
+file(STRINGS ${SAMPLES}/README.md rows REGEX "^\\| `" ENCODING UTF-8)
+set(checked 0)
+foreach(row IN LISTS rows)
+  # Name, description, frames, size, interval, loop.
+  if(NOT row MATCHES "^\\| `([^`]+)` \\| [^|]+ \\| ([0-9]+) \\| ([0-9]+) × ([0-9]+)[^|]*\\| ([0-9]*)[^|]*\\| ([^|]+) \\|$")
+    continue()
+  endif()
+  set(sample ${CMAKE_MATCH_1})
+  set(frames ${CMAKE_MATCH_2})
+  set(width ${CMAKE_MATCH_3})
+  set(height ${CMAKE_MATCH_4})
+  set(interval ${CMAKE_MATCH_5})
+  set(loop ${CMAKE_MATCH_6})
+  execute_process(COMMAND ${FLIPBOOK} info --json ${SAMPLES}/${sample}
+    OUTPUT_VARIABLE json RESULT_VARIABLE status)
+  if(NOT status EQUAL 0)
+    message(SEND_ERROR "${sample}: flipbook ends with ${status}")
+    continue()
+  endif()
+  foreach(member frames width height intervalMs loopCount)
+    string(JSON said_${member} GET "${json}" ${member})
+  endforeach()
+  expect("number of frames" ${frames} ${said_frames})
+  expect("width" ${width} ${said_width})
+  expect("height" ${height} ${said_height})
+  if(interval)
+    expect("interval" ${interval} ${said_intervalMs})
+  endif()
+  # A count in a GIF is the number of times to play; the object counts those after the first.
+  if(loop MATCHES "count ([0-9]+)")
+    math(EXPR repetitions "${CMAKE_MATCH_1} - 1")
+    expect("loop count" ${repetitions} ${said_loopCount})
+  else()
+    expect("loop count" -1 ${said_loopCount})
+  endif()
+  math(EXPR checked "${checked} + 1")
+endforeach()
+
+if(NOT checked EQUAL 6)
+  message(SEND_ERROR "6 films should stand in the table; ${checked} were found")
+endif()
+message("${checked} samples")
