@@ -138,9 +138,9 @@ public:
     /// PropertyChange::Geometry. @p item is the object's own graphics item.
     void updateAfterObjRectChanged(QGraphicsItem *item, bool notify);
 
-    /// Describe one setting for the settings panel (docs/settings-json.md). @p id identifies it, @p nameId is the string
-    /// id of its label, @p type the type of its value ("int"), and @p minimum, @p maximum and
-    /// @p unit bound and label it; an empty text leaves that out.
+    /// Describe one setting for the settings panel (docs/settings-json.md). @p id identifies it,
+    /// @p nameId is the string id of its label, @p type the type of its value ("int"), and
+    /// @p minimum, @p maximum and @p unit bound and label it; an empty text leaves that out.
     QJsonObject GetSettingJsonSwitch(QString &id, QString &nameId, bool value);
     QJsonObject GetSettingJsonInput(QString &id, QString &nameId, QString &value, QString &type,
                                     QString &minimum, QString &maximum, QString &unit);
