@@ -30,8 +30,6 @@ public:
     void showFrame(int index);
     /// Starts from the first frame, or stops.
     void setPlaying(bool play);
-    /// Milliseconds between frames; a value of 0 or less stops the timer.
-    void setInterval(int ms);
     /// Plays forever, or (false) once.
     void setLoopsForever(bool forever);
 
@@ -42,14 +40,10 @@ public:
     void startStepping();
     /// Moves that clock on by 40 ms.
     void step();
-    /// Gives playback back to the object's own timer.
-    void stopStepping();
 
     CBaseObject &base() const { return m_object; }
 
 private:
-    void answerPanel(const QString &id, const QString &value);
-
     CBaseObject &m_object;
 };
 

@@ -19,13 +19,6 @@ struct Command {
 Command infoCommand();
 Command sheetCommand();
 Command playCommand();
-Command newCommand();
-Command editCommand();
-Command renderCommand();
-Command framesCommand();
-Command recordCommand();
-Command spriteCommand();
-Command projectCommand();
 
 /// The options that every command understands.
 QList<QCommandLineOption> commonOptions();

@@ -64,10 +64,3 @@ QStringList infoLines(const ObjectSummary &summary, const std::optional<GifDescr
             QStringLiteral("%1 % of the pixels").arg(100.0 * summary.opaqueShare, 0, 'f', 1)),
         row("memory", QStringLiteral("%1 decoded").arg(MemoryBudget::text(summary.decodedBytes)))};
 }
-
-QString placeLine(const QRectF &rect)
-{
-    return row("place", QStringLiteral("%1 x %2 at (%3, %4)")
-                            .arg(QString::number(rect.width()), QString::number(rect.height()),
-                                 QString::number(rect.x()), QString::number(rect.y())));
-}

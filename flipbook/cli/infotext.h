@@ -3,13 +3,8 @@
 #include "flipbook/gifdescriptors.h"
 #include "flipbook/objectsummary.h"
 
-#include <QtCore/QRectF>
-
 #include <optional>
 
 /// The figures of an object as lines of text, each with its label. @p gif, for an object that was
 /// just imported from a GIF, adds what the file says otherwise.
 QStringList infoLines(const ObjectSummary &summary, const std::optional<GifDescriptors> &gif);
-
-/// Where an object stands on its page, as such a line.
-QString placeLine(const QRectF &rect);

@@ -1,6 +1,6 @@
 #include "flipbook/cli/arguments.h"
+#include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
-#include "flipbook/cli/opening.h"
 #include "flipbook/failure.h"
 #include "flipbook/framewatcher.h"
 
@@ -46,8 +46,8 @@ void run(const QCommandLineParser &line)
     const QString path = Arguments::onlyFile(line);
     const int loops = Arguments::count(line, QStringLiteral("loops"), MostLoops, 0);
     const Plugin plugin = openPlugin(line);
-    const OpenedSource source = openSource(line, plugin, path);
-    const AnimatedObject object(chosenObject(line, chosenPage(line, *source.document, path), path));
+    const ImportedMedia media = importNamed(line, plugin, path);
+    const AnimatedObject object(*media.object);
     if (object.intervalMs() <= 0)
         throw Failure{
             path,
@@ -60,13 +60,11 @@ void run(const QCommandLineParser &line)
 Command playCommand()
 {
     return {QStringLiteral("play"),
-            QStringLiteral("FILE-OR-DOC [--loops N]"),
+            QStringLiteral("FILE [--loops N]"),
             QStringLiteral("Play the frames in real time, with a line for each frame shown."),
             {{QStringLiteral("loops"),
               QStringLiteral("Play N times, whatever the file says (default: as the file says; "
                              "Ctrl-C ends what plays forever)."),
-              QStringLiteral("N")},
-             pageOption(),
-             objectOption()},
+              QStringLiteral("N")}},
             run};
 }

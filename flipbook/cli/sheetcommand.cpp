@@ -1,38 +1,24 @@
 #include "flipbook/cli/arguments.h"
+#include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
-#include "flipbook/cli/opening.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/contactsheet.h"
 #include "flipbook/failure.h"
 #include "flipbook/outputfile.h"
-#include "framework/page.h"
 
 #include <QtGui/QFontDatabase>
 
 namespace
 {
 
-QImage paint(const QString &path, const QList<CBaseObject *> &objects)
+QImage paint(const QString &path, CBaseObject &object)
 {
-    int frames = 0;
-    for (CBaseObject *object : objects)
-        frames += AnimatedObject(*object).frameCount();
-    ProgressLine progress(QStringLiteral("Painting"), frames);
+    ProgressLine progress(QStringLiteral("Painting"), AnimatedObject(object).frameCount());
     try {
-        return contactSheet(objects, [&progress](int done) { progress.setDone(done); });
+        return contactSheet({&object}, [&progress](int done) { progress.setDone(done); });
     } catch (const Failure &failure) {
         throw Failure{path, failure.reason};
     }
-}
-
-void paintDocument(const QCommandLineParser &line, const Plugin &plugin, const QString &path,
-                   const QString &output)
-{
-    const std::unique_ptr<Document> document = openDocument(line, plugin, path);
-    QList<CBaseObject *> objects;
-    for (const Page *page : document->pages())
-        objects += page->objects();
-    writePng(output, paint(path, objects));
 }
 
 void run(const QCommandLineParser &line)
@@ -41,14 +27,11 @@ void run(const QCommandLineParser &line)
     const QString output = Arguments::pngOutput(line);
     checkOutput(output, inputsOf(path));
     const Plugin plugin = openPlugin(line);
+
+    const ImportedMedia media = importNamed(line, plugin, path);
     if (QFontDatabase().families().isEmpty())
         Console::warn(output, QStringLiteral("no font is installed; there are no labels"));
-    if (isDocumentFile(path)) {
-        paintDocument(line, plugin, path, output);
-    } else {
-        const ImportedMedia media = importNamed(line, plugin, path);
-        writePng(output, paint(path, {media.object.get()}));
-    }
+    writePng(output, paint(path, *media.object));
 }
 
 } // namespace
@@ -56,7 +39,7 @@ void run(const QCommandLineParser &line)
 Command sheetCommand()
 {
     return {QStringLiteral("sheet"),
-            QStringLiteral("FILE-OR-DOC -o OUT.png"),
+            QStringLiteral("FILE -o OUT.png"),
             QStringLiteral("Paint all frames on one contact sheet."),
             {{QStringLiteral("o"), QStringLiteral("Write the sheet to OUT.png."),
               QStringLiteral("OUT.png")}},
