@@ -48,6 +48,9 @@ QByteArray PictureCodec::encode(const QImage &image)
 
 QImage PictureCodec::decode(const QByteArray &png)
 {
+    // The PNG library would complain about the lack of bytes on standard error.
+    if (png.isEmpty())
+        return {};
     QByteArray bytes = png;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
