@@ -45,9 +45,9 @@ Function Plugin::resolve(const char *name)
     return reinterpret_cast<Function>(function);
 }
 
-OwnedObject Plugin::createObject() const
+OwnedObject Plugin::createObject(int objectId) const
 {
-    return OwnedObject(m_createObject(0, 0, true));
+    return OwnedObject(m_createObject(0, objectId, true));
 }
 
 Plugin::Frames Plugin::frames(CBaseObject &object) const

@@ -19,8 +19,8 @@ public:
     /// @throw Failure when it cannot be loaded or lacks a function.
     explicit Plugin(const QString &path = QString());
 
-    /// A new object without frames, which the user may edit.
-    OwnedObject createObject() const;
+    /// A new object without frames, which the user may edit, with the number @p objectId.
+    OwnedObject createObject(int objectId = 0) const;
 
     /// Name and full picture of every frame of @p object, sharing its pixels.
     Frames frames(CBaseObject &object) const;

@@ -76,7 +76,8 @@ SourceKind identifySource(const QString &path)
     }
     if (start == "GIF87a" || start == "GIF89a")
         return SourceKind::Gif;
-    if (start.startsWith("PK\x03\x04") || start.startsWith("PK\x05\x06"))
+    if (path.endsWith(QLatin1String(".flipbook"), Qt::CaseInsensitive) ||
+        start.startsWith("PK\x03\x04") || start.startsWith("PK\x05\x06"))
         return SourceKind::Document;
     return SourceKind::OtherFile;
 }

@@ -9,7 +9,7 @@
 enum class SourceKind {
     Gif,         ///< a file that begins as a GIF does
     FrameFolder, ///< a folder
-    Document,    ///< a file that begins as a zip archive does
+    Document,    ///< a file named so, or one that begins as a zip archive does
     OtherFile,   ///< a file that begins in another way
 };
 

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QMap>
+#include <QtCore/QString>
+
+#include <memory>
+
+class KArchiveDirectory;
+class KArchiveFile;
+class KZip;
+class QFile;
+
+/// The zip archive that a document is kept in: document.json, and each picture once as
+/// pictures/DIGEST.png. Reading trusts nothing that the archive says about itself.
+class DocumentArchive
+{
+public:
+    /// Opens the archive at @p path, a regular file.
+    /// @throw Failure when it is no archive of a document.
+    explicit DocumentArchive(const QString &path);
+    ~DocumentArchive();
+
+    /// The text of document.json. @throw Failure when it is damaged or beyond measure.
+    QByteArray json() const;
+
+    /// The first bytes of the picture @p digest, @p count or fewer; empty when it is missing.
+    QByteArray pictureStart(const QString &digest, int count) const;
+
+    /// The whole picture; empty when it is missing, damaged, or longer than @p most bytes.
+    QByteArray picture(const QString &digest, qint64 most) const;
+
+    /// Writes an archive of @p json and @p pictures (by digest). What stood at @p path stays until
+    /// the new archive is on the disk as a whole. Equal content gives equal bytes.
+    /// @throw Failure
+    static void write(const QString &path, const QByteArray &json,
+                      const QMap<QString, QByteArray> &pictures);
+
+private:
+    Q_DISABLE_COPY(DocumentArchive)
+
+    const KArchiveFile *entry(const QString &name) const;
+
+    QString m_path;
+    std::unique_ptr<QFile> m_file;
+    std::unique_ptr<KZip> m_zip;
+};
