@@ -104,3 +104,13 @@ void AnimatedObject::step()
 {
     ObjectProtocol::send(m_object, AttributeId::SteppedTick);
 }
+
+void AnimatedObject::endStepping()
+{
+    ObjectProtocol::send(m_object, AttributeId::EnableTimer, true);
+}
+
+QString AnimatedObject::name() const
+{
+    return m_object.getOtherParams(QStringLiteral("object_name")).toString();
+}

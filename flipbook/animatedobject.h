@@ -13,7 +13,7 @@ public:
 
     /// Replaces the frames by those of a GIF file or a frame folder.
     void loadPath(const QString &path);
-    /// Replaces the frames by one picture, which gets the name @p name.
+    /// Replaces the frames by one picture. The object and its frame get the name @p name.
     void loadPicture(const QImage &picture, const QString &name);
 
     int frameCount() const;
@@ -33,6 +33,9 @@ public:
     /// Plays forever, or (false) once.
     void setLoopsForever(bool forever);
 
+    /// The user's name for the object.
+    QString name() const;
+
     /// Paints the frame shown with mirror and flip, from (0, 0), in item units.
     void paint(QPainter *painter);
 
@@ -40,6 +43,8 @@ public:
     void startStepping();
     /// Moves that clock on by 40 ms.
     void step();
+    /// Hands playback back to the object's own timer.
+    void endStepping();
 
     CBaseObject &base() const { return m_object; }
 

@@ -6,6 +6,7 @@
 #include "flipbook/picturefile.h"
 #include "flipbook/sourcefile.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
 #include <algorithm>
@@ -17,6 +18,15 @@ bool hasPicture(const Plugin::Frames &frames)
 {
     return std::any_of(frames.begin(), frames.end(),
                        [](const auto &frame) { return !frame.second.isNull(); });
+}
+
+// The stem that objects give their frames; pictures keep the whole of theirs.
+QString nameOf(const QString &path, SourceKind kind)
+{
+    if (kind == SourceKind::FrameFolder)
+        return QDir(path).dirName();
+    const QFileInfo file(path);
+    return kind == SourceKind::Gif ? file.baseName() : file.completeBaseName();
 }
 
 void importGif(ImportedMedia &media, const QString &path, qint64 maxMemory)
@@ -39,16 +49,17 @@ void importFolder(ImportedMedia &media, const QString &path, qint64 maxMemory)
 void importPicture(ImportedMedia &media, const QString &path, qint64 maxMemory)
 {
     const QImage picture = readPicture(path, maxMemory);
-    AnimatedObject(*media.object).loadPicture(picture, QFileInfo(path).completeBaseName());
+    AnimatedObject(*media.object).loadPicture(picture, nameOf(path, SourceKind::OtherFile));
 }
 
 } // namespace
 
-ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxMemory)
+ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxMemory, int objectId)
 {
     ImportedMedia media;
     const SourceKind kind = identifySource(path);
-    media.object = plugin.createObject();
+    media.object = plugin.createObject(objectId);
+    media.object->setOtherParams(QStringLiteral("object_name"), nameOf(path, kind));
     switch (kind) {
     case SourceKind::Gif:
         importGif(media, path, maxMemory);
@@ -57,6 +68,8 @@ ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxM
         importFolder(media, path, maxMemory);
         break;
     case SourceKind::Document:
+        throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
+                                           "wanted here")};
     case SourceKind::OtherFile:
         importPicture(media, path, maxMemory);
         break;

@@ -41,3 +41,20 @@ void writeFile(const QString &path, const QByteArray &bytes)
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
         throw Failure{path, QStringLiteral("cannot be written: ") + file.errorString()};
 }
+
+void prepareOutputFolder(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.exists()) {
+        if (!info.isDir())
+            throw Failure{path, QStringLiteral("is no folder")};
+        if (!QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                QDir::NoDotAndDotDot))
+            throw Failure{path, QStringLiteral("is a folder that is not empty")};
+        return;
+    }
+    if (!info.absoluteDir().exists())
+        throw Failure{path, QStringLiteral("its folder does not exist")};
+    if (!QDir().mkdir(path))
+        throw Failure{path, QStringLiteral("the folder cannot be made")};
+}

@@ -15,3 +15,8 @@ void writePng(const QString &path, const QImage &image);
 
 /// The same for any bytes.
 void writeFile(const QString &path, const QByteArray &bytes);
+
+/// Makes sure that @p path is a folder to write into: one that is there and empty, or a new one in
+/// a folder that is there.
+/// @throw Failure
+void prepareOutputFolder(const QString &path);

@@ -21,14 +21,22 @@ QString Arguments::plainPath(const QString &path)
     return path.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + path : path;
 }
 
+QStringList Arguments::files(const QCommandLineParser &line)
+{
+    QStringList files = line.positionalArguments();
+    if (files.isEmpty() || files.contains(QString()))
+        throw UsageError{QStringLiteral("a file is missing")};
+    for (QString &file : files)
+        file = plainPath(file);
+    return files;
+}
+
 QString Arguments::onlyFile(const QCommandLineParser &line)
 {
-    const QStringList files = line.positionalArguments();
-    if (files.isEmpty() || files.first().isEmpty())
-        throw UsageError{QStringLiteral("a file is missing")};
-    if (files.size() > 1)
-        throw UsageError{QStringLiteral("'%1' is one file too many").arg(files.at(1))};
-    return plainPath(files.first());
+    const QStringList all = files(line);
+    if (all.size() > 1)
+        throw UsageError{QStringLiteral("'%1' is one file too many").arg(all.at(1))};
+    return all.first();
 }
 
 QString Arguments::optional(const QCommandLineParser &line, const QString &option)
@@ -62,6 +70,21 @@ int Arguments::count(const QCommandLineParser &line, const QString &option, int 
         throw UsageError{QStringLiteral("%1 takes a whole number from 1 to %2, not '%3'")
                              .arg(dashed(option), QString::number(most), value)};
     return count;
+}
+
+double Arguments::amount(const QCommandLineParser &line, const QString &option, double most,
+                         double fallback)
+{
+    const QString value = optional(line, option);
+    if (value.isEmpty())
+        return fallback;
+    bool isNumber = false;
+    const double amount = value.toDouble(&isNumber);
+    // Written so that it refuses what is no number at all, too.
+    if (!isNumber || !(amount > 0.0 && amount <= most))
+        throw UsageError{QStringLiteral("%1 takes a number above 0, up to %2, not '%3'")
+                             .arg(dashed(option), QString::number(most), value)};
+    return amount;
 }
 
 QString Arguments::pngOutput(const QCommandLineParser &line)

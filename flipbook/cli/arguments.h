@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 
 class QCommandLineParser;
 
@@ -12,6 +12,9 @@ namespace Arguments
 /// The only file that is named.
 QString onlyFile(const QCommandLineParser &line);
 
+/// All files that are named, one or more.
+QStringList files(const QCommandLineParser &line);
+
 /// The value of an option that may be given once; empty when it is not given.
 QString optional(const QCommandLineParser &line, const QString &option);
 
@@ -20,6 +23,10 @@ QString needed(const QCommandLineParser &line, const QString &option);
 
 /// The whole number that an option gives, from 1 to @p most; @p fallback when it is not given.
 int count(const QCommandLineParser &line, const QString &option, int most, int fallback);
+
+/// The number that an option gives, more than 0 and no more than @p most; @p fallback when it is
+/// not given.
+double amount(const QCommandLineParser &line, const QString &option, double most, double fallback);
 
 /// The name of a PNG file that -o gives.
 QString pngOutput(const QCommandLineParser &line);

@@ -26,14 +26,14 @@ Plugin openPlugin(const QCommandLineParser &line)
     return Plugin(Arguments::optional(line, QStringLiteral("plugin")));
 }
 
-ImportedMedia importNamed(const QCommandLineParser &line, const Plugin &plugin, const QString &path)
+OpenedFile openNamed(const QCommandLineParser &line, const Plugin &plugin, const QString &path)
 {
-    ImportedMedia media;
+    OpenedFile opened;
     {
         const ProgressLine progress(QStringLiteral("Reading %1").arg(path));
-        media = importMedia(plugin, path, Arguments::maxMemory(line));
+        opened = openFile(plugin, path, Arguments::maxMemory(line));
     }
-    for (const QString &warning : qAsConst(media.warnings))
+    for (const QString &warning : qAsConst(opened.warnings))
         Console::warn(path, warning);
-    return media;
+    return opened;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "flipbook/mediaimport.h"
+#include "flipbook/openedfile.h"
 
 #include <QtCore/QCommandLineParser>
 
@@ -19,6 +19,10 @@ struct Command {
 Command infoCommand();
 Command sheetCommand();
 Command playCommand();
+Command newCommand();
+Command renderCommand();
+Command framesCommand();
+Command recordCommand();
 
 /// The options that every command understands.
 QList<QCommandLineOption> commonOptions();
@@ -26,7 +30,6 @@ QList<QCommandLineOption> commonOptions();
 /// The plug-in that --plugin, the environment or the installation names.
 Plugin openPlugin(const QCommandLineParser &line);
 
-/// Imports @p path within --max-memory, with a progress line, and passes the warnings on to the
+/// Opens @p path within --max-memory, with a progress line, and passes the warnings on to the
 /// user.
-ImportedMedia importNamed(const QCommandLineParser &line, const Plugin &plugin,
-                          const QString &path);
+OpenedFile openNamed(const QCommandLineParser &line, const Plugin &plugin, const QString &path);

@@ -13,7 +13,8 @@ namespace
 // In the order in which the help lists them.
 QList<Command> commands()
 {
-    return {infoCommand(), sheetCommand(), playCommand()};
+    return {infoCommand(),   sheetCommand(),  playCommand(),  newCommand(),
+            renderCommand(), framesCommand(), recordCommand()};
 }
 
 QString versionText()

@@ -1,6 +1,7 @@
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/cli/documentinfo.h"
 #include "flipbook/cli/infotext.h"
 
 #include <QtCore/QJsonArray>
@@ -9,35 +10,39 @@
 namespace
 {
 
-void printText(const QString &path, const ImportedMedia &media, const ObjectSummary &summary)
+QStringList textOf(const Plugin &plugin, const OpenedFile &opened)
 {
-    Console::print(path);
-    const QStringList lines = infoLines(summary, media.gif);
-    for (const QString &line : lines)
-        Console::print(line);
+    if (opened.isDocument)
+        return documentLines(plugin, *opened.document);
+    return infoLines(summarise(plugin, *opened.objects().first()), opened.gif);
 }
 
-void printJson(const ImportedMedia &media, const ObjectSummary &summary)
+QJsonObject jsonOf(const Plugin &plugin, const OpenedFile &opened)
 {
-    QJsonObject json = toJson(summary);
-    if (media.gif) {
-        json[QStringLiteral("shortestDelayMs")] = media.gif->shortestDelay;
-        json[QStringLiteral("longestDelayMs")] = media.gif->longestDelay;
+    QJsonObject json = opened.isDocument ? documentInfo(plugin, *opened.document)
+                                         : toJson(summarise(plugin, *opened.objects().first()));
+    if (opened.gif) {
+        json[QStringLiteral("shortestDelayMs")] = opened.gif->shortestDelay;
+        json[QStringLiteral("longestDelayMs")] = opened.gif->longestDelay;
     }
-    json[QStringLiteral("warnings")] = QJsonArray::fromStringList(media.warnings);
-    Console::print(QString::fromUtf8(QJsonDocument(json).toJson()).trimmed());
+    json[QStringLiteral("warnings")] = QJsonArray::fromStringList(opened.warnings);
+    return json;
 }
 
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const Plugin plugin = openPlugin(line);
-    const ImportedMedia media = importNamed(line, plugin, path);
-    const ObjectSummary summary = summarise(plugin, *media.object);
-    if (line.isSet(QStringLiteral("json")))
-        printJson(media, summary);
-    else
-        printText(path, media, summary);
+    const OpenedFile opened = openNamed(line, plugin, path);
+    if (line.isSet(QStringLiteral("json"))) {
+        const QJsonDocument answer(jsonOf(plugin, opened));
+        Console::print(QString::fromUtf8(answer.toJson()).trimmed());
+        return;
+    }
+    Console::print(path);
+    const QStringList lines = textOf(plugin, opened);
+    for (const QString &text : lines)
+        Console::print(text);
 }
 
 } // namespace
@@ -46,7 +51,7 @@ Command infoCommand()
 {
     return {QStringLiteral("info"),
             QStringLiteral("FILE [--json]"),
-            QStringLiteral("Tell the figures of an animated image: frames, size, timing, memory."),
+            QStringLiteral("Tell the figures of a film or document: frames, size, timing, memory."),
             {{QStringLiteral("json"), QStringLiteral("Answer with a JSON object.")}},
             run};
 }

@@ -46,8 +46,11 @@ void run(const QCommandLineParser &line)
     const QString path = Arguments::onlyFile(line);
     const int loops = Arguments::count(line, QStringLiteral("loops"), MostLoops, 0);
     const Plugin plugin = openPlugin(line);
-    const ImportedMedia media = importNamed(line, plugin, path);
-    const AnimatedObject object(*media.object);
+    const OpenedFile opened = openNamed(line, plugin, path);
+    if (opened.isDocument)
+        throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
+                                           "wanted here")};
+    const AnimatedObject object(*opened.objects().first());
     if (object.intervalMs() <= 0)
         throw Failure{
             path,

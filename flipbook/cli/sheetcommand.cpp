@@ -4,6 +4,7 @@
 #include "flipbook/cli/progressline.h"
 #include "flipbook/contactsheet.h"
 #include "flipbook/failure.h"
+#include "flipbook/mediaimport.h"
 #include "flipbook/outputfile.h"
 
 #include <QtGui/QFontDatabase>
@@ -11,11 +12,14 @@
 namespace
 {
 
-QImage paint(const QString &path, CBaseObject &object)
+QImage paint(const QString &path, const QList<CBaseObject *> &objects)
 {
-    ProgressLine progress(QStringLiteral("Painting"), AnimatedObject(object).frameCount());
+    int frames = 0;
+    for (CBaseObject *object : objects)
+        frames += AnimatedObject(*object).frameCount();
+    ProgressLine progress(QStringLiteral("Painting"), frames);
     try {
-        return contactSheet({&object}, [&progress](int done) { progress.setDone(done); });
+        return contactSheet(objects, [&progress](int done) { progress.setDone(done); });
     } catch (const Failure &failure) {
         throw Failure{path, failure.reason};
     }
@@ -28,10 +32,10 @@ void run(const QCommandLineParser &line)
     checkOutput(output, inputsOf(path));
     const Plugin plugin = openPlugin(line);
 
-    const ImportedMedia media = importNamed(line, plugin, path);
+    const OpenedFile opened = openNamed(line, plugin, path);
     if (QFontDatabase().families().isEmpty())
         Console::warn(output, QStringLiteral("no font is installed; there are no labels"));
-    writePng(output, paint(path, *media.object));
+    writePng(output, paint(path, opened.objects()));
 }
 
 } // namespace
@@ -40,7 +44,8 @@ Command sheetCommand()
 {
     return {QStringLiteral("sheet"),
             QStringLiteral("FILE -o OUT.png"),
-            QStringLiteral("Paint all frames on one contact sheet."),
+            QStringLiteral(
+                "Paint all frames, of a document those of all objects, on one contact sheet."),
             {{QStringLiteral("o"), QStringLiteral("Write the sheet to OUT.png."),
               QStringLiteral("OUT.png")}},
             run};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "flipbook/cli/command.h"
+
+class Page;
+
+/// The option --page, which commands that work on one page share.
+QCommandLineOption pageOption();
+
+/// Opens a document as openNamed() does. @throw Failure when @p path leads to something else.
+OpenedFile openDocument(const QCommandLineParser &line, const Plugin &plugin, const QString &path);
+
+/// The page that --page names, the first without it. @throw Failure when there is none.
+Page &chosenPage(const QCommandLineParser &line, const QString &path, const Document &document);
+
+/// @p page at @p scale, within --max-memory. @throw Failure
+QImage renderPage(const QCommandLineParser &line, const QString &path, Page &page, double scale);

@@ -1,0 +1,81 @@
+#include "flipbook/cli/arguments.h"
+#include "flipbook/cli/documentcommand.h"
+#include "flipbook/cli/progressline.h"
+#include "flipbook/failure.h"
+#include "flipbook/outputfile.h"
+#include "flipbook/steppedplayback.h"
+
+#include <cmath>
+
+namespace
+{
+
+constexpr int MostFps = 1000;
+constexpr int DefaultFps = 25;
+constexpr double MostSeconds = 86400.0;
+constexpr double MostPictures = 1e7;
+constexpr double LargestScale = 100.0;
+
+int pictureCount(int fps, double seconds)
+{
+    const double count = std::floor(fps * seconds + 1e-9);
+    if (count < 1.0)
+        throw UsageError{QStringLiteral("%1 seconds at %2 pictures a second give no picture")
+                             .arg(seconds)
+                             .arg(fps)};
+    if (count > MostPictures)
+        throw UsageError{QStringLiteral("that would be %1 pictures").arg(count, 0, 'f', 0)};
+    return int(count);
+}
+
+QString pictureFile(const QString &folder, int number, int count)
+{
+    const int digits = std::max(5, QString::number(count).size());
+    return QStringLiteral("%1/frame-%2.png")
+        .arg(folder, QString::number(number).rightJustified(digits, QLatin1Char('0')));
+}
+
+void run(const QCommandLineParser &line)
+{
+    const QString path = Arguments::onlyFile(line);
+    const QString folder = Arguments::plainPath(Arguments::needed(line, QStringLiteral("o")));
+    const int fps = Arguments::count(line, QStringLiteral("fps"), MostFps, DefaultFps);
+    Arguments::needed(line, QStringLiteral("seconds"));
+    const double seconds = Arguments::amount(line, QStringLiteral("seconds"), MostSeconds, 0.0);
+    const double scale = Arguments::amount(line, QStringLiteral("scale"), LargestScale, 1.0);
+    const int count = pictureCount(fps, seconds);
+    const Plugin plugin = openPlugin(line);
+    const OpenedFile opened = openDocument(line, plugin, path);
+    Page &page = chosenPage(line, path, *opened.document);
+    prepareOutputFolder(folder);
+
+    ProgressLine progress(QStringLiteral("Recording"), count);
+    SteppedPlayback playback(*opened.document, page);
+    for (int i = 0; i < count; ++i) {
+        playback.advanceTo(qint64(i) * 1000 / fps);
+        writePng(pictureFile(folder, i + 1, count), renderPage(line, path, page, scale));
+        progress.setDone(i + 1);
+    }
+}
+
+} // namespace
+
+Command recordCommand()
+{
+    return {QStringLiteral("record"),
+            QStringLiteral("DOC.flipbook -o FOLDER --seconds S [--fps N] [--page N] [--scale S]"),
+            QStringLiteral("Play a page picture by picture into numbered PNG files."),
+            {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
+              QStringLiteral("FOLDER")},
+             {QStringLiteral("seconds"), QStringLiteral("Record S seconds, such as 2.5."),
+              QStringLiteral("S")},
+             {QStringLiteral("fps"),
+              QStringLiteral("Write N pictures for each second (default: 25). Films move on every "
+                             "40 ms, whatever N is."),
+              QStringLiteral("N")},
+             pageOption(),
+             {QStringLiteral("scale"),
+              QStringLiteral("Paint S pixels for each unit of the page (default: 1)."),
+              QStringLiteral("S")}},
+            run};
+}

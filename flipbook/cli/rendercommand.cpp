@@ -1,0 +1,40 @@
+#include "flipbook/cli/arguments.h"
+#include "flipbook/cli/documentcommand.h"
+#include "flipbook/outputfile.h"
+
+namespace
+{
+
+constexpr double LargestScale = 100.0;
+
+void run(const QCommandLineParser &line)
+{
+    const QString path = Arguments::onlyFile(line);
+    const QString output = Arguments::pngOutput(line);
+    const double scale = Arguments::amount(line, QStringLiteral("scale"), LargestScale, 1.0);
+    checkOutput(output, {path});
+    const Plugin plugin = openPlugin(line);
+    const OpenedFile opened = openDocument(line, plugin, path);
+    Page &page = chosenPage(line, path, *opened.document);
+    if (line.isSet(QStringLiteral("presented")))
+        opened.document->enterAlternateMode();
+    writePng(output, renderPage(line, path, page, scale));
+}
+
+} // namespace
+
+Command renderCommand()
+{
+    return {QStringLiteral("render"),
+            QStringLiteral("DOC.flipbook -o PAGE.png [--page N] [--scale S] [--presented]"),
+            QStringLiteral("Paint a page of a document."),
+            {{QStringLiteral("o"), QStringLiteral("Write the picture to PAGE.png."),
+              QStringLiteral("PAGE.png")},
+             pageOption(),
+             {QStringLiteral("scale"),
+              QStringLiteral("Paint S pixels for each unit of the page (default: 1)."),
+              QStringLiteral("S")},
+             {QStringLiteral("presented"),
+              QStringLiteral("Paint the page as it is presented, not as it is edited.")}},
+            run};
+}

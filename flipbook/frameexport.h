@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QtCore/QStringList>
+
+#include <functional>
+
+class CBaseObject;
+class Document;
+
+/// Writes the frames of @p object, which stands on a page of @p document, into @p folder as PNG
+/// files, with a config.json from which they are imported again. The folder must exist.
+/// @p progress hears how many frames are written. The answer tells of empty frames.
+/// @throw Failure
+QStringList exportFrames(Document &document, CBaseObject &object, const QString &folder,
+                         const std::function<void(int)> &progress);
