@@ -78,11 +78,21 @@ void AnimatedObject::setPlaying(bool play)
     ObjectProtocol::tell(m_object, Id::Running, play);
 }
 
+void AnimatedObject::setInterval(int ms)
+{
+    answerPanel(QStringLiteral("idShiftInterval"), QString::number(ms));
+}
+
 void AnimatedObject::setLoopsForever(bool forever)
 {
-    const QJsonObject setting = {
-        {QStringLiteral("id"), QStringLiteral("idLoopCount")},
-        {QStringLiteral("value"), forever ? QStringLiteral("true") : QStringLiteral("false")}};
+    answerPanel(QStringLiteral("idLoopCount"),
+                forever ? QStringLiteral("true") : QStringLiteral("false"));
+}
+
+/// Sets one value the way the settings panel does.
+void AnimatedObject::answerPanel(const QString &id, const QString &value)
+{
+    const QJsonObject setting = {{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};
     const QJsonObject answer = {{QStringLiteral("settings"), QJsonArray{setting}}};
     m_object.SetSettingJson(QString::fromUtf8(QJsonDocument(answer).toJson()), false, false);
 }

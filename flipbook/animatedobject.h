@@ -30,6 +30,8 @@ public:
     void showFrame(int index);
     /// Starts from the first frame, or stops.
     void setPlaying(bool play);
+    /// Milliseconds between frames; a value of 0 or less stops the timer.
+    void setInterval(int ms);
     /// Plays forever, or (false) once.
     void setLoopsForever(bool forever);
 
@@ -49,6 +51,8 @@ public:
     CBaseObject &base() const { return m_object; }
 
 private:
+    void answerPanel(const QString &id, const QString &value);
+
     CBaseObject &m_object;
 };
 

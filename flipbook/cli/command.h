@@ -23,6 +23,9 @@ Command newCommand();
 Command renderCommand();
 Command framesCommand();
 Command recordCommand();
+Command editCommand();
+Command spriteCommand();
+Command projectCommand();
 
 /// The options that every command understands.
 QList<QCommandLineOption> commonOptions();

@@ -13,8 +13,8 @@ namespace
 // In the order in which the help lists them.
 QList<Command> commands()
 {
-    return {infoCommand(),   sheetCommand(),  playCommand(),  newCommand(),
-            renderCommand(), framesCommand(), recordCommand()};
+    return {infoCommand(),   sheetCommand(),  playCommand(),   newCommand(),    editCommand(),
+            renderCommand(), framesCommand(), recordCommand(), spriteCommand(), projectCommand()};
 }
 
 QString versionText()
@@ -25,7 +25,7 @@ QString versionText()
 QString overview()
 {
     QString text = QStringLiteral("Usage: flipbook COMMAND [ARGUMENT]...\n"
-                                  "Looks at, plays and prints animated images.\n\n"
+                                  "Looks at, plays, edits and exports animated images.\n\n"
                                   "Commands:\n");
     const QList<Command> known = commands();
     for (const Command &command : known)

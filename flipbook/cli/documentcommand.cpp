@@ -9,6 +9,7 @@ namespace
 {
 
 constexpr int MostPages = 10000;
+constexpr int MostObjects = 100000;
 constexpr double BytesPerPixel = 4.0;
 
 } // namespace
@@ -37,6 +38,37 @@ Page &chosenPage(const QCommandLineParser &line, const QString &path, const Docu
                                       .arg(document.pages().size())
                                       .arg(number)};
     return *document.pages().at(number - 1);
+}
+
+QCommandLineOption objectOption()
+{
+    return {QStringLiteral("object"),
+            QStringLiteral("Take object N of a document, counted through all its pages as info "
+                           "lists them."),
+            QStringLiteral("N")};
+}
+
+CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
+                          const OpenedFile &opened)
+{
+    const QList<CBaseObject *> objects = opened.objects();
+    const int number = Arguments::count(line, QStringLiteral("object"), MostObjects, 0);
+    if (objects.isEmpty())
+        throw Failure{path, QStringLiteral("the document has no objects")};
+    if (number > objects.size())
+        throw Failure{
+            path,
+            QStringLiteral("it has %1 objects, so no object %2").arg(objects.size()).arg(number)};
+    if (number == 0 && objects.size() > 1)
+        throw Failure{
+            path,
+            QStringLiteral("it has %1 objects; choose one with --object").arg(objects.size())};
+    return *objects.at(number == 0 ? 0 : number - 1);
+}
+
+Page &pageOf(const CBaseObject &object)
+{
+    return static_cast<Page &>(*object.scene());
 }
 
 QImage renderPage(const QCommandLineParser &line, const QString &path, Page &page, double scale)

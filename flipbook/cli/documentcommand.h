@@ -13,5 +13,16 @@ OpenedFile openDocument(const QCommandLineParser &line, const Plugin &plugin, co
 /// The page that --page names, the first without it. @throw Failure when there is none.
 Page &chosenPage(const QCommandLineParser &line, const QString &path, const Document &document);
 
+/// The option --object, which commands that work on one object share.
+QCommandLineOption objectOption();
+
+/// The object that --object names, or the only one. @throw Failure when there is no such object, or
+/// more than one to choose from.
+CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
+                          const OpenedFile &opened);
+
+/// The page that an object of a document stands on.
+Page &pageOf(const CBaseObject &object);
+
 /// @p page at @p scale, within --max-memory. @throw Failure
 QImage renderPage(const QCommandLineParser &line, const QString &path, Page &page, double scale);

@@ -1,6 +1,7 @@
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/failure.h"
 #include "flipbook/frameexport.h"
@@ -9,26 +10,6 @@
 
 namespace
 {
-
-constexpr int MostObjects = 100000;
-
-CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
-                          const OpenedFile &opened)
-{
-    const QList<CBaseObject *> objects = opened.objects();
-    const int number = Arguments::count(line, QStringLiteral("object"), MostObjects, 0);
-    if (objects.isEmpty())
-        throw Failure{path, QStringLiteral("the document has no objects")};
-    if (number > objects.size())
-        throw Failure{
-            path,
-            QStringLiteral("it has %1 objects, so no object %2").arg(objects.size()).arg(number)};
-    if (number == 0 && objects.size() > 1)
-        throw Failure{
-            path,
-            QStringLiteral("it has %1 objects; choose one with --object").arg(objects.size())};
-    return *objects.at(number == 0 ? 0 : number - 1);
-}
 
 void run(const QCommandLineParser &line)
 {
@@ -59,9 +40,6 @@ Command framesCommand()
                            "again."),
             {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
               QStringLiteral("FOLDER")},
-             {QStringLiteral("object"),
-              QStringLiteral("Take object N of a document, counted through all its pages as info "
-                             "lists them."),
-              QStringLiteral("N")}},
+             objectOption()},
             run};
 }

@@ -2,6 +2,7 @@
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/editing/keeptiming.h"
 #include "flipbook/failure.h"
 #include "flipbook/mediaimport.h"
 #include "flipbook/memorybudget.h"
@@ -14,35 +15,74 @@
 namespace
 {
 
-std::vector<OwnedObject> importAll(const QCommandLineParser &line, const Plugin &plugin,
-                                   const QStringList &files)
+struct Film {
+    OwnedObject object;
+    QString path;
+    QVector<int> delays; ///< of a GIF whose frames are shown for different times, in ms
+};
+
+QVector<int> unevenDelays(const ImportedMedia &media, const QString &path)
 {
-    std::vector<OwnedObject> objects;
+    if (!media.gif || media.gif->shortestDelay == media.gif->longestDelay)
+        return {};
+    const QVector<int> delays = frameDelays(path);
+    return isUneven(delays) ? delays : QVector<int>();
+}
+
+std::vector<Film> importAll(const QCommandLineParser &line, const Plugin &plugin,
+                            const QStringList &files)
+{
+    std::vector<Film> films;
     ProgressLine progress(QStringLiteral("Reading"), files.size());
     qint64 budget = Arguments::maxMemory(line);
     for (const QString &file : files) {
-        ImportedMedia media = importMedia(plugin, file, budget, int(objects.size()) + 1);
+        ImportedMedia media = importMedia(plugin, file, budget, int(films.size()) + 1);
         for (const QString &warning : qAsConst(media.warnings))
             Console::warn(file, warning);
         for (const auto &frame : plugin.frames(*media.object))
             budget -= frame.second.sizeInBytes();
-        objects.push_back(std::move(media.object));
-        progress.setDone(int(objects.size()));
+        const QVector<int> delays = unevenDelays(media, file);
+        films.push_back({std::move(media.object), file, delays});
+        progress.setDone(int(films.size()));
     }
-    return objects;
+    return films;
 }
 
-void placeOnNewPage(Document &document, std::vector<OwnedObject> objects)
+QString seconds(qint64 ms)
+{
+    return QString::number(double(ms) / 1000.0) + QStringLiteral(" s");
+}
+
+/// Says what one interval for all frames does to a film whose frames are shown for different times.
+void warnOfUnevenTiming(const Film &film)
+{
+    const int interval = AnimatedObject(*film.object).intervalMs();
+    Console::warn(film.path,
+                  QStringLiteral("its frames are shown for different times, but here all are shown "
+                                 "for %1 ms: one pass takes %2 instead of %3; --keep-timing keeps "
+                                 "the rhythm by repeating frames")
+                      .arg(QString::number(interval),
+                           seconds(qint64(interval) * film.delays.size()),
+                           seconds(totalMs(film.delays))));
+}
+
+void placeOnNewPage(const Plugin &plugin, Document &document, std::vector<Film> films,
+                    bool keepsTiming)
 {
     QVector<QSizeF> sizes;
-    for (const OwnedObject &object : objects)
-        sizes.append(object->getSize());
+    for (const Film &film : films)
+        sizes.append(film.object->getSize());
     const PageLayout layout = layOutPage(sizes);
     Page *page = document.addPage(QRectF(QPointF(0, 0), layout.page));
-    for (std::size_t i = 0; i < objects.size(); ++i) {
-        CBaseObject *object = objects[i].release();
+    for (std::size_t i = 0; i < films.size(); ++i) {
+        Film &film = films[i];
+        if (!keepsTiming && !film.delays.isEmpty())
+            warnOfUnevenTiming(film);
+        CBaseObject *object = film.object.release();
         page->addObject(object);
         object->setPos(layout.places.at(int(i)), false);
+        if (keepsTiming && !film.delays.isEmpty())
+            repeatFrames(plugin, *page, *object, planRepeats(film.delays), film.path);
     }
 }
 
@@ -63,7 +103,10 @@ void run(const QCommandLineParser &line)
 
     const Plugin plugin = openPlugin(line);
     Document document;
-    placeOnNewPage(document, importAll(line, plugin, added));
+    // Pictures that occur again share their pixels.
+    document.setKeepsImagesInline(false);
+    placeOnNewPage(plugin, document, importAll(line, plugin, added),
+                   line.isSet(QStringLiteral("keep-timing")));
     const ProgressLine progress(QStringLiteral("Writing %1").arg(path));
     saveDocument(document, path);
 }
@@ -73,11 +116,14 @@ void run(const QCommandLineParser &line)
 Command newCommand()
 {
     return {QStringLiteral("new"),
-            QStringLiteral("DOC.flipbook [--add FILE...] [--force]"),
+            QStringLiteral("DOC.flipbook [--add FILE...] [--keep-timing] [--force]"),
             QStringLiteral("Make a document with one page that holds these films and pictures."),
             {{QStringLiteral("add"),
               QStringLiteral("Put the FILEs that follow, GIFs, frame folders or pictures, on the "
                              "page.")},
+             {QStringLiteral("keep-timing"),
+              QStringLiteral("Repeat frames of GIFs that show them for different times, so that "
+                             "their rhythm is kept.")},
              {QStringLiteral("force"), QStringLiteral("Replace a document that is there.")}},
             run};
 }

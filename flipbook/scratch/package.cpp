@@ -1,8 +1,8 @@
 #include "flipbook/scratch/package.h"
 
-#include "flipbook/documents/zip.h"
 #include "flipbook/scratch/packagejson.h"
 #include "flipbook/scratch/picture.h"
+#include "flipbook/scratch/zipwriter.h"
 
 #include <QtCore/QJsonDocument>
 

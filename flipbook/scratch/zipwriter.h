@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QtCore/QByteArray>
-#include <QtCore/QStringList>
+#include <QtCore/QString>
 
 #include <memory>
 
@@ -21,27 +21,5 @@ public:
 
 private:
     struct Archive;
-    std::unique_ptr<Archive> m_archive;
-};
-
-/// Reads a zip archive that anybody may have made.
-class ZipReader
-{
-public:
-    /// Opens the regular file at @p path, and never waits for another. @throw Failure when it
-    /// cannot be read or is no zip archive.
-    explicit ZipReader(const QString &path);
-    ~ZipReader();
-
-    /// The paths of all files in the archive.
-    QStringList names() const;
-
-    /// The content of a file. @throw Failure when there is none, it is damaged, or it has more than
-    /// @p mostBytes, whatever the archive says about it.
-    QByteArray read(const QString &name, qint64 mostBytes) const;
-
-private:
-    struct Archive;
-    QString m_path;
     std::unique_ptr<Archive> m_archive;
 };

@@ -1,0 +1,65 @@
+#include "flipbook/cli/arguments.h"
+#include "flipbook/cli/documentcommand.h"
+#include "flipbook/cli/progressline.h"
+#include "flipbook/documentfile.h"
+#include "flipbook/editing/editoperation.h"
+#include "flipbook/failure.h"
+#include "framework/page.h"
+
+#include <QtCore/QHash>
+
+namespace
+{
+
+bool isOperation(const QString &name)
+{
+    for (const EditOption &option : editOptions()) {
+        if (option.name == name)
+            return true;
+    }
+    return false;
+}
+
+/// The operations in the order in which they were written.
+QVector<EditOperation> operationsOf(const QCommandLineParser &line)
+{
+    QVector<EditOperation> operations;
+    QHash<QString, int> seen;
+    const QStringList names = line.optionNames();
+    for (const QString &name : names) {
+        if (isOperation(name))
+            operations.append(parseEditOperation(name, line.values(name).value(seen[name]++)));
+    }
+    if (operations.isEmpty())
+        throw UsageError{QStringLiteral("there is nothing to do: an operation is missing")};
+    return operations;
+}
+
+void run(const QCommandLineParser &line)
+{
+    const QString path = Arguments::onlyFile(line);
+    const QVector<EditOperation> operations = operationsOf(line);
+    const Plugin plugin = openPlugin(line);
+    const OpenedFile opened = openDocument(line, plugin, path);
+    CBaseObject &object = chosenObject(line, path, opened);
+    EditTarget target{plugin, pageOf(object), &object, Arguments::maxMemory(line)};
+
+    const ProgressLine progress(QStringLiteral("Editing %1").arg(path));
+    applyAll(operations, target, path);
+    saveDocument(*opened.document, path);
+}
+
+} // namespace
+
+Command editCommand()
+{
+    Command command{QStringLiteral("edit"),
+                    QStringLiteral("DOC OPERATION..."),
+                    QStringLiteral("Edit an object: all operations in their order, or none."),
+                    {},
+                    run};
+    for (const EditOption &option : editOptions())
+        command.options.append({option.name, option.help, option.value});
+    command.options.append(objectOption());
+    return command;
+}

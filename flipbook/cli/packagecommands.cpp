@@ -1,0 +1,130 @@
+#include "flipbook/cli/arguments.h"
+#include "flipbook/cli/console.h"
+#include "flipbook/cli/documentcommand.h"
+#include "flipbook/cli/progressline.h"
+#include "flipbook/failure.h"
+#include "flipbook/mediaimport.h"
+#include "flipbook/outputfile.h"
+#include "flipbook/scratch/package.h"
+#include "flipbook/scratch/spriteexport.h"
+#include "framework/page.h"
+
+#include <QtCore/QFileInfo>
+
+using namespace Scratch;
+
+namespace
+{
+
+/// The file that -o names, which must have the ending @p suffix: by it Scratch knows the package.
+QString packageOutput(const QCommandLineParser &line, const QString &suffix)
+{
+    const QString path = Arguments::plainPath(Arguments::needed(line, QStringLiteral("o")));
+    if (QFileInfo(path).suffix().toLower() != suffix)
+        throw UsageError{QStringLiteral("'%1' does not end in .%2").arg(path, suffix)};
+    return path;
+}
+
+/// Where a page lies on the stage. A lone film is no page: it stands in the middle of the stage at
+/// its own size, and is reduced only where it is larger.
+StagePlacement placementOf(const OpenedFile &opened, const Page &page)
+{
+    const QRectF rect = page.pageRect();
+    if (opened.isDocument)
+        return StagePlacement(rect);
+    QRectF stage(0.0, 0.0, StageWidth, StageHeight);
+    stage.moveCenter(rect.center());
+    return StagePlacement(stage.united(rect));
+}
+
+/// A Failure that names an object becomes one that names the file as well.
+Sprite exported(SpriteExporter &exporter, CBaseObject &object, const QString &path)
+{
+    AnimatedObject animated(object);
+    const QString name =
+        animated.name().isEmpty() ? QFileInfo(path).completeBaseName() : animated.name();
+    try {
+        return exporter.exported(animated, name);
+    } catch (const Failure &failure) {
+        throw Failure{path, QStringLiteral("%1: %2").arg(failure.subject, failure.reason)};
+    }
+}
+
+void warn(const SpriteExporter &exporter, const QString &path)
+{
+    for (const QString &remark : exporter.remarks())
+        Console::warn(path, remark);
+}
+
+bool withScripts(const QCommandLineParser &line)
+{
+    return !line.isSet(QStringLiteral("no-script"));
+}
+
+void runSprite(const QCommandLineParser &line)
+{
+    const QString path = Arguments::onlyFile(line);
+    const QString output = packageOutput(line, QStringLiteral("sprite3"));
+    checkOutput(output, inputsOf(path));
+    const Plugin plugin = openPlugin(line);
+    const OpenedFile opened = openNamed(line, plugin, path);
+    CBaseObject &object = chosenObject(line, path, opened);
+
+    const ProgressLine progress(QStringLiteral("Writing %1").arg(output));
+    SpriteExporter exporter(placementOf(opened, pageOf(object)), withScripts(line));
+    const Sprite sprite = exported(exporter, object, path);
+    writeFile(output, spritePackage(sprite));
+    warn(exporter, output);
+}
+
+void runProject(const QCommandLineParser &line)
+{
+    const QString path = Arguments::onlyFile(line);
+    const QString output = packageOutput(line, QStringLiteral("sb3"));
+    checkOutput(output, inputsOf(path));
+    const Plugin plugin = openPlugin(line);
+    const OpenedFile opened = openNamed(line, plugin, path);
+    Page &page = chosenPage(line, path, *opened.document);
+
+    const QList<CBaseObject *> objects = page.objects();
+    ProgressLine progress(QStringLiteral("Writing %1").arg(output), objects.size());
+    SpriteExporter exporter(placementOf(opened, page), withScripts(line));
+    QVector<Sprite> sprites;
+    for (CBaseObject *object : objects) {
+        sprites.append(exported(exporter, *object, path));
+        progress.setDone(sprites.size());
+    }
+    writeFile(output, projectPackage(sprites));
+    warn(exporter, output);
+}
+
+QCommandLineOption noScriptOption()
+{
+    return {QStringLiteral("no-script"), QStringLiteral("Leave out the script that plays.")};
+}
+
+} // namespace
+
+Command spriteCommand()
+{
+    return {QStringLiteral("sprite"),
+            QStringLiteral("DOC-OR-FILE -o OUT.sprite3"),
+            QStringLiteral("Write an object as a Scratch 3 sprite."),
+            {{QStringLiteral("o"), QStringLiteral("Write the sprite to OUT.sprite3."),
+              QStringLiteral("OUT.sprite3")},
+             noScriptOption(),
+             objectOption()},
+            runSprite};
+}
+
+Command projectCommand()
+{
+    return {QStringLiteral("project"),
+            QStringLiteral("DOC-OR-FILE -o OUT.sb3"),
+            QStringLiteral("Write a page as a Scratch 3 project that is ready to play."),
+            {{QStringLiteral("o"), QStringLiteral("Write the project to OUT.sb3."),
+              QStringLiteral("OUT.sb3")},
+             noScriptOption(),
+             pageOption()},
+            runProject};
+}
