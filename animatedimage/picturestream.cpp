@@ -55,6 +55,19 @@ bool read(QDataStream &stream, QImage &image)
     return image.isNull() ? fail(stream) : true;
 }
 
+bool readWhole(QDataStream &stream, QImage &image)
+{
+    if (!read(stream, image))
+        return false;
+    if (image.isNull() || stream.version() == 1)
+        return true;
+    const QByteArray closing = QByteArray::fromHex("49454e44ae426082");
+    QIODevice *device = stream.device();
+    const bool isWhole =
+        device->seek(device->pos() - closing.size()) && device->read(closing.size()) == closing;
+    return isWhole || fail(stream);
+}
+
 QList<QImage> readList(QDataStream &stream)
 {
     const QDataStream::Status statusBefore = stream.status();

@@ -15,6 +15,10 @@ namespace PictureStream
 /// none, or when its size could not come from the bytes that are present.
 bool read(QDataStream &stream, QImage &image);
 
+/// The same for a picture that may be the last thing in the buffer: one whose closing check sum is
+/// cut off, which the reader of PNG files forgives, fails too. The device must be seekable.
+bool readWhole(QDataStream &stream, QImage &image);
+
 /// Reads a counted list of pictures. One that fails empties the list and ends the reading. A
 /// status that was bad before is put back afterwards.
 QList<QImage> readList(QDataStream &stream);

@@ -11,27 +11,35 @@
 namespace Requests
 {
 
+/// The device behind the stream, or null when there is none, or one without positions: what a pipe
+/// or a socket has not delivered yet is not the end of a request.
+inline QIODevice *seekableDevice(const QDataStream &stream)
+{
+    QIODevice *device = stream.device();
+    return device && !device->isSequential() ? device : nullptr;
+}
+
 /// Rewinds the device to its start. False without a device, or with one that has no position.
 inline bool rewind(QDataStream &stream)
 {
-    QIODevice *device = stream.device();
-    return device && !device->isSequential() && device->reset();
+    QIODevice *device = seekableDevice(stream);
+    return device && device->isOpen() && device->reset();
 }
 
 /// Whether an answer could be given from the start of the buffer. A request that changes something
 /// asks before it does: a host must not miss the answer to what was done.
 inline bool canAnswer(const QDataStream &stream)
 {
-    const QIODevice *device = stream.device();
-    return device && device->isWritable() && !device->isSequential() &&
-           stream.status() == QDataStream::Ok;
+    const QIODevice *device = seekableDevice(stream);
+    return device && device->isWritable() && stream.status() == QDataStream::Ok;
 }
 
 /// Writes the values where the stream stands.
 template<typename... Values>
 void append(QDataStream &stream, const Values &...values)
 {
-    if (stream.device() && stream.device()->isWritable())
+    const QIODevice *device = seekableDevice(stream);
+    if (device && device->isWritable())
         (void)(stream << ... << values);
 }
 
@@ -45,7 +53,7 @@ void answer(QDataStream &stream, const Values &...values)
 
 inline void readField(QDataStream &stream, QImage &image)
 {
-    PictureStream::read(stream, image);
+    PictureStream::readWhole(stream, image);
 }
 
 template<typename Field>
@@ -58,7 +66,8 @@ void readField(QDataStream &stream, Field &field)
 template<typename... Fields>
 bool read(QDataStream &stream, Fields &...fields)
 {
-    if (!stream.device() || !stream.device()->isReadable())
+    const QIODevice *device = seekableDevice(stream);
+    if (!device || !device->isReadable())
         return false;
     (readField(stream, fields), ...);
     return stream.status() == QDataStream::Ok;
