@@ -1,11 +1,8 @@
-#include "framework/framework.h"
-#include "framework/notifier.h"
 #include "tests/support/pictures.h"
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
 
 #include <QtTest/QTest>
-#include <QtWidgets/QGraphicsView>
 
 /// The requests that show a frame, and the one that plays and stops.
 class TestPropertiesStepping : public QObject
@@ -30,8 +27,6 @@ private Q_SLOTS:
     void aNameShowsTheFirstFrameThatHasIt();
     void aMissingFrameStopsAllTheSame_data();
     void aMissingFrameStopsAllTheSame();
-    void theBackgroundTypeIsRepaintedBeforeTheHostIsTold();
-    void theNormalTypeIsNotRepaintedAtOnce();
     void playingAndStoppingGoesToTheBase();
     void playingAgainTellsTheStateAgain();
 };
@@ -66,30 +61,6 @@ QList<QImage> threeFrames()
 {
     return solidFrames({{4, 4}, {4, 4}, {4, 4}});
 }
-
-/// Notes the order of repaints and of told changes of what is shown.
-class OrderLog : public QObject
-{
-public:
-    explicit OrderLog(QGraphicsView &view)
-    {
-        view.viewport()->installEventFilter(this);
-        connect(Framework::instance().notifier(), &Notifier::propertyChanged, this,
-                [this](CBaseObject *, int id, const QString &) {
-                    if (id == 1002)
-                        entries.append(QStringLiteral("told"));
-                });
-    }
-
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            entries.append(QStringLiteral("painted"));
-        return false;
-    }
-
-    QStringList entries;
-};
 
 } // namespace
 
@@ -354,45 +325,6 @@ void TestPropertiesStepping::aMissingFrameStopsAllTheSame()
     Request again(QByteArray::fromHex(input));
     QVERIFY(again.set(stage.image, id));
     QCOMPARE(stage.log.entries(), QStringList());
-}
-
-void TestPropertiesStepping::theBackgroundTypeIsRepaintedBeforeTheHostIsTold()
-{
-    Stage stage(threeFrames());
-    stage.probe.animatedType() = 1;
-    QGraphicsView view(stage.page);
-    view.resize(900, 700);
-    view.show();
-    QCoreApplication::processEvents();
-    const QStringList expected{QStringLiteral("painted"), QStringLiteral("told")};
-
-    OrderLog byIndex(view);
-    Request request(QByteArray::fromHex("00000002"));
-    QVERIFY(request.set(stage.image, showAt));
-    QCOMPARE(byIndex.entries, expected);
-
-    // The other requests leave the repainting to the next event.
-    OrderLog byName(view);
-    Request named(Request::packed(QStringLiteral("f_1")));
-    QVERIFY(named.set(stage.image, showNamed));
-    Request step;
-    QVERIFY(step.set(stage.image, next));
-    QCOMPARE(byName.entries, (QStringList{QStringLiteral("told"), QStringLiteral("told")}));
-}
-
-void TestPropertiesStepping::theNormalTypeIsNotRepaintedAtOnce()
-{
-    Stage stage(threeFrames());
-    QGraphicsView view(stage.page);
-    view.resize(900, 700);
-    view.show();
-    QCoreApplication::processEvents();
-    OrderLog order(view);
-    Request request(QByteArray::fromHex("00000002"));
-
-    QVERIFY(request.set(stage.image, showAt));
-
-    QCOMPARE(order.entries, (QStringList{QStringLiteral("told"), QStringLiteral("told")}));
 }
 
 void TestPropertiesStepping::playingAndStoppingGoesToTheBase()
