@@ -8,6 +8,7 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
+#include <QtCore/QSet>
 
 #include <algorithm>
 #include <limits>
@@ -51,6 +52,7 @@ private:
     void readFrame(const QJsonObject &image, const QString &where);
     const StoredPicture &stored(const QString &digest);
     StoredPicture read(const QString &digest);
+    void countOncePerObject(const QString &digest, qint64 decodedBytes);
     void count(qint64 decodedBytes);
     void warn(const QString &what);
 
@@ -59,6 +61,7 @@ private:
     const QString m_subject;
     ImageStore &m_store;
     QHash<QString, StoredPicture> m_pictures;
+    QSet<QString> m_countedOfObject;
     qint64 m_kept = 0;
     qint64 m_largest = 0;
     QStringList m_warnings;
@@ -68,6 +71,7 @@ private:
 void PictureReader::readObject(const QJsonObject &state, const QString &where)
 {
     const QJsonArray images = state.value(QLatin1String("ImageList")).toArray();
+    m_countedOfObject.clear();
     for (int i = 0; i < images.size(); ++i)
         readFrame(images.at(i).toObject(), QStringLiteral("frame %1 of %2").arg(i + 1).arg(where));
 }
@@ -85,7 +89,7 @@ void PictureReader::readFrame(const QJsonObject &image, const QString &where)
     }
     const StoredPicture &picture = stored(digest.toString());
     if (picture.flaw.isEmpty())
-        count(picture.decodedBytes);
+        countOncePerObject(digest.toString(), picture.decodedBytes);
     else
         warn(QStringLiteral("%1 is empty: its picture '%2' is %3")
                  .arg(where, digest.toString(), picture.flaw));
@@ -116,6 +120,15 @@ StoredPicture PictureReader::read(const QString &digest)
     constexpr qint64 overhead = qint64(1) << 20;
     const QByteArray png = m_archive.picture(digest, header->decodedBytes() * 2 + overhead);
     return m_store.addPng(digest, png) ? StoredPicture{header->decodedBytes(), QString()} : damaged;
+}
+
+// Frames of one object that show the same picture share its pixels.
+void PictureReader::countOncePerObject(const QString &digest, qint64 decodedBytes)
+{
+    if (m_countedOfObject.contains(digest))
+        return;
+    m_countedOfObject.insert(digest);
+    count(decodedBytes);
 }
 
 void PictureReader::count(qint64 decodedBytes)

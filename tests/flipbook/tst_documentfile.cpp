@@ -285,12 +285,13 @@ void TestDocumentFile::picturesBeyondTheBudgetAreRefused()
              QStringLiteral("its pictures would need more memory than the 64.0 MiB that "
                             "--max-memory allows, 3.4 GiB for one alone"));
 
-    // A small picture that is shown too often: 48 bytes each, and as much for the decoder.
-    const auto document = m_fixture->document({Qt::red, Qt::red, Qt::red});
+    // Pictures of 48 bytes: one for both red frames, one for the blue one, one for the decoder.
+    const auto document = m_fixture->document({Qt::red, Qt::blue, Qt::red});
     const QString small = m_fixture->path(QStringLiteral("small.flipbook"));
     saveDocument(*document, small);
-    QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, 4 * 48 - 1), Failure);
-    QCOMPARE(loadDocument(m_fixture->plugin(), small, 4 * 48).warnings, QStringList());
+    constexpr qint64 needed = 144;
+    QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, needed - 1), Failure);
+    QCOMPARE(loadDocument(m_fixture->plugin(), small, needed).warnings, QStringList());
 }
 
 void TestDocumentFile::picturesInTheTextCountToo()
