@@ -96,6 +96,20 @@ private Q_SLOTS:
         QVERIFY(peakMemory() - before < mostMemory);
     }
 
+    void aCountOfNamesBeyondMeasureTakesNoMemory()
+    {
+        QByteArray bytes = threeFrames();
+        const QByteArray key = "animatedImageNames\7";
+        bytes.replace(bytes.indexOf(key) + key.size(), 4, QByteArray::fromHex("ffffffff"));
+        const qint64 before = peakMemory();
+        Stage stage;
+        QVERIFY(Forms::load(*stage.image, bytes));
+        // The pictures are found all the same, behind the base's part.
+        QCOMPARE(stage.probe.frames().size(), 3);
+        QCOMPARE(stage.probe.frame(0).name, QString());
+        QVERIFY(peakMemory() - before < mostMemory);
+    }
+
     void settingsBehindADamagedListAreReadWhereTheStreamStands()
     {
         Stage stage;
