@@ -2,7 +2,6 @@
 
 #include "flipbook/failure.h"
 #include "flipbook/gifdescriptors.h"
-#include "flipbook/gifsource.h"
 #include "flipbook/memorybudget.h"
 #include "flipbook/sourcefile.h"
 
@@ -34,11 +33,12 @@ QImage readPicture(const QString &path, qint64 maxMemory)
 {
     const std::unique_ptr<QFile> file = openRegularFile(path);
     QImageReader reader(file.get());
+    const bool isNamedGif = path.endsWith(QLatin1String(".gif"), Qt::CaseInsensitive);
     if (!reader.canRead()) {
-        throw Failure{path, isGifPath(path) ? QStringLiteral("not a GIF")
-                                            : QStringLiteral("not a picture that can be read")};
+        throw Failure{path, isNamedGif ? QStringLiteral("not a GIF")
+                                       : QStringLiteral("not a picture that can be read")};
     }
-    if (isGifPath(path))
+    if (isNamedGif && reader.format() != "gif")
         throw Failure{path, QStringLiteral("not a GIF: it is a picture of the format %1; rename it")
                                 .arg(QString::fromLatin1(reader.format()).toUpper())};
     const qint64 needed = pictureMemory(path);

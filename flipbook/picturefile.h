@@ -2,8 +2,9 @@
 
 #include <QtGui/QImage>
 
-/// Reads the picture file at @p path, of whatever format its bytes say that it is.
-/// @throw Failure when it is no picture that can be read, or pretends by its name to be a GIF, or
+/// Reads the picture file at @p path, of whatever format its bytes say that it is; of an animated
+/// one, the first frame.
+/// @throw Failure when it is no picture that can be read, or is only by its name a GIF, or
 /// would need more than @p maxMemory bytes.
 QImage readPicture(const QString &path, qint64 maxMemory);
 

@@ -39,6 +39,11 @@ QString kindOf(const struct stat &status)
 
 } // namespace
 
+QString plainPath(const QString &path)
+{
+    return path.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + path : path;
+}
+
 std::unique_ptr<QFile> openRegularFile(const QString &path)
 {
     // Looked at before it is opened, since opening alone can have an effect on a device; and

@@ -19,6 +19,9 @@ enum class SourceKind {
 /// cannot be read or is empty.
 SourceKind identifySource(const QString &path);
 
+/// Qt takes paths that begin with a colon for its own: this makes them plain files.
+QString plainPath(const QString &path);
+
 /// Opens the regular file at @p path for reading. Never waits.
 /// @throw Failure for anything else.
 std::unique_ptr<QFile> openRegularFile(const QString &path);

@@ -2,6 +2,7 @@
 
 #include "flipbook/failure.h"
 #include "flipbook/memorybudget.h"
+#include "flipbook/sourcefile.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
@@ -15,11 +16,6 @@ QString dashed(const QString &option)
 }
 
 } // namespace
-
-QString Arguments::plainPath(const QString &path)
-{
-    return path.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + path : path;
-}
 
 QStringList Arguments::files(const QCommandLineParser &line)
 {

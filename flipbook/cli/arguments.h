@@ -34,7 +34,4 @@ QString pngOutput(const QCommandLineParser &line);
 /// The bytes that --max-memory allows.
 qint64 maxMemory(const QCommandLineParser &line);
 
-/// Qt takes paths that begin with a colon for its own: this makes them plain files.
-QString plainPath(const QString &path);
-
 } // namespace Arguments

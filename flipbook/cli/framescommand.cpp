@@ -7,6 +7,7 @@
 #include "flipbook/frameexport.h"
 #include "flipbook/gifsource.h"
 #include "flipbook/outputfile.h"
+#include "flipbook/sourcefile.h"
 
 namespace
 {
@@ -14,7 +15,7 @@ namespace
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
-    const QString folder = Arguments::plainPath(Arguments::needed(line, QStringLiteral("o")));
+    const QString folder = plainPath(Arguments::needed(line, QStringLiteral("o")));
     if (isGifPath(folder))
         throw UsageError{QStringLiteral("'%1' contains \".gif\" and could not be imported as a "
                                         "frame folder")

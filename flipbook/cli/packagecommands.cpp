@@ -7,6 +7,7 @@
 #include "flipbook/outputfile.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
+#include "flipbook/sourcefile.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>
@@ -19,7 +20,7 @@ namespace
 /// The file that -o names, which must have the ending @p suffix: by it Scratch knows the package.
 QString packageOutput(const QCommandLineParser &line, const QString &suffix)
 {
-    const QString path = Arguments::plainPath(Arguments::needed(line, QStringLiteral("o")));
+    const QString path = plainPath(Arguments::needed(line, QStringLiteral("o")));
     if (QFileInfo(path).suffix().toLower() != suffix)
         throw UsageError{QStringLiteral("'%1' does not end in .%2").arg(path, suffix)};
     return path;

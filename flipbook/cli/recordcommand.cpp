@@ -3,6 +3,7 @@
 #include "flipbook/cli/progressline.h"
 #include "flipbook/failure.h"
 #include "flipbook/outputfile.h"
+#include "flipbook/sourcefile.h"
 #include "flipbook/steppedplayback.h"
 
 #include <cmath>
@@ -38,7 +39,7 @@ QString pictureFile(const QString &folder, int number, int count)
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
-    const QString folder = Arguments::plainPath(Arguments::needed(line, QStringLiteral("o")));
+    const QString folder = plainPath(Arguments::needed(line, QStringLiteral("o")));
     const int fps = Arguments::count(line, QStringLiteral("fps"), MostFps, DefaultFps);
     Arguments::needed(line, QStringLiteral("seconds"));
     const double seconds = Arguments::amount(line, QStringLiteral("seconds"), MostSeconds, 0.0);

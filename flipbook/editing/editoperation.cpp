@@ -4,9 +4,8 @@
 #include "flipbook/editing/objectform.h"
 #include "flipbook/failure.h"
 #include "flipbook/picturefile.h"
+#include "flipbook/sourcefile.h"
 #include "framework/page.h"
-
-#include <QtCore/QHash>
 
 #include <limits>
 
@@ -20,7 +19,8 @@ int number(const QString &text)
     bool isNumber = false;
     const int value = text.toInt(&isNumber);
     if (!isNumber || value < 0)
-        throw UsageError{QStringLiteral("'%1' is not a whole number").arg(text)};
+        throw UsageError{QStringLiteral("'%1' is not a whole number from 0 to %2")
+                             .arg(text, QString::number(std::numeric_limits<int>::max()))};
     return value;
 }
 
@@ -33,10 +33,23 @@ QPair<QString, QString> split(const QString &value, QChar separator)
     return {value.left(at), value.mid(at + 1)};
 }
 
+QString fileName(const QString &value)
+{
+    if (value.isEmpty())
+        throw UsageError{QStringLiteral("a file is missing")};
+    return plainPath(value);
+}
+
 QPair<int, int> twoNumbers(const QString &value)
 {
     const auto [first, second] = split(value, QLatin1Char(':'));
     return {number(first), number(second)};
+}
+
+QPair<int, QString> numberAndFile(const QString &value)
+{
+    const auto [first, second] = split(value, QLatin1Char('='));
+    return {number(first), fileName(second)};
 }
 
 Apply insertBlank(const QString &value)
@@ -76,8 +89,8 @@ Apply moveFrame(const QString &value)
 
 Apply insertFile(const QString &value)
 {
-    const auto [place, path] = split(value, QLatin1Char('='));
-    return [place = number(place), path = path](EditTarget &target) {
+    const auto [place, path] = numberAndFile(value);
+    return [place = place, path = path](EditTarget &target) {
         // Read once before the object reads it, which would take anything for an empty picture.
         readPicture(path, target.maxMemory);
         FrameEditor(*target.object).insertFile(place, path);
@@ -86,17 +99,17 @@ Apply insertFile(const QString &value)
 
 Apply replacePicture(const QString &value)
 {
-    const auto [frame, path] = split(value, QLatin1Char('='));
-    return [frame = number(frame), path = path](EditTarget &target) {
+    const auto [frame, path] = numberAndFile(value);
+    return [frame = frame, path = path](EditTarget &target) {
         FrameEditor(*target.object).replacePicture(frame, readPicture(path, target.maxMemory));
     };
 }
 
 Apply replaceAll(const QString &value)
 {
-    return [value](EditTarget &target) {
-        readPicture(value, target.maxMemory);
-        FrameEditor(*target.object).replaceAll(value);
+    return [path = fileName(value)](EditTarget &target) {
+        readPicture(path, target.maxMemory);
+        FrameEditor(*target.object).replaceAll(path);
     };
 }
 
