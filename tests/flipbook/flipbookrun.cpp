@@ -10,6 +10,12 @@ QJsonObject FlipbookRun::json() const
 
 FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment)
 {
+    return flipbookIn(QString(), arguments, environment);
+}
+
+FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
+                       const QStringList &environment)
+{
     constexpr int longestMs = 60000;
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
@@ -19,6 +25,7 @@ FlipbookRun flipbook(const QStringList &arguments, const QStringList &environmen
                          variable.section(QLatin1Char('='), 1));
     QProcess process;
     process.setProcessEnvironment(variables);
+    process.setWorkingDirectory(folder);
     process.start(QStringLiteral(FLIPBOOK_PROGRAM), arguments);
     FlipbookRun run;
     if (!process.waitForFinished(longestMs))

@@ -16,3 +16,7 @@ struct FlipbookRun {
 /// Runs the program that was built with the test, without any display. @p environment holds
 /// further variables as NAME=VALUE.
 FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment = {});
+
+/// The same with @p folder as the working folder.
+FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
+                       const QStringList &environment = {});
