@@ -56,9 +56,11 @@ CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
     if (objects.isEmpty())
         throw Failure{path, QStringLiteral("the document has no objects")};
     if (number > objects.size())
-        throw Failure{
-            path,
-            QStringLiteral("it has %1 objects, so no object %2").arg(objects.size()).arg(number)};
+        throw Failure{path, QStringLiteral("it has %1, so no object %2")
+                                .arg(objects.size() == 1
+                                         ? QStringLiteral("1 object")
+                                         : QStringLiteral("%1 objects").arg(objects.size()))
+                                .arg(number)};
     if (number == 0 && objects.size() > 1)
         throw Failure{
             path,

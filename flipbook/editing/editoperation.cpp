@@ -14,13 +14,14 @@ namespace
 
 using Apply = std::function<void(EditTarget &)>;
 
-int number(const QString &text)
+int number(const QString &text, int least = 0)
 {
     bool isNumber = false;
     const int value = text.toInt(&isNumber);
-    if (!isNumber || value < 0)
-        throw UsageError{QStringLiteral("'%1' is not a whole number from 0 to %2")
-                             .arg(text, QString::number(std::numeric_limits<int>::max()))};
+    if (!isNumber || value < least)
+        throw UsageError{QStringLiteral("'%1' is not a whole number from %2 to %3")
+                             .arg(text, QString::number(least),
+                                  QString::number(std::numeric_limits<int>::max()))};
     return value;
 }
 
@@ -115,7 +116,7 @@ Apply replaceAll(const QString &value)
 
 Apply setInterval(const QString &value)
 {
-    const int ms = number(value);
+    const int ms = number(value, 1);
     return [ms](EditTarget &target) { FrameEditor(*target.object).setInterval(ms); };
 }
 
