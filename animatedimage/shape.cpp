@@ -11,6 +11,16 @@ namespace
     return static_cast<float>(value);
 }
 
+/// Whether @p frame gets the region that the frame @p before it has just got: frames in a row often
+/// share one picture, so that it is shown longer.
+bool hasRegionOf(const CAnimatedPortrait &before, const CAnimatedPortrait &frame, bool recompute)
+{
+    if (recompute)
+        return frame.image.cacheKey() == before.image.cacheKey();
+    return frame.regionSize.isValid() && frame.regionSize == before.regionSize &&
+           frame.rects.isSharedWith(before.rects);
+}
+
 } // namespace
 
 QList<QRect> CAnimatedImage::rectsFromImage(const QImage &image, int threshold)
@@ -31,8 +41,16 @@ bool CAnimatedImage::getImageForPath(QImage &source, QImage &out, int maxSide)
 
 void CAnimatedImage::updateRegion(bool recompute)
 {
-    for (int i = 0; i < m_portraits.size(); ++i)
-        updateRegion(i, recompute);
+    for (int i = 0; i < m_portraits.size(); ++i) {
+        if (i == 0 || !hasRegionOf(m_portraits.at(i - 1), m_portraits.at(i), recompute)) {
+            updateRegion(i, recompute);
+            continue;
+        }
+        const CAnimatedPortrait &before = m_portraits.at(i - 1);
+        m_portraits[i].rects = before.rects;
+        m_portraits[i].regionSize = before.regionSize;
+        m_portraits[i].path = before.path;
+    }
 }
 
 void CAnimatedImage::updateRegion(int index, bool recompute)
