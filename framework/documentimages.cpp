@@ -4,6 +4,7 @@
 #include "framework/picturecodec.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 
@@ -35,9 +36,15 @@ void Document::streamImageList(QDataStream &stream, QList<QImage> &images, QStri
 void Document::writeImages(QDataStream &stream, const QList<QImage> &images)
 {
     stream << quint32(images.size());
+    // Pictures that share their pixels are encoded once.
+    QHash<qint64, QByteArray> encoded;
     for (const QImage &image : images) {
-        const QByteArray content =
-            m_keepsImagesInline ? PictureCodec::encode(image) : m_imageStore.add(image).toLatin1();
+        auto known = encoded.constFind(image.cacheKey());
+        if (known == encoded.constEnd())
+            known = encoded.insert(image.cacheKey(), m_keepsImagesInline
+                                                         ? PictureCodec::encode(image)
+                                                         : m_imageStore.add(image).toLatin1());
+        const QByteArray &content = *known;
         const Kind kind = m_keepsImagesInline ? Kind::Png : Kind::Digest;
         stream << quint8(content.isEmpty() ? Kind::Null : kind);
         ByteStream::writeBlock(stream, content);
@@ -71,8 +78,13 @@ void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QSt
 {
     if (saving) {
         QJsonArray elements;
-        for (const QImage &image : std::as_const(images))
-            elements.append(jsonImage(image));
+        QHash<qint64, QJsonValue> encoded;
+        for (const QImage &image : std::as_const(images)) {
+            auto known = encoded.constFind(image.cacheKey());
+            if (known == encoded.constEnd())
+                known = encoded.insert(image.cacheKey(), jsonImage(image));
+            elements.append(*known);
+        }
         json.insert(key, elements);
         return;
     }
