@@ -1,7 +1,7 @@
 #include "flipbook/objectsummary.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
-#include <QtCore/QSet>
 
 #include <algorithm>
 
@@ -43,17 +43,19 @@ ObjectSummary summarise(const Plugin &plugin, CBaseObject &object)
         summary.size = frames.first().second.size();
     qint64 pixels = 0;
     qint64 visible = 0;
-    QSet<qint64> counted;
+    // Frames may share their pixels, which are then looked at once.
+    QHash<qint64, qint64> counted;
     for (const auto &frame : frames) {
         const QImage &image = frame.second;
         summary.names << frame.first;
-        // Frames may share their pixels.
-        if (!counted.contains(image.cacheKey()))
+        const qint64 key = image.cacheKey();
+        if (!counted.contains(key)) {
+            counted.insert(key, visiblePixels(image));
             summary.decodedBytes += image.sizeInBytes();
-        counted.insert(image.cacheKey());
+        }
         summary.sizesDiffer |= image.size() != summary.size;
         pixels += qint64(image.width()) * image.height();
-        visible += visiblePixels(image);
+        visible += counted.value(key);
     }
     if (pixels > 0)
         summary.opaqueShare = double(visible) / double(pixels);

@@ -22,10 +22,10 @@ const QLatin1String SizesKey("animatedImageSizes");
 const QLatin1String PicturesMember("ImageList");
 const QLatin1String IntervalMember("ShiftInterval");
 
-QString repeatName(const QString &name, QSet<QString> &taken)
+/// The name of a repeat: the first that is free from @p number on, which moves behind it.
+QString repeatName(const QString &name, int &number, QSet<QString> &taken)
 {
     QString candidate;
-    int number = 2;
     do {
         candidate = QStringLiteral("%1 (%2)").arg(name, QString::number(number++));
     } while (taken.contains(candidate));
@@ -39,8 +39,9 @@ FrameLists repeated(const FrameLists &frames, const RepeatPlan &plan)
     FrameLists result;
     for (int i = 0; i < frames.pictures.size(); ++i) {
         const QString name = frames.names.value(i);
+        int number = 2;
         for (int repeat = 0; repeat < plan.repeats.value(i, 1); ++repeat) {
-            result.names.append(repeat == 0 ? name : repeatName(name, taken));
+            result.names.append(repeat == 0 ? name : repeatName(name, number, taken));
             result.sizes.append(frames.sizes.value(i));
             result.pictures.append(frames.pictures.at(i));
         }
