@@ -75,7 +75,9 @@ ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxM
         break;
     }
     if (!hasPicture(plugin.frames(*media.object)))
-        throw Failure{path, QStringLiteral("no frame of it could be read")};
+        throw Failure{path, (QStringList(QStringLiteral("no frame of it could be read")) +
+                             media.warnings.mid(0, 1))
+                                .join(QStringLiteral(": "))};
     return media;
 }
 
