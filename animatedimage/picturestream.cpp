@@ -2,6 +2,7 @@
 
 #include <QtCore/QDataStream>
 #include <QtCore/QIODevice>
+#include <QtCore/QtEndian>
 #include <QtGui/QImageReader>
 
 namespace PictureStream
@@ -13,16 +14,43 @@ namespace
 /// Before this version of the stream format a picture had no marker for being null.
 constexpr int versionWithNullMarker = QDataStream::Qt_3_1;
 
+/// Memory that a picture may take however few its bytes are.
+constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
+
 /// Whether a picture of @p size may come from the bytes that @p device still has. Deflate reaches
 /// 1032 to 1, and one bit may become a pixel of four bytes at the most.
 bool isJustified(const QSize &size, const QIODevice &device)
 {
     if (device.isSequential())
         return true;
-    constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
     constexpr qint64 bestRatio = qint64{1032} * 32;
     const qint64 bytes = qint64(size.width()) * size.height() * 4;
     return bytes <= alwaysGranted || bytes / bestRatio <= device.bytesAvailable();
+}
+
+/// Whether each chunk of the PNG file at the position of @p device may be as long as it says: the
+/// PNG library takes memory for a whole chunk before it reads it.
+bool hasJustifiedChunks(QIODevice &device)
+{
+    if (device.isSequential())
+        return true;
+    constexpr int signatureLength = 8;
+    constexpr int frameLength = 12; // length, type and check sum
+    const qint64 start = device.pos();
+    bool isJustified = true;
+    QByteArray type;
+    qint64 at = start + signatureLength;
+    // Never to a place behind the end: a buffer would grow.
+    while (isJustified && type != "IEND" && at + frameLength <= device.size()) {
+        const QByteArray lengthAndType = device.seek(at) ? device.read(8) : QByteArray();
+        if (lengthAndType.size() < 8)
+            break;
+        const qint64 length = qFromBigEndian<quint32>(lengthAndType.constData());
+        type = lengthAndType.mid(4);
+        isJustified = length <= alwaysGranted || length <= device.bytesAvailable();
+        at += frameLength + length;
+    }
+    return device.seek(start) && isJustified;
 }
 
 bool fail(QDataStream &stream)
@@ -47,7 +75,10 @@ bool read(QDataStream &stream, QImage &image)
         if (!isPresent)
             return true;
     }
-    QImageReader reader(device, stream.version() == 1 ? "bmp" : "png");
+    const bool isPng = stream.version() != 1;
+    if (isPng && !hasJustifiedChunks(*device))
+        return fail(stream);
+    QImageReader reader(device, isPng ? "png" : "bmp");
     const QSize size = reader.size();
     if (!size.isValid() || !isJustified(size, *device))
         return fail(stream);

@@ -3,6 +3,7 @@
 #include "framework/pictureformat.h"
 
 #include <QtCore/QBuffer>
+#include <QtCore/QtEndian>
 #include <QtGui/QImageReader>
 #include <QtGui/QImageWriter>
 
@@ -29,6 +30,21 @@ bool isPlausible(const QSize &size, qint64 byteCount)
                                  SmallPicture + byteCount * MostDeflated * BytesPerPixel;
 }
 
+/// Whether each chunk of @p png may be as long as it says: the PNG library takes memory for a
+/// whole chunk before it reads it.
+bool hasPlausibleChunks(const QByteArray &png)
+{
+    constexpr int SignatureLength = 8;
+    constexpr int FrameLength = 12; // length, type and check sum
+    for (qint64 at = SignatureLength; at + FrameLength <= png.size();) {
+        const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
+        if (length > SmallPicture && length > png.size() - at - FrameLength)
+            return false;
+        at += FrameLength + length;
+    }
+    return true;
+}
+
 } // namespace
 
 QByteArray PictureCodec::encode(const QImage &image)
@@ -49,7 +65,7 @@ QByteArray PictureCodec::encode(const QImage &image)
 QImage PictureCodec::decode(const QByteArray &png)
 {
     // The PNG library would complain about the lack of bytes on standard error.
-    if (png.isEmpty())
+    if (png.isEmpty() || !hasPlausibleChunks(png))
         return {};
     QByteArray bytes = png;
     QBuffer buffer(&bytes);
