@@ -28,18 +28,22 @@ void LzwWalk::restart()
 
 void LzwWalk::feed(const uchar *bytes, int count)
 {
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count && !isOver(); ++i) {
         m_bits |= quint32(bytes[i]) << m_bitCount;
         m_bitCount += 8;
-        while (m_bitCount >= m_codeSize) {
-            if (m_ended || m_damaged || m_pixels >= m_wantedPixels)
-                return;
+        while (m_bitCount >= m_codeSize && !isOver()) {
             const int code = int(m_bits & ((1u << m_codeSize) - 1u));
             m_bits >>= m_codeSize;
             m_bitCount -= m_codeSize;
             takeCode(code);
         }
     }
+}
+
+// Bits that come later are not even collected: there would be no end of them.
+bool LzwWalk::isOver() const
+{
+    return m_ended || m_damaged || m_pixels >= m_wantedPixels;
 }
 
 void LzwWalk::takeCode(int code)

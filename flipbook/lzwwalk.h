@@ -25,6 +25,7 @@ public:
 private:
     static constexpr int MaxCodes = 4096;
 
+    bool isOver() const;
     void takeCode(int code);
     void restart();
     void addEntry(int length);

@@ -56,6 +56,7 @@ private Q_SLOTS:
     void otherBytesAreNoGif();
     void damagedFramesAreNamed_data();
     void damagedFramesAreNamed();
+    void dataBehindTheEndOfAPictureDoNoHarm();
     void onlyTheFirstDamagesAreKept();
     void anUnknownBlockEndsTheReading();
     void endlessEmptyBlocksEndAtOnce();
@@ -182,6 +183,21 @@ void TestGifDescriptors::damagedFramesAreNamed()
     QCOMPARE(gif.damages.first().what, what);
     QCOMPARE(gif.ending, GifEnding::Trailer);
     QCOMPARE(read(head() + frame(data.constData()) + ';').pixelsFound, pixelsFound);
+}
+
+void TestGifDescriptors::dataBehindTheEndOfAPictureDoNoHarm()
+{
+    const QByteArray sub = "01"
+                           "ff";
+    QByteArray data = "02"
+                      "02"
+                      "4c0a";
+    for (int i = 0; i < 40; ++i)
+        data += sub;
+    const GifDescriptors gif = read(head() + frame((data + "00").constData()) + ';');
+    QCOMPARE(gif.wholeFrames, 1);
+    QCOMPARE(gif.damagedFrames, 0);
+    QCOMPARE(gif.ending, GifEnding::Trailer);
 }
 
 void TestGifDescriptors::onlyTheFirstDamagesAreKept()
