@@ -12,6 +12,8 @@
 
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -86,13 +88,30 @@ void placeOnNewPage(const Plugin &plugin, Document &document, std::vector<Film> 
     }
 }
 
+bool isDocumentPath(const QString &path)
+{
+    return path.endsWith(QLatin1String(".flipbook"), Qt::CaseInsensitive);
+}
+
+/// Takes the document out of @p files, wherever among them it stands: "--add FILE DOC" is natural
+/// as well. Two could not be told apart, and one of them would be replaced.
+QString takeDocument(QStringList &files)
+{
+    const auto document = std::find_if(files.begin(), files.end(), isDocumentPath);
+    if (document == files.end())
+        throw UsageError{QStringLiteral("'%1' does not end in .flipbook").arg(files.first())};
+    const QString path = *document;
+    files.erase(document);
+    const auto second = std::find_if(files.begin(), files.end(), isDocumentPath);
+    if (second != files.end())
+        throw UsageError{QStringLiteral("'%1' is one document too many").arg(*second)};
+    return path;
+}
+
 void run(const QCommandLineParser &line)
 {
-    const QStringList files = Arguments::files(line);
-    const QString &path = files.first();
-    const QStringList added = files.mid(1);
-    if (!path.endsWith(QLatin1String(".flipbook"), Qt::CaseInsensitive))
-        throw UsageError{QStringLiteral("'%1' does not end in .flipbook").arg(path)};
+    QStringList added = Arguments::files(line);
+    const QString path = takeDocument(added);
     if (added.isEmpty() == line.isSet(QStringLiteral("add")))
         throw UsageError{added.isEmpty() ? QStringLiteral("--add needs files")
                                          : QStringLiteral("files to put in come after --add")};

@@ -57,7 +57,7 @@ void TestDocumentCommands::aNewDocumentHoldsItsFilms()
     const QString picture = path(QStringLiteral("my_cat.png"));
     QVERIFY(Pictures::solid(30, 40, Qt::blue).save(picture));
     const QString two = path(QStringLiteral("two.flipbook"));
-    QCOMPARE(run(QStringLiteral("new"), {two, QStringLiteral("--add"), m_film, picture}).status, 0);
+    QCOMPARE(run(QStringLiteral("new"), {QStringLiteral("--add"), m_film, picture, two}).status, 0);
 
     const FlipbookRun info = run(QStringLiteral("info"), {two, QStringLiteral("--json")});
     QCOMPARE(info.status, 0);
@@ -116,6 +116,7 @@ void TestDocumentCommands::wrongUsageIsTold_data()
     };
     row("new", "a file is missing");
     row("new film.gif", "'film.gif' does not end in .flipbook");
+    row("new a.flipbook --add b.flipbook", "'b.flipbook' is one document too many");
     row("new a.flipbook film.gif", "files to put in come after --add");
     row("new a.flipbook --add", "--add needs files");
     row("render a.flipbook -o p.png --scale 0",
