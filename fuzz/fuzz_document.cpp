@@ -1,0 +1,20 @@
+#include "fuzz/fuzzing.h"
+
+#include "flipbook/documentfile.h"
+#include "flipbook/failure.h"
+#include "flipbook/plugin.h"
+#include "framework/page.h"
+
+/// A document file: it is read whole or refused, and what was read can be painted.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    static const Plugin plugin;
+    const QString path = Fuzzing::file(data, size, QStringLiteral(".flipbook"));
+    try {
+        const LoadedDocument loaded = loadDocument(plugin, path, Fuzzing::maxMemory);
+        Fuzzing::require(loaded.document != nullptr, "neither a document nor a failure");
+    } catch (const Failure &) {
+        return 0;
+    }
+    return 0;
+}

@@ -1,0 +1,24 @@
+#include "fuzz/fuzzing.h"
+
+#include "flipbook/failure.h"
+#include "flipbook/gifsource.h"
+#include "tests/support/stage.h"
+
+/// A GIF file: what flipbook lets through is imported, and keeps within the memory allowed.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const QString path = Fuzzing::file(data, size, QStringLiteral(".gif"));
+    try {
+        examineGif(path, Fuzzing::maxMemory);
+        Stage stage;
+        stage->loadFromFile(path);
+        qint64 decoded = 0;
+        for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
+            decoded += frame.image.sizeInBytes();
+        Fuzzing::require(decoded <= Fuzzing::maxMemory, "more memory than was allowed");
+        Fuzzing::use(*stage.image);
+    } catch (const Failure &) {
+        return 0;
+    }
+    return 0;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "animatedimage/animatedimage.h"
+
+#include <QtCore/QByteArray>
+
+#include <cstddef>
+#include <cstdint>
+
+/// What the fuzz targets share.
+namespace Fuzzing
+{
+
+/// Keeps memory for pictures within what one run may take: a GIF that claims a huge screen is the
+/// caller's to refuse, and would otherwise end every run.
+constexpr qint64 maxMemory = 64 * 1024 * 1024;
+
+/// @p data as an array that shares its bytes.
+QByteArray bytes(const uint8_t *data, size_t size);
+
+/// Writes @p data to a file of this process alone and returns its path, which ends in @p suffix.
+QString file(const uint8_t *data, size_t size, const QString &suffix);
+
+/// Uses an object the way a host does: paints, presents, steps, measures and hit-tests it.
+void use(CAnimatedImage &image);
+
+/// Ends the process, with a message, when @p holds is false.
+void require(bool holds, const char *what);
+
+} // namespace Fuzzing

@@ -1,0 +1,148 @@
+#include "animatedimage/animatedimage.h"
+#include "host/specialpropertyids.h"
+#include "tests/support/gifbuilder.h"
+#include "tests/support/request.h"
+#include "tests/support/stage.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtWidgets/QApplication>
+
+#include <cstdio>
+
+namespace
+{
+
+/// Writes seeds/TARGET/NAME below the folder that main() was given.
+class Seeds
+{
+public:
+    explicit Seeds(QString folder)
+        : m_folder(std::move(folder))
+    {
+    }
+
+    void write(const QString &target, const QString &name, const QByteArray &content)
+    {
+        const QDir folder(m_folder + QLatin1Char('/') + target);
+        QFile file(folder.filePath(name));
+        m_isComplete = folder.mkpath(QStringLiteral(".")) && file.open(QIODevice::WriteOnly) &&
+                       file.write(content) == content.size() && m_isComplete;
+    }
+
+    bool isComplete() const { return m_isComplete; }
+
+private:
+    const QString m_folder;
+    bool m_isComplete = true;
+};
+
+QByteArray stream(CAnimatedImage &image)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    image.save(stream);
+    return bytes;
+}
+
+QByteArray json(CAnimatedImage &image)
+{
+    QJsonObject object;
+    image.saveJson(object);
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+void writeObjects(Seeds &seeds)
+{
+    Stage empty;
+    Stage film(solidFrames({{4, 3}, {5, 6}, {1, 1}}));
+    Stage background(solidFrames({{4, 3}}));
+    background.probe.animatedType() = 1;
+    for (const bool keepsInline : {true, false}) {
+        for (Stage *stage : {&empty, &film, &background})
+            stage->document.setKeepsImagesInline(keepsInline);
+        const QString place = keepsInline ? QStringLiteral("inline") : QStringLiteral("store");
+        seeds.write(QStringLiteral("fuzz_stream"), QStringLiteral("empty"), stream(*empty.image));
+        seeds.write(QStringLiteral("fuzz_stream"), place + QStringLiteral("-film"),
+                    stream(*film.image));
+        seeds.write(QStringLiteral("fuzz_stream"), place + QStringLiteral("-background"),
+                    stream(*background.image));
+        seeds.write(QStringLiteral("fuzz_json"), place + QStringLiteral("-film"),
+                    json(*film.image));
+    }
+    seeds.write(QStringLiteral("fuzz_json"), QStringLiteral("settings"),
+                R"({"settings":[{"id":"idImagePlay","value":"true"}]})");
+    seeds.write(QStringLiteral("fuzz_json"), QStringLiteral("config"),
+                R"({"ImageList":[{"filename":"a.png"}],"ShiftInterval":60,"LoopCount":-1,)"
+                R"("LockScale":true,"ImageMirror":false,"ImageFlip":true})");
+}
+
+QByteArray request(int id, bool isSet, const QByteArray &buffer)
+{
+    const int choice = (id - SpecialPropertyId::ShowNextFrame) * 2 + (isSet ? 1 : 0);
+    return QByteArray(1, char(choice)) + QByteArray(1, char(buffer.size())) + buffer;
+}
+
+void writeRequests(Seeds &seeds)
+{
+    using namespace SpecialPropertyId;
+    const qint32 zero = 0;
+    const qint32 one = 1;
+    const QString name = QStringLiteral("name");
+    const QImage picture = solidFrames({{2, 2}}).constFirst();
+    const QByteArray reading = request(FrameName, false, Request::packed(zero)) +
+                               request(FrameImage, false, Request::packed(one)) +
+                               request(Thumbnails, false, {}) + request(IndexAndCount, false, {}) +
+                               request(RunningFrameName, false, {});
+    const QByteArray editing = request(FrameName, true, Request::packed(zero, name)) +
+                               request(FrameImage, true, Request::packed(zero, picture)) +
+                               request(InsertBlankFrame, false, Request::packed(zero)) +
+                               request(DuplicateFrame, false, Request::packed(zero, one)) +
+                               request(MoveFrame, true, Request::packed(zero, one)) +
+                               request(DeleteFrame, true, Request::packed(zero)) +
+                               request(AnimatedType, true, Request::packed(one)) +
+                               request(CopyFromObject, true, Request::packed(qint64(0)));
+    const QByteArray stepping = request(ShowNextFrame, true, {}) +
+                                request(ShowPreviousFrame, true, {}) +
+                                request(ShowFrameAt, true, Request::packed(one)) +
+                                request(ShowFrameNamed, true, Request::packed(name)) +
+                                request(Running, true, Request::packed(true));
+    seeds.write(QStringLiteral("fuzz_requests"), QStringLiteral("reading"), reading);
+    seeds.write(QStringLiteral("fuzz_requests"), QStringLiteral("editing"), editing);
+    seeds.write(QStringLiteral("fuzz_requests"), QStringLiteral("stepping"), stepping);
+}
+
+void writeGifs(Seeds &seeds)
+{
+    const QString target = QStringLiteral("fuzz_gif");
+    seeds.write(target, QStringLiteral("still"), GifBuilder(3, 2).add(0, 10).data());
+    seeds.write(target, QStringLiteral("film"),
+                GifBuilder(6, 5)
+                    .loop(3)
+                    .add(0, 12)
+                    .add({QRect(1, 1, 2, 2), 1, 5, GifBuilder::RestoreBackground, 2})
+                    .add({QRect(0, 0, 6, 5), 3, 5, GifBuilder::RestorePrevious, -1})
+                    .data());
+}
+
+} // namespace
+
+/// Writes the inputs that fuzzing starts from: whole objects, requests and files.
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: fuzz_seeds FOLDER\n");
+        return 2;
+    }
+    Seeds seeds(QString::fromLocal8Bit(argv[1]));
+    writeObjects(seeds);
+    writeRequests(seeds);
+    writeGifs(seeds);
+    if (!seeds.isComplete())
+        std::fprintf(stderr, "fuzz_seeds: not every seed could be written\n");
+    return seeds.isComplete() ? 0 : 1;
+}
