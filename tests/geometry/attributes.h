@@ -41,4 +41,33 @@ inline void playByHost(Stage &stage)
     startStepped(stage);
 }
 
+/// Plays @p stage on its own timer up to the frame @p index.
+inline void playTo(Stage &stage, int index)
+{
+    stage->playImage(true);
+    while (stage.probe.runningIndex() != index)
+        stage.probe.tick();
+    stage.log.clear();
+}
+
 } // namespace Attributes
+
+/// What the host hears, as a NotificationLog writes it down.
+namespace Heard
+{
+
+inline const QString changed = QStringLiteral("changed 1002");
+inline const QString moved = QStringLiteral("changed 104");
+inline const QString restored = QStringLiteral("changed 105");
+inline const QString postedTrue =
+    QStringLiteral(R"(posted 100 0 {"settings":[{"id":"idImagePlay","value":"true"}]} -1)");
+inline const QString postedFalse =
+    QStringLiteral(R"(posted 100 0 {"settings":[{"id":"idImagePlay","value":"false"}]} -1)");
+/// When the normal type shows another frame.
+inline const QStringList anotherFrame{moved, moved, changed};
+/// When it stops on a frame other than the first.
+inline const QStringList stopped = anotherFrame + QStringList{changed, postedFalse};
+/// When it starts from the first frame.
+inline const QStringList started{changed, postedTrue};
+
+} // namespace Heard

@@ -9,13 +9,12 @@ namespace
 
 using Attributes::playByHost;
 using Attributes::tick;
+using Heard::changed;
+using Heard::moved;
 
 constexpr int forever = -1;
 constexpr int normal = -1;
 constexpr int background = 1;
-
-const QString changed = QStringLiteral("changed 1002");
-const QString moved = QStringLiteral("changed 104");
 
 /// A stage whose object has @p count frames of 4 x 4 and more, each wider than the one before.
 QList<QImage> frames(int count)
