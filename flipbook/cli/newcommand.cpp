@@ -41,7 +41,8 @@ std::vector<Film> importAll(const QCommandLineParser &line, const Plugin &plugin
         ImportedMedia media = importMedia(plugin, file, budget, int(films.size()) + 1);
         for (const QString &warning : qAsConst(media.warnings))
             Console::warn(file, warning);
-        for (const auto &frame : plugin.frames(*media.object))
+        const Plugin::Frames frames = plugin.frames(*media.object);
+        for (const auto &frame : frames)
             budget -= frame.second.sizeInBytes();
         const QVector<int> delays = unevenDelays(media, file);
         films.push_back({std::move(media.object), file, delays});

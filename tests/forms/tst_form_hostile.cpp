@@ -174,7 +174,7 @@ private:
         stage->boundingRect();
     }
 
-    static constexpr qint64 mostMemory = 200 * 1024 * 1024;
+    static constexpr qint64 mostMemory = qint64(200) * 1024 * 1024;
 };
 
 QTEST_MAIN(TestFormHostile)

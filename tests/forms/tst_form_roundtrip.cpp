@@ -4,12 +4,14 @@
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QTest>
 
+#include <array>
+
 namespace
 {
 
 constexpr quint32 seed = 20240511;
 
-const QVector<QImage::Format> formats{
+constexpr std::array<QImage::Format, 8> formats{
     QImage::Format_ARGB32,     QImage::Format_ARGB32_Premultiplied,
     QImage::Format_RGB32,      QImage::Format_Indexed8,
     QImage::Format_Grayscale8, QImage::Format_RGB888,
@@ -24,7 +26,7 @@ QImage randomPicture(QRandomGenerator &random)
         for (int x = 0; x < image.width(); ++x)
             image.setPixel(x, y, random.generate());
     }
-    const QImage::Format format = formats.at(random.bounded(formats.size()));
+    const QImage::Format format = formats.at(random.bounded(quint32(formats.size())));
     // What stands behind the last pixel of a row is saved too, and Qt leaves it to chance.
     const int width = format == QImage::Format_Mono ? 8 : image.width();
     return image.copy(0, 0, width, image.height()).convertToFormat(format);
