@@ -58,56 +58,55 @@ const char storedPng[] = "89504e470d0a1a0a"
 const QString storedDigest = QStringLiteral("f93d0c99a76444ef8d3310712ca6c757");
 
 /// The base's block: number 9, at (12.5, -3), 8 x 4, and the five parameters of three frames.
-const QByteArray
-    baseOfThreeFrames("00000136"         // length of the block
-                      "01"               // its form
-                      "00000009"         // number of the object
-                      "01"               // editable
-                      "4029000000000000" // x 12.5
-                      "c008000000000000" // y -3
-                      "4020000000000000" // width 8
-                      "4010000000000000" // height 4
-                      "00000002"         // turns freely
-                      "4056800000000000" // by 90 degrees
-                      "01"               // mirrored
-                      "00"               // not flipped
-                      "00"               // no shadow,
-                      "00000000"         // its colour
-                      "0000000000000000" // and offset
-                      "0000000000000000"
-                      "00000005" // five parameters, by name
-                      "0000000e"
-                      "616e696d61746564424752656374" // animatedBGRect
-                      "06"                           // a text
-                      "00000014"
-                      "726563743a2d312e352c322c33302c34302e3235"
-                      "00000012"
-                      "616e696d61746564496d6167654e616d6573" // animatedImageNames
-                      "07"                                   // texts
-                      "00000003"
-                      "00000006"
-                      "77616c6b5f31" // walk_1
-                      "00000009"
-                      "22f09f90b1220a2531" // a cat in quotes, a new line, %1
-                      "00000000"
-                      "00000012"
-                      "616e696d61746564496d61676553697a6573" // animatedImageSizes
-                      "07"
-                      "00000003"
-                      "00000008"
-                      "73697a653a322c31" // size:2,1
-                      "0000000c"
-                      "73697a653a322e352c302e31" // size:2.5,0.1
-                      "0000001b"
-                      "73697a653a3130302c302e33333333333333333333333333333333"
-                      "00000014"
-                      "616e696d6174656452756e6e696e67496e646578" // animatedRunningIndex
-                      "02"                                       // a number
-                      "00000002"
-                      "0000000c"
-                      "616e696d6174656454797065" // animatedType
-                      "02"
-                      "00000001");
+const char baseOfThreeFrames[] = "00000136"         // length of the block
+                                 "01"               // its form
+                                 "00000009"         // number of the object
+                                 "01"               // editable
+                                 "4029000000000000" // x 12.5
+                                 "c008000000000000" // y -3
+                                 "4020000000000000" // width 8
+                                 "4010000000000000" // height 4
+                                 "00000002"         // turns freely
+                                 "4056800000000000" // by 90 degrees
+                                 "01"               // mirrored
+                                 "00"               // not flipped
+                                 "00"               // no shadow,
+                                 "00000000"         // its colour
+                                 "0000000000000000" // and offset
+                                 "0000000000000000"
+                                 "00000005" // five parameters, by name
+                                 "0000000e"
+                                 "616e696d61746564424752656374" // animatedBGRect
+                                 "06"                           // a text
+                                 "00000014"
+                                 "726563743a2d312e352c322c33302c34302e3235"
+                                 "00000012"
+                                 "616e696d61746564496d6167654e616d6573" // animatedImageNames
+                                 "07"                                   // texts
+                                 "00000003"
+                                 "00000006"
+                                 "77616c6b5f31" // walk_1
+                                 "00000009"
+                                 "22f09f90b1220a2531" // a cat in quotes, a new line, %1
+                                 "00000000"
+                                 "00000012"
+                                 "616e696d61746564496d61676553697a6573" // animatedImageSizes
+                                 "07"
+                                 "00000003"
+                                 "00000008"
+                                 "73697a653a322c31" // size:2,1
+                                 "0000000c"
+                                 "73697a653a322e352c302e31" // size:2.5,0.1
+                                 "0000001b"
+                                 "73697a653a3130302c302e33333333333333333333333333333333"
+                                 "00000014"
+                                 "616e696d6174656452756e6e696e67496e646578" // animatedRunningIndex
+                                 "02"                                       // a number
+                                 "00000002"
+                                 "0000000c"
+                                 "616e696d6174656454797065" // animatedType
+                                 "02"
+                                 "00000001";
 
 /// The base's block of an object without parameters: number 1, at (0, 0), of no size.
 const char emptyBase[] = "0000004d"
