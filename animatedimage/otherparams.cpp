@@ -1,4 +1,5 @@
 #include "animatedimage/animatedimage.h"
+#include "animatedimage/picturestream.h"
 #include "animatedimage/savedframes.h"
 #include "host/jsonutil.h"
 
@@ -30,7 +31,7 @@ QList<QImage> CAnimatedImage::storeOtherParams()
     for (const CAnimatedPortrait &frame : qAsConst(m_portraits)) {
         names.append(frame.name);
         sizes.append(util->variantToText(frame.size));
-        images.append(frame.image);
+        images.append(PictureStream::withoutStrayBits(frame.image));
     }
     m_otherParams.insert(Key::names, names);
     m_otherParams.insert(Key::sizes, sizes);

@@ -121,4 +121,19 @@ QList<QImage> readList(QDataStream &stream)
     return images;
 }
 
+QImage withoutStrayBits(const QImage &image)
+{
+    const int used = image.width() % 8;
+    if (image.depth() != 1 || used == 0)
+        return image;
+    const bool firstPixelIsHighest = image.format() == QImage::Format_Mono;
+    const int mask = firstPixelIsHighest ? 0xff << (8 - used) : 0xff >> (8 - used);
+    QImage clean = image;
+    for (int y = 0; y < clean.height(); ++y) {
+        uchar &last = clean.scanLine(y)[clean.width() / 8];
+        last = static_cast<uchar>(last & mask);
+    }
+    return clean;
+}
+
 } // namespace PictureStream

@@ -7,7 +7,7 @@ class QDataStream;
 
 /// Reads pictures from streams that may be damaged or hostile. The layout, and what a failure does
 /// to list and stream status, are those of Qt's own readers; unlike them these neither throw nor
-/// set memory aside for what a stream only claims to hold.
+/// set memory aside for what a stream only claims to hold. Writing is Qt's own.
 namespace PictureStream
 {
 
@@ -22,5 +22,10 @@ bool readWhole(QDataStream &stream, QImage &image);
 /// Reads a counted list of pictures. One that fails empties the list and ends the reading. A
 /// status that was bad before is put back afterwards.
 QList<QImage> readList(QDataStream &stream);
+
+/// @p image with the same bytes each time it is written. In a picture of one bit for each pixel the
+/// bits behind the end of a row are whatever memory held, and a PNG file keeps them; here they are
+/// 0. Every other picture is shared as it is.
+QImage withoutStrayBits(const QImage &image);
 
 } // namespace PictureStream
