@@ -1,5 +1,6 @@
 #include "tests/support/pictures.h"
 #include "tests/support/stage.h"
+#include "tests/support/texts.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
@@ -9,22 +10,6 @@ namespace
 {
 
 const char twoFrames[] = R"({"ImageList":[{"filename":"a.png"},{"filename":"sub/b.png"}]})";
-
-QStringList names(Stage &stage)
-{
-    QStringList all;
-    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
-        all.append(frame.name);
-    return all;
-}
-
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList all;
-    for (const char *text : texts)
-        all.append(QString::fromUtf8(text));
-    return all;
-}
 
 } // namespace
 
@@ -86,7 +71,7 @@ void TestFolderImport::aFolderGivesItsPicturesInOrder()
     write(QStringLiteral("config.json"), twoFrames);
     Stage stage;
     load(stage);
-    QCOMPARE(names(stage), list({"frames_1", "frames_2"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_2"}));
     QCOMPARE(stage.probe.frame(0).image.size(), QSize(6, 4));
     QCOMPARE(stage.probe.frame(0).size, QSizeF(6, 4));
     QCOMPARE(stage.probe.frame(1).image.size(), QSize(3, 5));
@@ -104,7 +89,7 @@ void TestFolderImport::allThatWasThereIsReplaced()
     Stage stage(solidFrames({{1, 1}, {2, 2}}));
     stage.probe.runningIndex() = 1;
     load(stage);
-    QCOMPARE(names(stage), list({"frames_1"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1"}));
     QCOMPARE(stage.probe.runningIndex(), 0);
 }
 
@@ -124,7 +109,7 @@ void TestFolderImport::elementsWithoutAFileLeaveAGapInTheNumbers()
           R"({"ImageList":[{"filename":"a.png"},{"file":"a.png"},{"filename":"sub/b.png"},7]})");
     Stage stage;
     load(stage);
-    QCOMPARE(names(stage), list({"frames_1", "frames_3"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_3"}));
 }
 
 void TestFolderImport::aPictureThatIsNotThereIsStillAFrame()
@@ -135,7 +120,7 @@ void TestFolderImport::aPictureThatIsNotThereIsStillAFrame()
     Stage stage;
     stage->setSize(QSizeF(9, 9), false, false);
     load(stage);
-    QCOMPARE(names(stage), list({"frames_1", "frames_2"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_2"}));
     for (int i = 0; i < 2; ++i) {
         QVERIFY(stage.probe.frame(i).image.isNull());
         QCOMPARE(stage.probe.frame(i).size, QSizeF(0, 0));
@@ -149,7 +134,7 @@ void TestFolderImport::aFileNameThatIsNoTextIsStillAFrame()
           R"({"ImageList":[{"filename":7},{"filename":null},{"filename":["a.png"]}]})");
     Stage stage;
     load(stage);
-    QCOMPARE(names(stage), list({"frames_1", "frames_2", "frames_3"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_2", "frames_3"}));
     for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
         QVERIFY(frame.image.isNull());
 }
@@ -286,7 +271,7 @@ void TestFolderImport::textsThatAreStillUnderstood()
     write(QStringLiteral("config.json"), text);
     Stage stage;
     load(stage);
-    QCOMPARE(names(stage), list({"frames_1", "frames_2"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_2"}));
 }
 
 void TestFolderImport::aFolderWithoutConfigLeavesNoFrames()
@@ -303,9 +288,9 @@ void TestFolderImport::thePathMayEndInAnything_data()
 {
     QTest::addColumn<QString>("behind");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("plain") << QString() << list({"frames_1", "frames_2"});
-    QTest::newRow("a dot") << QStringLiteral("/.") << list({"._1", "._2"});
-    QTest::newRow("a slash") << QStringLiteral("/") << list({"frames_1", "frames_2"});
+    QTest::newRow("plain") << QString() << texts({"frames_1", "frames_2"});
+    QTest::newRow("a dot") << QStringLiteral("/.") << texts({"._1", "._2"});
+    QTest::newRow("a slash") << QStringLiteral("/") << texts({"frames_1", "frames_2"});
 }
 
 void TestFolderImport::thePathMayEndInAnything()
@@ -314,7 +299,7 @@ void TestFolderImport::thePathMayEndInAnything()
     write(QStringLiteral("config.json"), twoFrames);
     Stage stage;
     stage->loadFromFile(m_folder + behind);
-    QTEST(names(stage), "expected");
+    QTEST(stage.frameNames(), "expected");
 }
 
 void TestFolderImport::theSampleFolderIsRead()

@@ -1,32 +1,12 @@
 #include "tests/support/gifbuilder.h"
 #include "tests/support/pictures.h"
 #include "tests/support/stage.h"
+#include "tests/support/texts.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
-
-namespace
-{
-
-QStringList names(Stage &stage)
-{
-    QStringList all;
-    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
-        all.append(frame.name);
-    return all;
-}
-
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList all;
-    for (const char *text : texts)
-        all.append(QString::fromUtf8(text));
-    return all;
-}
-
-} // namespace
 
 /// The other ways in: a path that is taken for a GIF, a path with a device, and a picture in
 /// memory.
@@ -87,11 +67,11 @@ void TestFolderOthers::whoIsToldOfTheSize()
     QCOMPARE(stage.log.entries(), QStringList());
 
     stage->loadFromFile(gif(QStringLiteral("film.gif")));
-    QCOMPARE(stage.log.entries(), list({"changed 104"}));
+    QCOMPARE(stage.log.entries(), texts({"changed 104"}));
     stage.log.clear();
     const QImage picture = Pictures::solid(2, 2, Qt::red);
     stage->loadFromImage(&picture);
-    QCOMPARE(stage.log.entries(), list({"changed 104"}));
+    QCOMPARE(stage.log.entries(), texts({"changed 104"}));
 }
 
 void TestFolderOthers::aGifWithoutFramesKeepsTheSize()
@@ -119,7 +99,7 @@ void TestFolderOthers::aDeviceIsTakenForAGifOnly()
     QBuffer device(&bytes);
     device.open(QIODevice::ReadOnly);
     QVERIFY(stage->loadFromFile(film, &device));
-    QCOMPARE(names(stage), list({"film_1", "film_2"}));
+    QCOMPARE(stage.frameNames(), texts({"film_1", "film_2"}));
     QCOMPARE(stage->getSize(), QSizeF(6, 5));
     QCOMPARE(stage.probe.shiftInterval(), 300);
 

@@ -1,5 +1,5 @@
-#include "framework/framework.h"
 #include "tests/geometry/attributes.h"
+#include "tests/support/releaser.h"
 
 #include <QtTest/QTest>
 
@@ -90,30 +90,6 @@ void makeReady(Stage &stage, const Action &action)
     action.prepare(stage);
     stage.log.clear();
 }
-
-/// Releases the object of a stage when the host hears it for the nth time.
-class Releaser : public QObject
-{
-public:
-    Releaser(Stage &stage, int nth)
-        : m_stage(stage)
-        , m_left(nth)
-    {
-        const Notifier *notifier = Framework::instance().notifier();
-        connect(notifier, &Notifier::propertyChanged, this, [this] { hear(); });
-        connect(notifier, &Notifier::posted, this, [this] { hear(); });
-    }
-
-private:
-    void hear()
-    {
-        if (--m_left == 0)
-            m_stage.release();
-    }
-
-    Stage &m_stage;
-    int m_left;
-};
 
 } // namespace
 

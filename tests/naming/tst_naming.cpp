@@ -1,18 +1,11 @@
 #include "tests/support/stage.h"
+#include "tests/support/texts.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QTest>
 
 namespace
 {
-
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList all;
-    for (const char *text : texts)
-        all.append(QString::fromUtf8(text));
-    return all;
-}
 
 void name(Stage &stage, const QStringList &names)
 {
@@ -62,9 +55,9 @@ private Q_SLOTS:
             QTest::newRow(what) << taken << QString::fromUtf8(base) << QString::fromUtf8(withStem)
                                 << QString::fromUtf8(withoutStem);
         };
-        row("two are taken", list({"cat", "cat_1"}), "cat", "cat_2", "cat_2");
-        row("only numbers are taken", list({"cat_1", "cat_2"}), "cat", "cat", "cat_3");
-        row("only the stem is taken", list({"cat"}), "cat", "cat_1", "cat_1");
+        row("two are taken", texts({"cat", "cat_1"}), "cat", "cat_2", "cat_2");
+        row("only numbers are taken", texts({"cat_1", "cat_2"}), "cat", "cat", "cat_3");
+        row("only the stem is taken", texts({"cat"}), "cat", "cat_1", "cat_1");
         row("no frames", {}, "cat_7", "cat", "cat_1");
         row("no frames, no underscore", {}, "cat", "cat", "cat_1");
         row("only the last part is cut", {}, "my_cat_3", "my_cat", "my_cat_1");
@@ -72,11 +65,11 @@ private Q_SLOTS:
         row("an underscore at the end", {}, "cat_", "cat", "cat_1");
         row("an underscore at the start", {}, "_3", "", "_1");
         row("nothing", {}, "", "", "_1");
-        row("nothing, when it is taken", list({"", "_1"}), "", "_2", "_2");
-        row("a gap is used again", list({"cat", "cat_1", "cat_3"}), "cat", "cat_2", "cat_2");
-        row("case matters", list({"Cat", "CAT_1"}), "cat", "cat", "cat_1");
-        row("numbers are not padded", list({"cat_01"}), "cat", "cat", "cat_1");
-        row("a percent sign stays", list({"%2"}), "%2", "%2_1", "%2_1");
+        row("nothing, when it is taken", texts({"", "_1"}), "", "_2", "_2");
+        row("a gap is used again", texts({"cat", "cat_1", "cat_3"}), "cat", "cat_2", "cat_2");
+        row("case matters", texts({"Cat", "CAT_1"}), "cat", "cat", "cat_1");
+        row("numbers are not padded", texts({"cat_01"}), "cat", "cat", "cat_1");
+        row("a percent sign stays", texts({"%2"}), "%2", "%2_1", "%2_1");
     }
 
     void theFirstFreeNameIsTaken()
@@ -95,7 +88,7 @@ private Q_SLOTS:
     {
         constexpr quint32 seed = 77;
         QRandomGenerator random(seed);
-        const QStringList parts = list({"a", "b", "_", "_1", "_2", "_3"});
+        const QStringList parts = texts({"a", "b", "_", "_1", "_2", "_3"});
         const auto text = [&random, &parts] {
             QString made;
             for (int i = random.bounded(4); i > 0; --i)

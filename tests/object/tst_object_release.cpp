@@ -1,4 +1,4 @@
-#include "framework/framework.h"
+#include "tests/support/releaser.h"
 #include "tests/support/stage.h"
 
 #include <QtCore/QCoreApplication>
@@ -92,30 +92,6 @@ const Action actions[] = {
          s.document.setAlternateMode(1);
      },
      [](Stage &s) { s->setPos(QPointF(3.0, 3.0), true); }},
-};
-
-/// Releases the object of a stage when the host hears it for the nth time.
-class Releaser : public QObject
-{
-public:
-    Releaser(Stage &stage, int nth)
-        : m_stage(stage)
-        , m_left(nth)
-    {
-        const Notifier *notifier = Framework::instance().notifier();
-        connect(notifier, &Notifier::propertyChanged, this, [this] { hear(); });
-        connect(notifier, &Notifier::posted, this, [this] { hear(); });
-    }
-
-private:
-    void hear()
-    {
-        if (--m_left == 0)
-            m_stage.release();
-    }
-
-    Stage &m_stage;
-    int m_left;
 };
 
 /// An object with a shadow, so that the operations go all their way.

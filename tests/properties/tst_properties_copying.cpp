@@ -55,14 +55,6 @@ QByteArray request(CGDRootObject *object)
     return Request::packed(handleOf(object));
 }
 
-QStringList names(Stage &stage)
-{
-    QStringList list;
-    for (const CAnimatedPortrait &frame : stage.probe.frames())
-        list.append(frame.name);
-    return list;
-}
-
 } // namespace
 
 void TestPropertiesCopying::theBaseStateIsTakenOver()
@@ -99,7 +91,7 @@ void TestPropertiesCopying::framesAreAppendedToThoseThatAreThere()
     QVERIFY(!copy.set(stage.image, copyFrom));
 
     // Names are not made unique.
-    QCOMPARE(names(stage),
+    QCOMPARE(stage.frameNames(),
              (QStringList{QStringLiteral("f_1"), QStringLiteral("f_1"), QStringLiteral("f_2")}));
     QCOMPARE(stage.probe.frame(0).image, Pictures::solid(4, 4, Qt::red));
     QCOMPARE(stage.probe.frame(1).image, Pictures::solid(8, 6, Qt::red));
@@ -268,8 +260,8 @@ void TestPropertiesCopying::anObjectCopiesItselfOnce()
 
     QVERIFY(!copy.set(stage.image, copyFrom));
 
-    QCOMPARE(names(stage), (QStringList{QStringLiteral("f_1"), QStringLiteral("f_2"),
-                                        QStringLiteral("f_1"), QStringLiteral("f_2")}));
+    QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("f_1"), QStringLiteral("f_2"),
+                                              QStringLiteral("f_1"), QStringLiteral("f_2")}));
     QCOMPARE(stage.probe.frame(3).image, Pictures::solid(5, 6, Qt::green));
     QCOMPARE(stage.probe.runningIndex(), 1);
     QCOMPARE(stage.probe.shiftInterval(), 77);

@@ -34,14 +34,6 @@ namespace
 
 constexpr int insertFile = 5014;
 
-QStringList names(Stage &stage)
-{
-    QStringList list;
-    for (const CAnimatedPortrait &frame : stage.probe.frames())
-        list.append(frame.name);
-    return list;
-}
-
 } // namespace
 
 void TestPropertiesImageFile::aFileIsInsertedBehindItsIndex_data()
@@ -70,7 +62,7 @@ void TestPropertiesImageFile::aFileIsInsertedBehindItsIndex()
 
     QStringList expected{QStringLiteral("f_1"), QStringLiteral("f_2")};
     expected.insert(place, QStringLiteral("walk"));
-    QCOMPARE(names(stage), expected);
+    QCOMPARE(stage.frameNames(), expected);
     const CAnimatedPortrait &frame = stage.probe.frame(place);
     QCOMPARE(frame.image, picture);
     QCOMPARE(frame.size, QSizeF(4.0, 2.0));
@@ -121,7 +113,7 @@ void TestPropertiesImageFile::aFrameIsNamedAfterItsFile()
 
     QVERIFY(request.get(stage.image, insertFile));
 
-    QCOMPARE(names(stage), (QStringList{present, expected}));
+    QCOMPARE(stage.frameNames(), (QStringList{present, expected}));
     QCOMPARE(stage.probe.frame(1).image.size(), QSize(2, 2));
 }
 
@@ -150,7 +142,7 @@ void TestPropertiesImageFile::aFileThatIsNoPictureGivesAnEmptyFrame()
 
     QVERIFY(request.get(stage.image, insertFile));
 
-    QCOMPARE(names(stage), (QStringList{QStringLiteral("f_1"), name}));
+    QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("f_1"), name}));
     QVERIFY(stage.probe.frame(1).image.isNull());
     QCOMPARE(stage.probe.frame(1).size, QSizeF(0.0, 0.0));
     QCOMPARE(stage.probe.frame(1).rects, QList<QRect>());
@@ -180,7 +172,7 @@ void TestPropertiesImageFile::aFilmGivesItsFirstFrame()
 
     QVERIFY(request.get(stage.image, insertFile));
 
-    QCOMPARE(names(stage), QStringList{QStringLiteral("film")});
+    QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("film")});
     QCOMPARE(stage.probe.frame(0).image.size(), QSize(3, 2));
     QCOMPARE(stage.probe.frame(0).image.pixel(0, 0), qRgb(0, 0, 255));
 }

@@ -42,14 +42,6 @@ void nameObject(Stage &stage, const char *name)
     stage.probe.otherParams().insert(QStringLiteral("object_name"), QString::fromUtf8(name));
 }
 
-QStringList names(Stage &stage)
-{
-    QStringList list;
-    for (const CAnimatedPortrait &frame : stage.probe.frames())
-        list.append(frame.name);
-    return list;
-}
-
 bool isAll(const QImage &image, QRgb color)
 {
     for (int y = 0; y < image.height(); ++y) {
@@ -102,7 +94,7 @@ void TestPropertiesInsertion::aBlankFrameIsInsertedBehindItsIndex()
     QVERIFY(answer.isSound() && answer.atEnd());
     QStringList expected{QStringLiteral("f_1"), QStringLiteral("f_2"), QStringLiteral("f_3")};
     expected.insert(place, name);
-    QCOMPARE(names(stage), expected);
+    QCOMPARE(stage.frameNames(), expected);
     QCOMPARE(stage.probe.frame(place).image.size(), size);
     QCOMPARE(stage.probe.frame(place).size, QSizeF(size));
 }
@@ -129,7 +121,7 @@ void TestPropertiesInsertion::anEmptyObjectGetsABlankFrameOf500By500()
 
     QVERIFY(request.get(stage.image, insertBlank));
 
-    QCOMPARE(names(stage), QStringList{QStringLiteral("_1")});
+    QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("_1")});
     QCOMPARE(stage.probe.frame(0).image.size(), QSize(500, 500));
     QCOMPARE(stage.probe.frame(0).size, QSizeF(500.0, 500.0));
     AnswerBytes answer(request.bytes());
@@ -254,7 +246,7 @@ void TestPropertiesInsertion::aCopyIsInsertedBehindItsTarget()
     QVERIFY(request.get(stage.image, duplicate));
 
     expected.insert(place, name);
-    QCOMPARE(names(stage), expected);
+    QCOMPARE(stage.frameNames(), expected);
     QCOMPARE(stage.probe.frame(place).image, picture);
     QCOMPARE(stage.probe.frame(place).size, QSizeF(picture.size()));
     QCOMPARE(stage.probe.frame(place).regionSize, picture.size());
@@ -304,8 +296,8 @@ void TestPropertiesInsertion::aMissingSourceNamesAfterTheTargetTakenOrNot()
     QVERIFY(first.get(stage.image, duplicate));
     QVERIFY(second.get(stage.image, duplicate));
 
-    QCOMPARE(names(stage), (QStringList{QStringLiteral("cat"), QStringLiteral("cat_1"),
-                                        QStringLiteral("cat_1"), QStringLiteral("cat_1")}));
+    QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("cat"), QStringLiteral("cat_1"),
+                                              QStringLiteral("cat_1"), QStringLiteral("cat_1")}));
 }
 
 void TestPropertiesInsertion::aMissingSourceWithoutFramesGivesNothing()

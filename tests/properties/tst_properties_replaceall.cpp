@@ -55,14 +55,6 @@ QUndoStack &stack()
     return *Framework::instance().undoStack();
 }
 
-QStringList names(Stage &stage)
-{
-    QStringList list;
-    for (const CAnimatedPortrait &frame : stage.probe.frames())
-        list.append(frame.name);
-    return list;
-}
-
 QImage walkPicture()
 {
     return Pictures::fromText({"##..", ".##."});
@@ -91,7 +83,7 @@ void TestPropertiesReplaceAll::theFileBecomesTheOnlyFrame()
 
     QVERIFY(request.get(stage.image, replaceAll));
 
-    QCOMPARE(names(stage), QStringList{QStringLiteral("walk")});
+    QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("walk")});
     const CAnimatedPortrait &frame = stage.probe.frame(0);
     QCOMPARE(frame.image, walkPicture());
     QCOMPARE(frame.size, QSizeF(4.0, 2.0));
@@ -112,7 +104,7 @@ void TestPropertiesReplaceAll::thereIsNoAnswer()
 
     QVERIFY(request.get(stage.image, replaceAll));
 
-    QCOMPARE(names(stage), QStringList{QStringLiteral("walk")});
+    QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("walk")});
     QCOMPARE(request.bytes(), input);
     QCOMPARE(request.position(), qint64(input.size()));
 }
@@ -152,7 +144,7 @@ void TestPropertiesReplaceAll::theNameIsFreeAmongTheOldFrames()
 
     QVERIFY(request.get(stage.image, replaceAll));
 
-    QCOMPARE(names(stage), QStringList{expected});
+    QCOMPARE(stage.frameNames(), QStringList{expected});
 }
 
 void TestPropertiesReplaceAll::anUnreadableFileGivesAnEmptyFrame()
@@ -162,7 +154,7 @@ void TestPropertiesReplaceAll::anUnreadableFileGivesAnEmptyFrame()
 
     QVERIFY(request.get(stage.image, replaceAll));
 
-    QCOMPARE(names(stage), QStringList{QStringLiteral("missing")});
+    QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("missing")});
     QVERIFY(stage.probe.frame(0).image.isNull());
     QCOMPARE(stage.probe.frame(0).size, QSizeF(0.0, 0.0));
     stack().undo();
@@ -276,7 +268,7 @@ void TestPropertiesReplaceAll::undoBringsNamesPicturesAndSizesBack()
 
     stack().undo();
 
-    QCOMPARE(names(stage), (QStringList{QStringLiteral("f_1"), QStringLiteral("f_2")}));
+    QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("f_1"), QStringLiteral("f_2")}));
     QCOMPARE(stage.probe.frame(0).image, pictures.at(0));
     QCOMPARE(stage.probe.frame(1).image, pictures.at(1));
     QCOMPARE(stage.probe.frame(0).size, QSizeF(4.0, 3.0));
@@ -284,7 +276,7 @@ void TestPropertiesReplaceAll::undoBringsNamesPicturesAndSizesBack()
     QCOMPARE(stage.probe.runningIndex(), 0);
 
     stack().redo();
-    QCOMPARE(names(stage), QStringList{QStringLiteral("walk")});
+    QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("walk")});
     QCOMPARE(stage.probe.frame(0).image, walkPicture());
 }
 

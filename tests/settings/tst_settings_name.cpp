@@ -7,14 +7,6 @@ namespace
 
 const QString nameKey = QStringLiteral("object_name");
 
-QStringList names(Stage &stage)
-{
-    QStringList all;
-    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
-        all.append(frame.name);
-    return all;
-}
-
 } // namespace
 
 /// Frames follow the name of their object.
@@ -27,8 +19,8 @@ private Q_SLOTS:
     {
         Stage stage(solidFrames({{4, 4}, {4, 4}, {4, 4}}));
         stage->setOtherParams(nameKey, QStringLiteral("cat"));
-        QCOMPARE(names(stage), (QStringList{QStringLiteral("cat_1"), QStringLiteral("cat_2"),
-                                            QStringLiteral("cat_3")}));
+        QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("cat_1"), QStringLiteral("cat_2"),
+                                                  QStringLiteral("cat_3")}));
         QCOMPARE(stage->getOtherParams(nameKey), QVariant(QStringLiteral("cat")));
     }
 
@@ -36,16 +28,16 @@ private Q_SLOTS:
     {
         Stage stage(solidFrames({{4, 4}}));
         stage->setOtherParams(nameKey, 12);
-        QCOMPARE(names(stage), QStringList{QStringLiteral("12_1")});
+        QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("12_1")});
         stage->setOtherParams(nameKey, QVariant());
-        QCOMPARE(names(stage), QStringList{QStringLiteral("_1")});
+        QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("_1")});
     }
 
     void otherKeysRenameNothing()
     {
         Stage stage(solidFrames({{4, 4}}));
         stage->setOtherParams(QStringLiteral("Object_name"), QStringLiteral("cat"));
-        QCOMPARE(names(stage), QStringList{QStringLiteral("f_1")});
+        QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("f_1")});
         QCOMPARE(stage->getOtherParams(QStringLiteral("Object_name")),
                  QVariant(QStringLiteral("cat")));
     }

@@ -38,6 +38,14 @@ void Stage::addFrame(const QString &name, const QImage &picture)
     image->updateRegion(probe.frames().size() - 1, true);
 }
 
+QStringList Stage::frameNames()
+{
+    QStringList names;
+    for (const CAnimatedPortrait &frame : qAsConst(probe.frames()))
+        names.append(frame.name);
+    return names;
+}
+
 void Stage::release()
 {
     image->Release();

@@ -34,6 +34,8 @@ public:
 
     /// Appends a measured frame, displayed at its pixel size.
     void addFrame(const QString &name, const QImage &picture);
+    /// The names of all frames, in order.
+    QStringList frameNames();
     void release();
     bool isReleased() const { return m_alive.isNull(); }
 

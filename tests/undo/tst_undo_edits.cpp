@@ -41,14 +41,6 @@ CAnimatedUndoRedoCommand *runnable(const QUndoCommand *command)
     return dynamic_cast<CAnimatedUndoRedoCommand *>(const_cast<QUndoCommand *>(command));
 }
 
-QStringList names(Stage &stage)
-{
-    QStringList names;
-    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
-        names.append(frame.name);
-    return names;
-}
-
 } // namespace
 
 /// The commands that requests push: the animation type and the replacement of all frames.
@@ -232,7 +224,7 @@ void TestUndoEdits::framesReplacedTwiceAreReplacedOnce()
     QVERIFY(command);
     command->redo();
     command->redo();
-    QCOMPARE(names(stage), QStringList({QStringLiteral("walk")}));
+    QCOMPARE(stage.frameNames(), QStringList({QStringLiteral("walk")}));
     QCOMPARE(stage.probe.frame(0).image, Pictures::solid(4, 2, Qt::cyan));
     QCOMPARE(stage.probe.frame(0).rects, QList<QRect>({QRect(0, 0, 3, 2)}));
 }
@@ -246,7 +238,7 @@ void TestUndoEdits::framesBroughtBackTwiceAreThereOnce()
     QVERIFY(command);
     command->undo();
     command->undo();
-    QCOMPARE(names(stage), QStringList({QStringLiteral("f_1"), QStringLiteral("f_2")}));
+    QCOMPARE(stage.frameNames(), QStringList({QStringLiteral("f_1"), QStringLiteral("f_2")}));
     QCOMPARE(stage.probe.frame(0).image, pictures.at(0));
     QCOMPARE(stage.probe.frame(1).image, pictures.at(1));
     QCOMPARE(stage.probe.frame(1).size, QSizeF(5.0, 6.0));
@@ -284,13 +276,13 @@ void TestUndoEdits::replacementsDoNotMerge()
     replace(stage);
     QCOMPARE(stack().count(), 3);
     // Each name is free among the frames that it replaces.
-    QCOMPARE(names(stage), QStringList({QStringLiteral("walk")}));
+    QCOMPARE(stage.frameNames(), QStringList({QStringLiteral("walk")}));
     stack().undo();
-    QCOMPARE(names(stage), QStringList({QStringLiteral("walk_1")}));
+    QCOMPARE(stage.frameNames(), QStringList({QStringLiteral("walk_1")}));
     stack().undo();
-    QCOMPARE(names(stage), QStringList({QStringLiteral("walk")}));
+    QCOMPARE(stage.frameNames(), QStringList({QStringLiteral("walk")}));
     stack().undo();
-    QCOMPARE(names(stage), QStringList({QStringLiteral("f_1")}));
+    QCOMPARE(stage.frameNames(), QStringList({QStringLiteral("f_1")}));
 }
 
 void TestUndoEdits::aReplacementPlaysOnAtTheFirstFrame()
