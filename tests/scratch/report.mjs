@@ -32,6 +32,11 @@ export class Report {
         return this.#lines.length > 0 && this.#lines.every(line => line.passed);
     }
 
+    /** How many checks were made. */
+    get checks() {
+        return this.#lines.length;
+    }
+
     get failures() {
         return this.#lines.filter(line => !line.passed);
     }
