@@ -136,7 +136,8 @@ public:
     // Background tile.
 
     /// Rebuilds the tile (twice across, twice down) from a frame, at the object's size rounded to
-    /// pixels. An index outside the list, or a size no picture can have, gives an empty tile.
+    /// pixels. An index outside the list, or a size no picture can have, gives an empty tile. A
+    /// frame that was never measured is measured.
     void generateBGImage(int index);
     /// Works out the part of the object that lies on the page, then rebuilds the tile.
     void regenBGImage();
@@ -196,6 +197,7 @@ private:
     QRectF visibleRect();
 
     // shape.cpp
+    void measureOnce(int index);
     void measure(CAnimatedPortrait &frame) const;
     void addHandles(QPainterPath &path) const;
 

@@ -63,6 +63,7 @@ void CAnimatedImage::restoreEditingState()
                 m_portraits[i].size = m_savedFrameSizes.at(i);
         }
         m_runningIndex = m_savedIndex;
+        measureOnce(m_savedIndex);
         if (isBackgroundType())
             generateBGImage(m_savedIndex);
         notifyObjPropertyChanged(PropertyChange::GeometryRestored, QString());

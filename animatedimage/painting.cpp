@@ -55,6 +55,7 @@ QRectF CAnimatedImage::boundingRect() const
 
 void CAnimatedImage::generateBGImage(int index)
 {
+    measureOnce(index);
     m_bgImage = isFrame(index) ? BackgroundTile::tile(m_portraits.at(index).image, m_rect.size())
                                : QImage();
 }

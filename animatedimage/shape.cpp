@@ -75,6 +75,14 @@ void CAnimatedImage::updateRegion(int index, bool recompute)
     frame.path = path;
 }
 
+/// Gives a frame that came back through undo its hit path, where it is shown without the object
+/// being resized to it.
+void CAnimatedImage::measureOnce(int index)
+{
+    if (isFrame(index) && !m_portraits.at(index).regionSize.isValid())
+        updateRegion(index, true);
+}
+
 /// Measures the opaque rectangles of @p frame as it is painted, mirrored and flipped.
 void CAnimatedImage::measure(CAnimatedPortrait &frame) const
 {

@@ -68,6 +68,8 @@ private Q_SLOTS:
     void replacementsDoNotMerge();
     void aReplacementPlaysOnAtTheFirstFrame();
     void theTileFollowsAReplacement();
+    void everyFrameBroughtBackCanBeHitWhenShown_data();
+    void everyFrameBroughtBackCanBeHitWhenShown();
 
 private:
     void replace(Stage &stage);
@@ -312,6 +314,38 @@ void TestUndoEdits::theTileFollowsAReplacement()
     QCOMPARE(stage.probe.bgImage().pixelColor(1, 1), QColor(Qt::red));
     stack().redo();
     QCOMPARE(stage.probe.bgImage().pixelColor(1, 1), QColor(Qt::cyan));
+}
+
+void TestUndoEdits::everyFrameBroughtBackCanBeHitWhenShown_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<bool>("byAttribute");
+    QTest::newRow("normal, by a tick") << -1 << false;
+    QTest::newRow("background, by a tick") << background << false;
+    QTest::newRow("normal, by the end of presenting") << -1 << true;
+    QTest::newRow("background, by the end of presenting") << background << true;
+}
+
+void TestUndoEdits::everyFrameBroughtBackCanBeHitWhenShown()
+{
+    QFETCH(int, type);
+    QFETCH(bool, byAttribute);
+    Stage stage(solidFrames({{4, 3}, {4, 3}}));
+    stage.probe.animatedType() = type;
+    stage->setCurrentIndex(byAttribute ? 1 : 0);
+    QDataStream noInput{QByteArray()};
+    stage->SetAttribute(2804, noInput, false);
+    stage.document.setAlternateMode(1);
+    replace(stage);
+    stack().undo();
+    if (byAttribute) {
+        stage->SetAttribute(2805, noInput, false);
+    } else {
+        stage->playImage(true);
+        stage.probe.tick();
+    }
+    QCOMPARE(stage.probe.runningIndex(), 1);
+    QCOMPARE(stage->shape().boundingRect(), QRectF(0.0, 0.0, 3.0, 3.0));
 }
 
 QTEST_MAIN(TestUndoEdits)
