@@ -32,7 +32,8 @@ struct Scene {
         page->addObject(image);
         AnimatedImageProbe(*image).frames().append(
             {QStringLiteral("first"), Pictures::solid(4, 4, Qt::red)});
-        QObject::connect(image, &QObject::destroyed, [this] { ended.append(objectEnds); });
+        QObject::connect(image, &QObject::destroyed, &listener,
+                         [this] { ended.append(objectEnds); });
     }
 
     /// Pushes a command that holds the object. Its closures say when they are run, and when they
@@ -55,6 +56,7 @@ struct Scene {
     const QString commandRuns = QStringLiteral("run");
 
     QStringList ended;
+    QObject listener;
     std::unique_ptr<Document> document;
     Page *page;
     CAnimatedImage *image;

@@ -6,6 +6,7 @@
 #include "tests/undo/walkmodel.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QHash>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
@@ -54,11 +55,12 @@ struct Neighbours {
 
     QStringList names(Stage &stage) const
     {
-        const QMap<CBaseObject *, QString> names{{below, QStringLiteral("below")},
-                                                 {above, QStringLiteral("above")},
-                                                 {stage.image, WalkModel::edited()}};
+        const QHash<CBaseObject *, QString> names{{below, QStringLiteral("below")},
+                                                  {above, QStringLiteral("above")},
+                                                  {stage.image, WalkModel::edited()}};
         QStringList list;
-        for (CBaseObject *object : stage.page->objects())
+        const QList<CBaseObject *> objects = stage.page->objects();
+        for (CBaseObject *object : objects)
             list.append(names.value(object));
         return list;
     }
@@ -265,15 +267,15 @@ void TestUndoWalks::aWalkEqualsItsModelAndLeadsBack()
 
     for (int step = 1; step <= stepsOfAWalk; ++step) {
         const int dice = random.bounded(20);
-        if (dice < 9) {
+        if (dice < 6) {
             edit(stage, model, random);
-        } else if (dice < 14) {
+        } else if (dice < 12) {
             stack().undo();
             model.undo();
-        } else if (dice < 17 || !plays) {
+        } else if (dice < 15 || !plays) {
             stack().redo();
             model.redo();
-        } else if (dice < 18) {
+        } else if (dice < 16) {
             const bool run = random.bounded(3) != 0;
             stage->playImage(run);
             model.play(run);
