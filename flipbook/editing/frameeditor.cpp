@@ -52,31 +52,56 @@ qint32 FrameEditor::indexBefore(int place) const
 void FrameEditor::settle(int place, int countBefore)
 {
     if (place == 1 && countBefore > 0)
-        move(2, 1);
+        ObjectProtocol::tell(m_object.base(), Id::MoveFrame, qint32(1), qint32(0));
+}
+
+/// Makes a change after which another frame may stand at the index that is shown. The object itself
+/// resizes only when it steps there, and would take the next step in the wrong proportion.
+template<typename Change>
+void FrameEditor::keepScale(const Change &change)
+{
+    CBaseObject &object = m_object.base();
+    const QSize before = object.getImageSize();
+    change();
+    const QSize after = object.getImageSize();
+    if (before.isEmpty() || after.isEmpty() || after == before)
+        return;
+    const QSizeF size = object.getSize();
+    constexpr bool keepCenter = true;
+    object.setSize(QSizeF(size.width() * after.width() / before.width(),
+                          size.height() * after.height() / before.height()),
+                   keepCenter, false);
 }
 
 void FrameEditor::insertBlank(int place)
 {
     checkPlace(place);
-    const int count = m_object.frameCount();
-    request(m_object.base(), Id::InsertBlankFrame, indexBefore(place));
-    settle(place, count);
+    keepScale([this, place] {
+        const int count = m_object.frameCount();
+        request(m_object.base(), Id::InsertBlankFrame, indexBefore(place));
+        settle(place, count);
+    });
 }
 
 void FrameEditor::duplicate(int from, int place)
 {
     checkPlace(place);
-    const int count = m_object.frameCount();
-    request(m_object.base(), Id::DuplicateFrame, existing(from), indexBefore(place));
-    settle(place, count);
+    const qint32 original = existing(from);
+    keepScale([this, original, place] {
+        const int count = m_object.frameCount();
+        request(m_object.base(), Id::DuplicateFrame, original, indexBefore(place));
+        settle(place, count);
+    });
 }
 
 void FrameEditor::insertFile(int place, const QString &path)
 {
     checkPlace(place);
-    const int count = m_object.frameCount();
-    request(m_object.base(), Id::InsertImageFile, indexBefore(place), path);
-    settle(place, count);
+    keepScale([this, place, &path] {
+        const int count = m_object.frameCount();
+        request(m_object.base(), Id::InsertImageFile, indexBefore(place), path);
+        settle(place, count);
+    });
 }
 
 void FrameEditor::rename(int number, const QString &name)
@@ -94,7 +119,11 @@ void FrameEditor::remove(int number)
 
 void FrameEditor::move(int from, int to)
 {
-    ObjectProtocol::tell(m_object.base(), Id::MoveFrame, existing(from), existing(to));
+    const qint32 source = existing(from);
+    const qint32 target = existing(to);
+    keepScale([this, source, target] {
+        ObjectProtocol::tell(m_object.base(), Id::MoveFrame, source, target);
+    });
 }
 
 void FrameEditor::replacePicture(int number, const QImage &picture)

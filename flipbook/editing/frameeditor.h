@@ -9,7 +9,8 @@ struct EditRefused {
 
 /// Edits the frames of one animated image through the door, as the window and the command line do.
 /// Frames are counted from 1, as users see them. Everything here throws EditRefused for what the
-/// object would silently ignore.
+/// object would silently ignore. The object keeps its scale: when another frame comes to be shown
+/// in the place of the one before, the object takes the size of that frame, around its centre.
 class FrameEditor
 {
 public:
@@ -38,6 +39,8 @@ private:
     void checkPlace(int place) const;
     qint32 indexBefore(int place) const;
     void settle(int place, int countBefore);
+    template<typename Change>
+    void keepScale(const Change &change);
 
     AnimatedObject m_object;
 };
