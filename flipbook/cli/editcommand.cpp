@@ -41,6 +41,9 @@ void run(const QCommandLineParser &line)
     const QVector<EditOperation> operations = operationsOf(line);
     const Plugin plugin = openPlugin(line);
     const OpenedFile opened = openDocument(line, plugin, path);
+    if (!opened.warnings.isEmpty() && !line.isSet(QStringLiteral("force")))
+        throw Failure{path, QStringLiteral("what cannot be read of it would be lost for good; "
+                                           "--force saves it without that")};
     CBaseObject &object = chosenObject(line, path, opened);
     EditTarget target{plugin, pageOf(object), &object, Arguments::maxMemory(line)};
 
@@ -61,5 +64,7 @@ Command editCommand()
     for (const EditOption &option : editOptions())
         command.options.append({option.name, option.help, option.value});
     command.options.append(objectOption());
+    command.options.append(
+        {QStringLiteral("force"), QStringLiteral("Save a damaged document without what is lost.")});
     return command;
 }

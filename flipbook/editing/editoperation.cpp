@@ -163,52 +163,29 @@ Apply flip(const QString &)
 }
 
 struct Entry {
-    EditOption option;
+    const char *name;
+    const char *value;
+    const char *help;
     Apply (*parse)(const QString &value);
 };
 
-const QVector<Entry> &entries()
-{
-    static const QVector<Entry> all{
-        {{QStringLiteral("insert-blank"), QStringLiteral("AT"),
-          QStringLiteral("Insert a transparent frame as number AT.")},
-         insertBlank},
-        {{QStringLiteral("duplicate"), QStringLiteral("FROM:AT"),
-          QStringLiteral("Insert a copy of frame FROM as number AT.")},
-         duplicate},
-        {{QStringLiteral("rename"), QStringLiteral("AT=NAME"),
-          QStringLiteral("Give frame AT the name NAME.")},
-         renameFrame},
-        {{QStringLiteral("delete"), QStringLiteral("AT"), QStringLiteral("Delete frame AT.")},
-         removeFrame},
-        {{QStringLiteral("move"), QStringLiteral("FROM:TO"),
-          QStringLiteral("Move frame FROM so that it becomes number TO.")},
-         moveFrame},
-        {{QStringLiteral("insert"), QStringLiteral("AT=FILE"),
-          QStringLiteral("Insert the picture in FILE as frame number AT.")},
-         insertFile},
-        {{QStringLiteral("replace"), QStringLiteral("AT=FILE"),
-          QStringLiteral("Give frame AT the picture in FILE.")},
-         replacePicture},
-        {{QStringLiteral("replace-all"), QStringLiteral("FILE"),
-          QStringLiteral("Replace all frames by the picture in FILE.")},
-         replaceAll},
-        {{QStringLiteral("interval"), QStringLiteral("MS"),
-          QStringLiteral("Show each frame for MS milliseconds.")},
-         setInterval},
-        {{QStringLiteral("loops"), QStringLiteral("N|forever|once"),
-          QStringLiteral("Repeat the film N times after the first, for ever, or not at all.")},
-         setLoops},
-        {{QStringLiteral("type"), QStringLiteral("normal|background"),
-          QStringLiteral("Make the object an ordinary one or a tiled background.")},
-         setType},
-        {{QStringLiteral("mirror"), QString(), QStringLiteral("Mirror the object left to right.")},
-         mirror},
-        {{QStringLiteral("flip"), QString(), QStringLiteral("Flip the object top to bottom.")},
-         flip},
-    };
-    return all;
-}
+constexpr Entry entries[] = {
+    {"insert-blank", "AT", "Insert a transparent frame as number AT.", insertBlank},
+    {"duplicate", "FROM:AT", "Insert a copy of frame FROM as number AT.", duplicate},
+    {"rename", "AT=NAME", "Give frame AT the name NAME.", renameFrame},
+    {"delete", "AT", "Delete frame AT.", removeFrame},
+    {"move", "FROM:TO", "Move frame FROM so that it becomes number TO.", moveFrame},
+    {"insert", "AT=FILE", "Insert the picture in FILE as frame number AT.", insertFile},
+    {"replace", "AT=FILE", "Give frame AT the picture in FILE.", replacePicture},
+    {"replace-all", "FILE", "Replace all frames by the picture in FILE.", replaceAll},
+    {"interval", "MS", "Show each frame for MS milliseconds.", setInterval},
+    {"loops", "N|forever|once", "Repeat the film N times after the first, for ever, or not at all.",
+     setLoops},
+    {"type", "normal|background", "Make the object an ordinary one or a tiled background.",
+     setType},
+    {"mirror", "", "Mirror the object left to right.", mirror},
+    {"flip", "", "Flip the object top to bottom.", flip},
+};
 
 } // namespace
 
@@ -216,8 +193,9 @@ const QVector<EditOption> &editOptions()
 {
     static const QVector<EditOption> options = [] {
         QVector<EditOption> list;
-        for (const Entry &entry : entries())
-            list.append(entry.option);
+        for (const Entry &entry : entries)
+            list.append(
+                {QLatin1String(entry.name), QLatin1String(entry.value), QLatin1String(entry.help)});
         return list;
     }();
     return options;
@@ -225,8 +203,8 @@ const QVector<EditOption> &editOptions()
 
 EditOperation parseEditOperation(const QString &name, const QString &value)
 {
-    for (const Entry &entry : entries()) {
-        if (entry.option.name != name)
+    for (const Entry &entry : entries) {
+        if (QLatin1String(entry.name) != name)
             continue;
         const QString text = QStringLiteral("--%1 %2").arg(name, value).trimmed();
         try {

@@ -21,7 +21,7 @@ namespace
 
 /// Beyond these Scratch is slow to load a sprite, and may fail to.
 constexpr int manyCostumes = 200;
-constexpr qint64 manyBytes = 10 * 1024 * 1024;
+constexpr qint64 manyBytes = qint64(10) * 1024 * 1024;
 
 /// Gives every frame the size that it has during playback: each step scales them all like the
 /// frame that was shown.
