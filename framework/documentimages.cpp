@@ -39,8 +39,8 @@ void Document::writeImages(QDataStream &stream, const QList<QImage> &images)
     // Pictures that share their pixels are encoded once.
     QHash<qint64, QByteArray> encoded;
     for (const QImage &image : images) {
-        auto known = encoded.constFind(image.cacheKey());
-        if (known == encoded.constEnd())
+        auto known = encoded.find(image.cacheKey());
+        if (known == encoded.end())
             known = encoded.insert(image.cacheKey(), m_keepsImagesInline
                                                          ? PictureCodec::encode(image)
                                                          : m_imageStore.add(image).toLatin1());
@@ -80,8 +80,8 @@ void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QSt
         QJsonArray elements;
         QHash<qint64, QJsonValue> encoded;
         for (const QImage &image : std::as_const(images)) {
-            auto known = encoded.constFind(image.cacheKey());
-            if (known == encoded.constEnd())
+            auto known = encoded.find(image.cacheKey());
+            if (known == encoded.end())
                 known = encoded.insert(image.cacheKey(), jsonImage(image));
             elements.append(*known);
         }

@@ -14,13 +14,14 @@ QStringList textOf(const Plugin &plugin, const OpenedFile &opened)
 {
     if (opened.isDocument)
         return documentLines(plugin, *opened.document);
-    return infoLines(summarise(plugin, *opened.objects().first()), opened.gif);
+    return infoLines(summarise(plugin, *opened.objects().constFirst()), opened.gif);
 }
 
 QJsonObject jsonOf(const Plugin &plugin, const OpenedFile &opened)
 {
-    QJsonObject json = opened.isDocument ? documentInfo(plugin, *opened.document)
-                                         : toJson(summarise(plugin, *opened.objects().first()));
+    QJsonObject json = opened.isDocument
+                           ? documentInfo(plugin, *opened.document)
+                           : toJson(summarise(plugin, *opened.objects().constFirst()));
     if (opened.gif) {
         json[QStringLiteral("shortestDelayMs")] = opened.gif->shortestDelay;
         json[QStringLiteral("longestDelayMs")] = opened.gif->longestDelay;

@@ -50,7 +50,7 @@ void run(const QCommandLineParser &line)
     if (opened.isDocument)
         throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
                                            "wanted here")};
-    const AnimatedObject object(*opened.objects().first());
+    const AnimatedObject object(*opened.objects().constFirst());
     if (object.intervalMs() <= 0)
         throw Failure{
             path,

@@ -14,7 +14,7 @@ struct Snapshot {
         , commands(Framework::instance().undoStack()->count())
         , heard(stage.log.entries())
     {
-        for (const CAnimatedPortrait &frame : stage.probe.frames()) {
+        for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames())) {
             names.append(frame.name);
             images.append(frame.image);
             sizes.append(frame.size);

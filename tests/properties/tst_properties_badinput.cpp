@@ -117,7 +117,8 @@ void TestPropertiesBadInput::cleanupTestCase()
 void TestPropertiesBadInput::addRequests()
 {
     QTest::addColumn<KnownRequest>("request");
-    for (const KnownRequest &request : knownRequests(m_file, m_other->image)) {
+    const auto requests = knownRequests(m_file, m_other->image);
+    for (const KnownRequest &request : requests) {
         const char *direction = request.direction == KnownRequest::Get ? "get" : "set";
         QTest::addRow("%s %d", direction, request.id) << request;
     }

@@ -43,7 +43,7 @@ const QString shown = QStringLiteral("changed 1002");
 QString order(Stage &stage)
 {
     QString letters;
-    for (const CAnimatedPortrait &frame : stage.probe.frames())
+    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
         letters += frame.name;
     return letters;
 }
@@ -80,7 +80,7 @@ void TestPropertiesEditing::aFrameTakesAnyName_data()
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("taken");
-    QTest::addRow("empty") << 0 << QStringLiteral("") << true;
+    QTest::addRow("empty") << 0 << QString() << true;
     QTest::addRow("that of another") << 0 << QStringLiteral("b") << true;
     QTest::addRow("a million letters") << 2 << QString(1000000, QLatin1Char('x')) << true;
     QTest::addRow("index -1") << -1 << QStringLiteral("z") << false;

@@ -173,7 +173,8 @@ void TestPropertiesGuide::requestsAreKnownForAllOfThem()
 {
     QStringList known;
     Stage other;
-    for (const KnownRequest &request : knownRequests(QString(), other.image))
+    const auto requests = knownRequests(QString(), other.image);
+    for (const KnownRequest &request : requests)
         known.append(row(request.direction, request.id));
     QCOMPARE(differences(handledRows(), known), QStringList());
 }

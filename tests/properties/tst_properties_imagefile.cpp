@@ -98,7 +98,7 @@ void TestPropertiesImageFile::aFrameIsNamedAfterItsFile_data()
     QTest::addRow("a percent sign")
         << QByteArray("%1.png") << QStringLiteral("%1") << QStringLiteral("%1_1");
     QTest::addRow("nothing before the dot")
-        << QByteArray(".png") << QStringLiteral("x") << QStringLiteral("");
+        << QByteArray(".png") << QStringLiteral("x") << QString();
 }
 
 void TestPropertiesImageFile::aFrameIsNamedAfterItsFile()

@@ -27,7 +27,7 @@ constexpr int moveFrame = 5015;
 QString order(Stage &stage)
 {
     QString letters;
-    for (const CAnimatedPortrait &frame : stage.probe.frames())
+    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
         letters += frame.name;
     return letters;
 }

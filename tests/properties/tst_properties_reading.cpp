@@ -62,7 +62,7 @@ void TestPropertiesReading::aNameIsAnsweredOverItsIndex()
     QFETCH(QByteArray, answer);
     Stage stage(solidFrames({{4, 4}, {4, 4}, {4, 4}}));
     stage.probe.frame(1).name = QStringLiteral(u"\u00e9\u65e5");
-    stage.probe.frame(2).name = QStringLiteral("");
+    stage.probe.frame(2).name = QLatin1String("");
     Request request(QByteArray::fromHex(input));
     request.from(3);
 
