@@ -2,7 +2,7 @@
 //
 // Draws every costume of each package with the official renderer and compares the stage with the
 // pictures in the package: what would be shifted in colour, too large for a texture or misplaced is
-// noticed. Sprites must have the size 100 and the direction 90. Status 77: no Chromium here.
+// noticed. Sprites are drawn unturned and at their full size. Status 77: no Chromium here.
 import { openPackage } from './package-file.mjs';
 import { decodePng } from './picture.mjs';
 import { compareDrawn, drawCostumes } from './rendering-checks.mjs';

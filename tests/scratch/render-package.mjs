@@ -2,7 +2,8 @@
 //
 // Draws each package with the official renderer and writes the stage as a PNG. --costume lets one
 // sprite (by name) show one of its costumes (from 0). --each draws every costume of every sprite by
-// itself, and writes OUT-001.png, OUT-002.png and so on. Status 77: there is no Chromium here.
+// itself, unturned and at full size, and writes OUT-001.png, OUT-002.png and so on. Status 77: there
+// is no Chromium here.
 import { parseArgs } from 'node:util';
 import { writePicture } from './picture.mjs';
 import { pixelForPixel, StageBrowser } from './stage-browser.mjs';

@@ -74,7 +74,7 @@ export class StageBrowser {
         await this.#page.evaluate(([w, h]) => window.stage.resize(w, h), [width, height]);
     }
 
-    /** Hides all other sprites. */
+    /** Hides all other sprites; this one is shown unturned and at its full size. */
     async showAlone(sprite) {
         await this.#page.evaluate(index => window.stage.showAlone(index), sprite);
     }

@@ -42,9 +42,11 @@ class Stage {
         this.#sprites[sprite].setCostume(costume);
     }
 
-    /** Hides every sprite but this one. */
+    /** Hides every sprite but this one, which is shown unturned and at its full size. */
     showAlone(sprite) {
         this.#sprites.forEach((other, index) => other.setVisible(index === sprite));
+        this.#sprites[sprite].setDirection(90);
+        this.#sprites[sprite].setSize(100);
     }
 
     /** The pixels of the stage as base64 text: RGBA, from the lowest row to the highest. */

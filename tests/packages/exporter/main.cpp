@@ -116,18 +116,25 @@ void makeOfNames(PackageMaker &maker, const Plugin &plugin)
                  QStringLiteral("_stage_ sprite")}});
 }
 
-void makeOfPage(PackageMaker &maker, const Plugin &plugin, const QDir &samples)
+/// Pages with three films, and each page as flipbook paints it with two pixels for each unit.
+void makeOfPages(PackageMaker &maker, const Plugin &plugin, const QDir &samples)
 {
-    const QString page = maker.path(QStringLiteral("page.flipbook"));
-    PackageDocuments::writeThreeObjects(plugin, samples, page);
-    maker.make({page, QStringLiteral("page.sb3"), {}});
-    for (int object = 0; object < 3; ++object)
-        maker.make({page, QStringLiteral("page-%1.sprite3").arg(object + 1), {}, object});
-    for (const char *scale : {"1", "2"})
-        runFlipbook({QStringLiteral("render"), page, QStringLiteral("--scale"),
-                     QLatin1String(scale), QStringLiteral("-o"),
-                     maker.path(QStringLiteral("page-x%1.png").arg(QLatin1String(scale)))});
+    const QVector<QPair<QString, double>> pages{{QStringLiteral("upright"), 0.0},
+                                                {QStringLiteral("turned"), 30.0}};
+    for (const auto &[name, degrees] : pages) {
+        const QString page = maker.path(name + QLatin1String(".flipbook"));
+        PackageDocuments::writeThreeObjects(plugin, samples, degrees, page);
+        maker.make({page, name + QLatin1String(".sb3"), {}});
+        for (int object = 0; object < 3; ++object)
+            maker.make(
+                {page, QStringLiteral("%1-%2.sprite3").arg(name).arg(object + 1), {}, object});
+        runFlipbook({QStringLiteral("render"), page, QStringLiteral("--scale"), QStringLiteral("2"),
+                     QStringLiteral("-o"), maker.path(name + QLatin1String(".png"))});
+    }
+}
 
+void makeOfGap(PackageMaker &maker)
+{
     const QString gap = maker.path(QStringLiteral("gap"));
     PackageDocuments::writeFolderWithGap(QDir(gap));
     makeBoth(maker, gap, QStringLiteral("gap"));
@@ -163,7 +170,8 @@ int run(const QStringList &arguments)
         makeOfSamples(maker, films);
         makeOfPlaying(maker, films);
         makeOfNames(maker, plugin);
-        makeOfPage(maker, plugin, films);
+        makeOfPages(maker, plugin, films);
+        makeOfGap(maker);
     }
     std::printf("%d packages are what their objects show\n", maker.count());
     return status;

@@ -33,7 +33,8 @@ void arrange(CBaseObject &object, const QPointF &pos, const QSizeF &size, double
 
 } // namespace
 
-void writeThreeObjects(const Plugin &plugin, const QDir &samples, const QString &path)
+void writeThreeObjects(const Plugin &plugin, const QDir &samples, double degrees,
+                       const QString &path)
 {
     runFlipbook({QStringLiteral("new"), path, QStringLiteral("--force"), QStringLiteral("--add"),
                  samples.filePath(QStringLiteral("walk.gif")),
@@ -48,7 +49,7 @@ void writeThreeObjects(const Plugin &plugin, const QDir &samples, const QString 
     page.setPageRect(QRectF(0, 0, 960, 720));
     const QList<CBaseObject *> objects = page.objects();
     arrange(*objects.at(0), QPointF(60, 420), QSizeF(240, 240), 0.0);
-    arrange(*objects.at(1), QPointF(600.5, 100), QSizeF(168, 210), 30.0);
+    arrange(*objects.at(1), QPointF(600.5, 100), QSizeF(168, 210), degrees);
     arrange(*objects.at(2), QPointF(700, 560), QSizeF(128, 132), 0.0);
     saveDocument(*loaded.document, path);
 }

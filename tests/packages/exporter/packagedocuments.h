@@ -9,9 +9,10 @@ namespace PackageDocuments
 {
 
 /// A page of 960 x 720 with three films of @p samples at different places: a walk, mirrored and
-/// enlarged; a pinwheel, mirrored, enlarged, turned by 30 degrees and placed on fractions of a
+/// enlarged; a pinwheel, mirrored, enlarged, turned by @p degrees and placed on fractions of a
 /// unit; and an owl as it is.
-void writeThreeObjects(const Plugin &plugin, const QDir &samples, const QString &path);
+void writeThreeObjects(const Plugin &plugin, const QDir &samples, double degrees,
+                       const QString &path);
 
 /// One film whose frames have the names that are given.
 void writeNamedFrames(const Plugin &plugin, const QStringList &names, const QString &path);
