@@ -55,6 +55,12 @@ void place(Sprite &sprite, const QPointF &exact)
         costume.rotationCenter -= shift;
 }
 
+/// Whether the PNG file @p bytes was written to its end; on a full disk it was not.
+bool isComplete(const QByteArray &bytes)
+{
+    return bytes.endsWith(QByteArray::fromHex("49454e44ae426082"));
+}
+
 /// A costume as its description and its file in @p folder give it.
 Costume readCostume(const QJsonObject &json, const QString &folder, const QString &objectName)
 {
@@ -63,9 +69,10 @@ Costume readCostume(const QJsonObject &json, const QString &folder, const QStrin
     costume.rotationCenter = QPointF(json.value(QLatin1String("rotationCenterX")).toDouble(),
                                      json.value(QLatin1String("rotationCenterY")).toDouble());
     QFile file(folder + json.value(QLatin1String("md5ext")).toString());
-    if (costume.digest.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (!costume.digest.isEmpty() && file.open(QIODevice::ReadOnly))
+        costume.png = file.readAll();
+    if (!isComplete(costume.png))
         throw Failure{objectName, QStringLiteral("its costumes could not be written")};
-    costume.png = file.readAll();
     return costume;
 }
 
