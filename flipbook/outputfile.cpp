@@ -9,6 +9,24 @@
 #include <QtCore/QSaveFile>
 #include <QtGui/QImageWriter>
 
+namespace
+{
+
+/// A disk that fills up takes a part; only the next write says why it took no more.
+bool isAllWritten(QIODevice &device, const QByteArray &bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const qint64 written = device.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return true;
+}
+
+} // namespace
+
 void checkOutput(const QString &path, const QStringList &inputs)
 {
     for (const QString &input : inputs) {
@@ -38,7 +56,9 @@ void writePng(const QString &path, const QImage &image)
 void writeFile(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    // A buffer would be flushed by commit(), which does not notice when that fails.
+    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    if (!isOpen || !isAllWritten(file, bytes) || !file.commit())
         throw Failure{path, QStringLiteral("cannot be written: ") + file.errorString()};
 }
 
