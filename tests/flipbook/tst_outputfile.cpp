@@ -1,0 +1,83 @@
+#include "flipbook/failure.h"
+#include "flipbook/outputfile.h"
+#include "tests/flipbook/documentfixture.h"
+
+#include <QtTest/QTest>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+namespace
+{
+
+/// No file can grow beyond @p bytes while this lives, as on a disk that is full.
+class SmallDisk
+{
+public:
+    explicit SmallDisk(rlim_t bytes)
+    {
+        // Writing is refused with an error then, not with a signal.
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
+private:
+    Q_DISABLE_COPY(SmallDisk)
+    rlimit m_before{};
+};
+
+} // namespace
+
+class TestOutputFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFullDiskIsNoticed_data()
+    {
+        QTest::addColumn<int>("room");
+        QTest::addColumn<int>("size");
+        QTest::newRow("a single byte") << 0 << 1;
+        QTest::newRow("what a buffer would hold") << 1000 << 1001;
+        QTest::newRow("much") << 100000 << 200000;
+    }
+
+    void aFullDiskIsNoticed()
+    {
+        QFETCH(int, room);
+        QFETCH(int, size);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("out"));
+        writeBytes(path, "kept");
+        QString reason;
+        try {
+            const SmallDisk disk{rlim_t(room)};
+            writeFile(path, QByteArray(size, 'x'));
+        } catch (const Failure &failure) {
+            reason = failure.reason;
+        }
+        QCOMPARE(reason, QStringLiteral("cannot be written: File too large"));
+        QCOMPARE(bytesOf(path), QByteArray("kept"));
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList(QStringLiteral("out")));
+    }
+
+    void whatFitsIsWritten()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("out"));
+        const QByteArray bytes(1000, 'x');
+        {
+            const SmallDisk disk{1000};
+            writeFile(path, bytes);
+        }
+        QCOMPARE(bytesOf(path), bytes);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestOutputFile)
+#include "tst_outputfile.moc"
