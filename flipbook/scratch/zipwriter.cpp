@@ -25,6 +25,9 @@ void ZipWriter::add(const QString &name, const QByteArray &bytes)
     if (m_archive->names.contains(name))
         return;
     m_archive->names.insert(name);
+    // Pictures are compressed already; a second time takes long and gains nothing.
+    const bool isPicture = name.endsWith(QLatin1String(".png"));
+    m_archive->zip.setCompression(isPicture ? KZip::NoCompression : KZip::DeflateCompression);
     constexpr mode_t permissions = 0100644;
     const QDateTime date(QDate(2000, 1, 1), QTime(0, 0), Qt::UTC);
     m_archive->zip.writeFile(name, bytes, permissions, QString(), QString(), date, date, date);

@@ -40,7 +40,8 @@ ObjectState objectIn(const Plugin &plugin, const QString &path, int number)
     CBaseObject &base = *opened.objects().at(number - 1);
     const AnimatedObject object(base);
     ObjectState state;
-    for (const auto &frame : plugin.frames(base)) {
+    const auto frames = plugin.frames(base);
+    for (const auto &frame : frames) {
         state.frames.append(frameText(frame.first, frame.second));
         state.pixels.append(frame.second.cacheKey());
     }

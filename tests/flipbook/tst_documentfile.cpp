@@ -97,7 +97,7 @@ void TestDocumentFile::aSavedDocumentComesBack()
     const Page &page = *loaded.document->pages().first();
     QCOMPARE(page.pageRect(), QRectF(0, 0, 200, 100));
     QCOMPARE(page.objects().size(), 1);
-    CBaseObject &object = *page.objects().first();
+    CBaseObject &object = *page.objects().constFirst();
     QCOMPARE(object.objectId(), 7);
     QCOMPARE(object.getPos(), QPointF(10, 20));
     QCOMPARE(object.getSize(), QSizeF(4, 3));
@@ -128,7 +128,8 @@ void TestDocumentFile::eachPictureIsKeptOnce()
     saveDocument(*document, path);
     QCOMPARE(document->imageStore().digests().size(), 2);
     // Named once beside its bytes and once in the archive's directory.
-    for (const QString &digest : document->imageStore().digests())
+    const auto digests = document->imageStore().digests();
+    for (const QString &digest : digests)
         QCOMPARE(bytesOf(path).count("pictures/" + digest.toLatin1()), 2);
 }
 
@@ -142,9 +143,9 @@ void TestDocumentFile::layersComeBack()
     const LoadedDocument loaded = load(path);
     const Page &read = *loaded.document->pages().first();
     QCOMPARE(read.objects().size(), 2);
-    QCOMPARE(read.objects().first()->objectId(), 8);
-    QVERIFY(read.placeOf(read.objects().first()).layer == Page::Layer::Background);
-    QVERIFY(read.placeOf(read.objects().last()).layer == Page::Layer::Normal);
+    QCOMPARE(read.objects().constFirst()->objectId(), 8);
+    QVERIFY(read.placeOf(read.objects().constFirst()).layer == Page::Layer::Background);
+    QVERIFY(read.placeOf(read.objects().constLast()).layer == Page::Layer::Normal);
 }
 
 void TestDocumentFile::aFileCutAtAnyByteIsNeverHalfLoaded()

@@ -218,7 +218,7 @@ void TestEditRefusals::wrongUsageIsToldBeforeAnythingIsRead()
 {
     QFETCH(QString, operation);
     QFETCH(QString, message);
-    const QString first = QStringLiteral("flipbook: %1\n").arg(expanded({message}).first());
+    const QString first = QStringLiteral("flipbook: %1\n").arg(expanded({message}).constFirst());
     const QString second = QStringLiteral("flipbook: see 'flipbook edit --help'\n");
     const FlipbookRun run = edit(operation.split(QLatin1Char(' ')));
     QCOMPARE(run.err, first + second);

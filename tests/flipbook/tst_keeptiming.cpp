@@ -267,7 +267,7 @@ void TestKeepTiming::repeatsAvoidNamesThatAreTaken()
 {
     const std::unique_ptr<Document> document = m_fixture->document({Qt::red, Qt::green, Qt::blue});
     Page &page = *document->pages().first();
-    CBaseObject &object = *page.objects().first();
+    CBaseObject &object = *page.objects().constFirst();
     FrameEditor editor(object);
     editor.rename(1, QStringLiteral("cat"));
     editor.rename(2, QStringLiteral("cat (3)"));
@@ -276,7 +276,8 @@ void TestKeepTiming::repeatsAvoidNamesThatAreTaken()
         repeatFrames(m_fixture->plugin(), page, object, {40, {3, 2, 2}}, QStringLiteral("film"));
     QCOMPARE(page.objects(), QList<CBaseObject *>{repeated});
     QStringList names;
-    for (const auto &frame : m_fixture->plugin().frames(*repeated))
+    const auto frames = m_fixture->plugin().frames(*repeated);
+    for (const auto &frame : frames)
         names << frame.first;
     QCOMPARE(names, QStringList({QStringLiteral("cat"), QStringLiteral("cat (2)"),
                                  QStringLiteral("cat (4)"), QStringLiteral("cat (3)"),
@@ -289,11 +290,12 @@ void TestKeepTiming::framesBeyondThePlanStaySingle()
 {
     const std::unique_ptr<Document> document = m_fixture->document({Qt::red, Qt::green, Qt::blue});
     Page &page = *document->pages().first();
-    const QPointF place = page.objects().first()->getPos();
-    CBaseObject *repeated = repeatFrames(m_fixture->plugin(), page, *page.objects().first(),
+    const QPointF place = page.objects().constFirst()->getPos();
+    CBaseObject *repeated = repeatFrames(m_fixture->plugin(), page, *page.objects().constFirst(),
                                          {40, {2}}, QStringLiteral("film"));
     QList<QRgb> colours;
-    for (const auto &frame : m_fixture->plugin().frames(*repeated))
+    const auto frames = m_fixture->plugin().frames(*repeated);
+    for (const auto &frame : frames)
         colours << frame.second.pixel(0, 0);
     QCOMPARE(colours, QList<QRgb>({0xffff0000, 0xffff0000, 0xff00ff00, 0xff0000ff}));
     QCOMPARE(repeated->getPos(), place);

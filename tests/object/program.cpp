@@ -20,7 +20,8 @@ QStringList linesOf(const QString &program, const QStringList &arguments)
         return {};
     }
     QStringList lines;
-    for (const QByteArray &line : process.readAllStandardOutput().split('\n')) {
+    const auto printed = process.readAllStandardOutput().split('\n');
+    for (const QByteArray &line : printed) {
         const QString text = QString::fromUtf8(line).trimmed();
         if (!text.isEmpty())
             lines.append(text);

@@ -14,8 +14,9 @@ QStringList fieldsOf(const QString &className)
     const QRegularExpression field(QStringLiteral(
         "^(?:class |struct )?(\\S+) (\\*?)\\s*(\\w+);\\s*/\\*\\s*(\\d+)\\s+\\d+ \\*/$"));
     QMap<int, QString> byPlace;
-    for (const QString &line : linesOf(QStringLiteral("pahole"), {QStringLiteral("-C"), className,
-                                                                  QStringLiteral(PLUGIN_FILE)})) {
+    const auto lines = linesOf(QStringLiteral("pahole"),
+                               {QStringLiteral("-C"), className, QStringLiteral(PLUGIN_FILE)});
+    for (const QString &line : lines) {
         const QRegularExpressionMatch match = field.match(line.simplified());
         if (match.hasMatch()) {
             byPlace.insert(match.captured(4).toInt(), match.captured(1) + match.captured(2) +

@@ -17,7 +17,8 @@ QStringList dynamicEntries(const QString &kind)
 {
     const QRegularExpression entry(QStringLiteral("\\(%1\\).*\\[(.+)\\]").arg(kind));
     QStringList values;
-    for (const QString &line : linesOf(QStringLiteral("readelf"), {QStringLiteral("-d"), plugin})) {
+    const auto lines = linesOf(QStringLiteral("readelf"), {QStringLiteral("-d"), plugin});
+    for (const QString &line : lines) {
         const QRegularExpressionMatch match = entry.match(line);
         if (match.hasMatch())
             values.append(match.captured(1));
@@ -47,7 +48,8 @@ QMap<QString, QString> libraryPaths()
 {
     const QRegularExpression line(QStringLiteral("^(?:(\\S+) => )?(/\\S+) \\(0x"));
     QMap<QString, QString> paths;
-    for (const QString &text : linesOf(QStringLiteral("ldd"), {plugin})) {
+    const auto lines = linesOf(QStringLiteral("ldd"), {plugin});
+    for (const QString &text : lines) {
         const QRegularExpressionMatch match = line.match(text);
         if (match.hasMatch())
             paths.insert(QFileInfo(match.captured(2)).fileName(), match.captured(2));
@@ -62,7 +64,8 @@ QStringList symbols(const QStringList &options, const QString &library, const QS
 {
     const QRegularExpression line(QStringLiteral("^(?:[0-9a-f]+ )?(\\w) (.+)$"));
     QStringList names;
-    for (const QString &text : linesOf(QStringLiteral("nm"), options + QStringList({library}))) {
+    const auto lines = linesOf(QStringLiteral("nm"), options + QStringList({library}));
+    for (const QString &text : lines) {
         const QRegularExpressionMatch match = line.match(text);
         if (match.hasMatch() && (type.isEmpty() || match.captured(1) == type))
             names.append(match.captured(2).section(QLatin1Char('@'), 0, 0));
@@ -160,7 +163,8 @@ void TestObjectSymbols::whatItLacksIsProvidedByTheAllowedLibraries()
     for (auto it = paths.cbegin(); it != paths.cend(); ++it) {
         if (!isAllowed(it.key()))
             continue;
-        for (const QString &name : defined(it.value()))
+        const auto names = defined(it.value());
+        for (const QString &name : names)
             provided.insert(name);
     }
     QVERIFY(provided.size() > 1000);
@@ -181,9 +185,9 @@ void TestObjectSymbols::whatItTakesFromTheHostIsInTheList()
         symbols({QStringLiteral("-D"), QStringLiteral("-C"), QStringLiteral("--undefined-only")},
                 plugin, QStringLiteral("U"));
     QStringList taken;
-    for (const QString &name :
-         symbols({QStringLiteral("-D"), QStringLiteral("-C"), QStringLiteral("--defined-only")},
-                 framework)) {
+    const auto names = symbols(
+        {QStringLiteral("-D"), QStringLiteral("-C"), QStringLiteral("--defined-only")}, framework);
+    for (const QString &name : names) {
         if (lacking.contains(name))
             taken.append(name);
     }

@@ -235,7 +235,8 @@ void TestPlaybackIndex::theAngleIsThatOfAFreelyTurningObjectOnly()
     QFETCH(int, rotateType);
     PlacedImage image;
     AnimatedImageProbe probe(image);
-    for (const QImage &picture : threeFrames())
+    const auto pictures = threeFrames();
+    for (const QImage &picture : pictures)
         probe.frames().append({QStringLiteral("f"), picture});
     image.setSize(QSizeF(10.0, 20.0), false, false);
     image.setPos(QPointF(100.0, 200.0), false);

@@ -11,7 +11,10 @@ const QString moved = QStringLiteral("changed 104");
 const QString postedFalse =
     QStringLiteral(R"(posted 100 0 {"settings":[{"id":"idImagePlay","value":"false"}]} -1)");
 /// What a tick tells that shows another frame, beside the tick's own notification.
-const QStringList anotherFrame{moved, moved, changed};
+QStringList anotherFrame()
+{
+    return {moved, moved, changed};
+}
 
 constexpr int background = 1;
 
@@ -82,7 +85,7 @@ void TestPlaybackTicks::aTickShowsTheNextFrameAndTellsTwice()
     stage.probe.tick();
     QCOMPARE(stage.probe.runningIndex(), 1);
     QCOMPARE(stage->getSize(), QSizeF(20.0, 10.0));
-    QCOMPARE(stage.log.entries(), anotherFrame + QStringList({changed}));
+    QCOMPARE(stage.log.entries(), anotherFrame() + QStringList({changed}));
 }
 
 void TestPlaybackTicks::playedOnceItRestsOnTheLastFrame()
@@ -156,8 +159,8 @@ void TestPlaybackTicks::theLastTickStopsAndRestsInThisOrder()
     framesOfTicks(stage, 2);
     stage.log.clear();
     stage.probe.tick();
-    const QStringList rewound = anotherFrame + QStringList({changed, postedFalse});
-    const QStringList rests = anotherFrame + QStringList({changed});
+    const QStringList rewound = anotherFrame() + QStringList({changed, postedFalse});
+    const QStringList rests = anotherFrame() + QStringList({changed});
     QCOMPARE(stage.log.entries(), rewound + rests);
 }
 

@@ -21,7 +21,8 @@ QList<QImage> sharedFrames()
 QList<QImage> separateFrames()
 {
     QList<QImage> frames;
-    for (const QImage &frame : sharedFrames())
+    const auto pictures = sharedFrames();
+    for (const QImage &frame : pictures)
         frames.append(frame.copy());
     return frames;
 }

@@ -26,9 +26,11 @@ Points ellipses(double side, const QList<QPointF> &corners)
 }
 
 /// The handles of an object of 100 x 50 at a handle size of 4: discs of diameter 12.
-const QList<QPointF> handlesOf100x50{{-6.0, -6.0}, {44.0, -6.0}, {94.0, -6.0}, {-6.0, 19.0},
-                                     {94.0, 19.0}, //
-                                     {-6.0, 44.0}, {44.0, 44.0}, {94.0, 44.0}, {44.0, -14.0}};
+QList<QPointF> handlesOf100x50()
+{
+    return {{-6.0, -6.0}, {44.0, -6.0}, {94.0, -6.0}, {-6.0, 19.0}, {94.0, 19.0}, //
+            {-6.0, 44.0}, {44.0, 44.0}, {94.0, 44.0}, {44.0, -14.0}};
+}
 
 } // namespace
 
@@ -55,7 +57,7 @@ void TestShape::whileEditedItIsTheFrameAndNineHandles()
     Stage stage({Pictures::solid(100, 50, Qt::red)});
     stage.probe.handleSize() = 4.0;
     const Points frame{{0.0, 0.0}, {99.0, 0.0}, {99.0, 50.0}, {0.0, 50.0}, {0.0, 0.0}};
-    QCOMPARE(pointsOf(stage->shape()), frame + ellipses(12.0, handlesOf100x50));
+    QCOMPARE(pointsOf(stage->shape()), frame + ellipses(12.0, handlesOf100x50()));
     QCOMPARE(stage->shape().fillRule(), Qt::WindingFill);
 }
 
@@ -125,7 +127,7 @@ void TestShape::aRectangleThatBeginsElsewhereMovesTheRotationHandleAlone()
     Stage stage;
     stage.probe.handleSize() = 4.0;
     stage.probe.rect() = QRectF(3.0, 7.0, 100.0, 50.0);
-    QList<QPointF> corners = handlesOf100x50;
+    QList<QPointF> corners = handlesOf100x50();
     corners.last() = QPointF(50.0 + 3.0 - 6.0, 7.0 - 8.0 - 6.0);
     QCOMPARE(pointsOf(stage->shape()), ellipses(12.0, corners));
 }
@@ -170,7 +172,7 @@ void TestShape::withoutAFrameThereAreTheHandlesOnly()
     stage.probe.rect() = QRectF(0.0, 0.0, 100.0, 50.0);
     stage.probe.handleSize() = 4.0;
     stage.probe.runningIndex() = index;
-    QCOMPARE(pointsOf(stage->shape()), ellipses(12.0, handlesOf100x50));
+    QCOMPARE(pointsOf(stage->shape()), ellipses(12.0, handlesOf100x50()));
     stage.document.setAlternateMode(1);
     QCOMPARE(stage->shape().elementCount(), 0);
 }
