@@ -2,12 +2,12 @@
 
 #include "flipbook/crc32.h"
 #include "flipbook/failure.h"
+#include "flipbook/outputfile.h"
 #include "flipbook/sourcefile.h"
+#include "flipbook/zipwriter.h"
 
 #include <KArchive/KZip>
-#include <QtCore/QDateTime>
 #include <QtCore/QFileInfo>
-#include <QtCore/QTimeZone>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -58,14 +58,6 @@ void syncFolderOf(const QString &path)
         return;
     ::fsync(descriptor);
     ::close(descriptor);
-}
-
-bool addFile(KZip &zip, const QString &name, const QByteArray &bytes)
-{
-    constexpr mode_t regularFile = 0100644;
-    // The day with which the calendar of zip archives begins.
-    static const QDateTime day(QDate(1980, 1, 1), QTime(0, 0), QTimeZone::utc());
-    return zip.writeFile(name, bytes, regularFile, QString(), QString(), day, day, day);
 }
 
 } // namespace
@@ -123,18 +115,10 @@ QByteArray DocumentArchive::picture(const QString &digest, qint64 most) const
 void DocumentArchive::write(const QString &path, const QByteArray &json,
                             const QMap<QString, QByteArray> &pictures)
 {
-    // Given a name, the archive is written beside it and takes the name when it is complete.
-    KZip zip(path);
-    const auto fail = [&zip, &path] {
-        throw Failure{path, QStringLiteral("cannot be written: ") + zip.errorString()};
-    };
-    if (!zip.open(QIODevice::WriteOnly))
-        fail();
-    bool isWritten = addFile(zip, jsonName(), json);
-    zip.setCompression(KZip::NoCompression);
-    for (auto picture = pictures.begin(); isWritten && picture != pictures.end(); ++picture)
-        isWritten = addFile(zip, pictureName(picture.key()), picture.value());
-    if (!isWritten || !zip.close())
-        fail();
+    ZipWriter zip;
+    zip.add(jsonName(), json);
+    for (auto picture = pictures.begin(); picture != pictures.end(); ++picture)
+        zip.add(pictureName(picture.key()), picture.value());
+    writeFile(path, zip.finished());
     syncFolderOf(path);
 }

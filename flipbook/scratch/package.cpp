@@ -2,7 +2,7 @@
 
 #include "flipbook/scratch/packagejson.h"
 #include "flipbook/scratch/picture.h"
-#include "flipbook/scratch/zipwriter.h"
+#include "flipbook/zipwriter.h"
 
 #include <QtCore/QJsonDocument>
 

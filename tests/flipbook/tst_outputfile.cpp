@@ -1,3 +1,4 @@
+#include "flipbook/documentfile.h"
 #include "flipbook/failure.h"
 #include "flipbook/outputfile.h"
 #include "tests/flipbook/documentfixture.h"
@@ -66,6 +67,32 @@ private Q_SLOTS:
                  QStringList(QStringLiteral("out")));
     }
 
+    void aDiskThatIsFullAtAnyByteKeepsTheOldDocument()
+    {
+        const DocumentFixture fixture;
+        const auto before = fixture.document({Qt::red});
+        const auto after = fixture.document({Qt::green, Qt::blue});
+        const QString path = fixture.path(QStringLiteral("doc.flipbook"));
+        saveDocument(*after, path);
+        const QByteArray whole = bytesOf(path);
+        saveDocument(*before, path);
+        const QByteArray kept = bytesOf(path);
+        for (int room = 0; room < whole.size(); ++room) {
+            bool isRefused = false;
+            try {
+                const SmallDisk disk{rlim_t(room)};
+                saveDocument(*after, path);
+            } catch (const Failure &) {
+                isRefused = true;
+            }
+            QVERIFY2(isRefused, qPrintable(QString::number(room)));
+            QVERIFY2(bytesOf(path) == kept, qPrintable(QString::number(room)));
+        }
+        const SmallDisk disk{rlim_t(whole.size())};
+        saveDocument(*after, path);
+        QCOMPARE(bytesOf(path), whole);
+    }
+
     void whatFitsIsWritten()
     {
         const QTemporaryDir folder;
@@ -79,5 +106,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestOutputFile)
+QTEST_MAIN(TestOutputFile)
 #include "tst_outputfile.moc"

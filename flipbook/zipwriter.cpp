@@ -1,4 +1,4 @@
-#include "flipbook/scratch/zipwriter.h"
+#include "flipbook/zipwriter.h"
 
 #include <KZip>
 
@@ -29,7 +29,8 @@ void ZipWriter::add(const QString &name, const QByteArray &bytes)
     const bool isPicture = name.endsWith(QLatin1String(".png"));
     m_archive->zip.setCompression(isPicture ? KZip::NoCompression : KZip::DeflateCompression);
     constexpr mode_t permissions = 0100644;
-    const QDateTime date(QDate(2000, 1, 1), QTime(0, 0), Qt::UTC);
+    // The day with which the calendar of zip archives begins.
+    const QDateTime date(QDate(1980, 1, 1), QTime(0, 0), Qt::UTC);
     m_archive->zip.writeFile(name, bytes, permissions, QString(), QString(), date, date, date);
 }
 
