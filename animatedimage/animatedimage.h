@@ -217,6 +217,7 @@ private:
     SavedFrames restoreOtherParams();
     void rebuildFrames(const SavedFrames &saved);
     void finishLoading();
+    void finishTakingOver();
 
     // attributes.cpp
     void saveEditingState();

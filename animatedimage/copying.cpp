@@ -2,7 +2,6 @@
 #include "animatedimage/liveobjects.h"
 #include "animatedimage/requests.h"
 
-#include <QtCore/QPointer>
 
 void CAnimatedImage::copyFrom(QDataStream &stream)
 {
@@ -37,15 +36,5 @@ void CAnimatedImage::takeOver(CAnimatedImage &other)
     m_flip = other.m_flip;
     m_loopCount = other.m_loopCount;
     m_isRunning = other.m_isRunning;
-    if (isBackgroundType() && !m_portraits.isEmpty())
-        generateBGImage(m_runningIndex);
-
-    m_rectStale = true;
-    const QPointer<CAnimatedImage> self(this);
-    updateAfterObjRectChanged(GetGraphicsItemPtr(), true);
-    if (self && m_isRunning) {
-        // Playback restarts on this object's own timer.
-        m_isRunning = false;
-        playImage(true);
-    }
+    finishTakingOver();
 }

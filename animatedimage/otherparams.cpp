@@ -71,12 +71,19 @@ void CAnimatedImage::rebuildFrames(const SavedFrames &saved)
 void CAnimatedImage::finishLoading()
 {
     updateRegion(true);
+    finishTakingOver();
+}
+
+/// What follows a new state as a whole, read or copied: the host learns of the place, and playback
+/// goes on by this object's own timer. A loaded object is stopped, unless the host has started it
+/// meanwhile.
+void CAnimatedImage::finishTakingOver()
+{
     if (isBackgroundType() && !m_portraits.isEmpty())
         generateBGImage(m_runningIndex);
     m_rectStale = true;
     const QPointer<CAnimatedImage> self(this);
     updateAfterObjRectChanged(GetGraphicsItemPtr(), true);
-    // A loaded object is stopped, unless the host has started it meanwhile.
     if (self && m_isRunning) {
         m_isRunning = false;
         playImage(true);

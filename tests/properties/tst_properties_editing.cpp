@@ -1,4 +1,5 @@
 #include "tests/properties/answerbytes.h"
+#include "tests/properties/letters.h"
 #include "tests/support/pictures.h"
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
@@ -39,22 +40,7 @@ constexpr int deleteFrame = 5009;
 const QString geometry = QStringLiteral("changed 104");
 const QString shown = QStringLiteral("changed 1002");
 
-/// The letters of the names of all frames.
-QString order(Stage &stage)
-{
-    QString letters;
-    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
-        letters += frame.name;
-    return letters;
-}
-
-void addFrames(Stage &stage, const char *letters)
-{
-    const QString names = QString::fromLatin1(letters);
-    for (const QChar &name : names)
-        stage.addFrame(name, Pictures::solid(4, 4, Qt::red));
-    stage.log.clear();
-}
+using namespace Letters;
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "tests/properties/answerbytes.h"
+#include "tests/properties/letters.h"
 #include "tests/support/pictures.h"
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
@@ -23,22 +24,7 @@ namespace
 
 constexpr int moveFrame = 5015;
 
-/// The letters of the names of all frames.
-QString order(Stage &stage)
-{
-    QString letters;
-    for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
-        letters += frame.name;
-    return letters;
-}
-
-void addFrames(Stage &stage, const char *letters)
-{
-    const QString names = QString::fromLatin1(letters);
-    for (const QChar &name : names)
-        stage.addFrame(name, Pictures::solid(4, 4, Qt::red));
-    stage.log.clear();
-}
+using namespace Letters;
 
 } // namespace
 
