@@ -2,7 +2,6 @@
 #include "animatedimage/liveobjects.h"
 #include "animatedimage/requests.h"
 
-
 void CAnimatedImage::copyFrom(QDataStream &stream)
 {
     qint64 address = 0;
