@@ -7,6 +7,8 @@
 #include <QtGui/QImageReader>
 #include <QtGui/QImageWriter>
 
+#include <cstring>
+
 namespace
 {
 
@@ -36,10 +38,15 @@ bool hasPlausibleChunks(const QByteArray &png)
 {
     constexpr int SignatureLength = 8;
     constexpr int FrameLength = 12; // length, type and check sum
-    for (qint64 at = SignatureLength; at + FrameLength <= png.size();) {
+    constexpr int LengthSize = 4;
+    qint64 at = SignatureLength;
+    while (at + FrameLength <= png.size()) {
         const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
         if (length > SmallPicture && length > png.size() - at - FrameLength)
             return false;
+        // What stands behind the end is never read.
+        if (std::memcmp(png.constData() + at + LengthSize, "IEND", LengthSize) == 0)
+            return true;
         at += FrameLength + length;
     }
     return true;

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void anUnknownKindIsPassedOver();
     void strangeJsonGivesNoPictures_data();
     void strangeJsonGivesNoPictures();
+    void whatStandsBehindAPictureDoesNoHarm();
     void savingAgainGivesTheSame();
 };
 
@@ -272,6 +273,19 @@ void TestFrameworkImages::strangeJsonGivesNoPictures()
     QCOMPARE(images.size(), count);
     for (const QImage &image : images)
         QVERIFY(image.isNull());
+}
+
+void TestFrameworkImages::whatStandsBehindAPictureDoesNoHarm()
+{
+    Document document;
+    QJsonObject object = json(document, {solid(Qt::red)});
+    const QLatin1String png("png");
+    const QByteArray text =
+        object.value(key).toArray().at(0).toObject().value(png).toString().toLatin1();
+    // It would be a chunk of 4 GiB.
+    const QByteArray longer = QByteArray::fromBase64(text) + QByteArray(40, '\xff');
+    object.insert(key, QJsonArray{QJsonObject{{png, QString::fromLatin1(longer.toBase64())}}});
+    QCOMPARE(read(document, object), QList<QImage>{solid(Qt::red)});
 }
 
 void TestFrameworkImages::savingAgainGivesTheSame()
