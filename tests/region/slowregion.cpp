@@ -32,7 +32,7 @@ bool isOpaque(const QImage &image, int x, int y, int threshold)
 {
     const int bytesPerPixel = image.depth() / 8;
     unsigned char pixel[4] = {};
-    std::memcpy(pixel, image.constScanLine(y) + x * bytesPerPixel, size_t(bytesPerPixel));
+    std::memcpy(pixel, image.constScanLine(y) + qint64(x) * bytesPerPixel, size_t(bytesPerPixel));
     return bytesPerPixel == 1 ? pixel[0] >= threshold : pixel[3] >= threshold;
 }
 
