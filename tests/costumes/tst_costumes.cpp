@@ -54,6 +54,8 @@ private Q_SLOTS:
     void theDisplaySizeCountsNotThePicture();
     void framesThatLookAlikeShareAFileAndLeaveTheTemporaryOne();
     void theTemporaryFileIsTakenByALaterFrame();
+    void exportingAgainLeavesTheTemporaryFile();
+    void aLeftFileServesCanvasesThatCannotBeSaved();
     void withoutFramesThereIsNothing();
     void aFrameWithoutPictureIsAnEmptyCostume();
     void aFrameOfNoSizeIsAnEmptyCostumeOnTheOthersCanvas();
@@ -196,6 +198,34 @@ void TestCostumes::theTemporaryFileIsTakenByALaterFrame()
     expected.sort();
     QCOMPARE(files(), expected);
     QCOMPARE(picture(costumes, 2).pixelColor(0, 0), QColor(Qt::blue));
+}
+
+void TestCostumes::exportingAgainLeavesTheTemporaryFile()
+{
+    Stage stage(solidFrames({{6, 6}}));
+    const QJsonArray first = exported(stage);
+    QCOMPARE(files(), QStringList{text(first, 0, "md5ext")});
+    QCOMPARE(exported(stage), first);
+    QStringList expected{text(first, 0, "md5ext"), QStringLiteral("cat.png")};
+    expected.sort();
+    QCOMPARE(files(), expected);
+}
+
+void TestCostumes::aLeftFileServesCanvasesThatCannotBeSaved()
+{
+    // Nobody asks whether the save worked, so what lies at the temporary path is digested and
+    // renamed, once. 900150983cd24fb0d6963f7d28e17f72 is the digest of "abc".
+    QFile left(prefix() + QStringLiteral("cat.png"));
+    QVERIFY(left.open(QIODevice::WriteOnly));
+    QCOMPARE(left.write("abc"), qint64(3));
+    left.close();
+    Stage stage({QImage(), QImage()});
+    const QJsonArray costumes = exported(stage);
+    QCOMPARE(costumes.size(), 2);
+    const QString name = QStringLiteral("900150983cd24fb0d6963f7d28e17f72.png");
+    QCOMPARE(text(costumes, 0, "md5ext"), name);
+    QCOMPARE(text(costumes, 1, "assetId"), QString());
+    QCOMPARE(files(), QStringList{name});
 }
 
 void TestCostumes::withoutFramesThereIsNothing()

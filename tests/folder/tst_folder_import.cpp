@@ -6,6 +6,8 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
+#include <limits>
+
 namespace
 {
 
@@ -26,12 +28,15 @@ private Q_SLOTS:
     void elementsWithoutAFileLeaveAGapInTheNumbers();
     void aPictureThatIsNotThereIsStillAFrame();
     void aFileNameThatIsNoTextIsStillAFrame();
+    void picturesAreKeptAsTheirFilesHoldThem_data();
+    void picturesAreKeptAsTheirFilesHoldThem();
     void pathsMayLeadOutOfTheFolder();
     void settingsOfTheWrongTypeAreNothing_data();
     void settingsOfTheWrongTypeAreNothing();
     void missingSettingsStayAsTheyWere();
     void settingsWithoutPicturesAreRead();
     void theLiveMirrorAndFlipAreSet();
+    void framesAreMeasuredMirroredAndFlipped();
     void textsThatAreNoUsableConfigLeaveNoFrames_data();
     void textsThatAreNoUsableConfigLeaveNoFrames();
     void textsThatAreStillUnderstood_data();
@@ -131,12 +136,40 @@ void TestFolderImport::aPictureThatIsNotThereIsStillAFrame()
 void TestFolderImport::aFileNameThatIsNoTextIsStillAFrame()
 {
     write(QStringLiteral("config.json"),
-          R"({"ImageList":[{"filename":7},{"filename":null},{"filename":["a.png"]}]})");
+          R"({"ImageList":[{"filename":7},{"filename":null},{"filename":["a.png"]},)"
+          R"({"filename":""}]})");
     Stage stage;
     load(stage);
-    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_2", "frames_3"}));
+    QCOMPARE(stage.frameNames(), texts({"frames_1", "frames_2", "frames_3", "frames_4"}));
     for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
         QVERIFY(frame.image.isNull());
+}
+
+void TestFolderImport::picturesAreKeptAsTheirFilesHoldThem_data()
+{
+    QTest::addColumn<QByteArray>("writtenAs");
+    QTest::addColumn<QImage::Format>("format");
+    QTest::newRow("grey") << QByteArray("png") << QImage::Format_Grayscale8;
+    QTest::newRow("without alpha") << QByteArray("png") << QImage::Format_RGB32;
+    QTest::newRow("with alpha") << QByteArray("png") << QImage::Format_ARGB32;
+    QTest::newRow("of another kind than it is named") << QByteArray("bmp") << QImage::Format_RGB32;
+}
+
+void TestFolderImport::picturesAreKeptAsTheirFilesHoldThem()
+{
+    QFETCH(QByteArray, writtenAs);
+    QFETCH(QImage::Format, format);
+    QImage picture = Pictures::solid(300, 2, Qt::white, format);
+    if (picture.hasAlphaChannel())
+        picture.setPixelColor(0, 0, Qt::transparent);
+    else
+        picture.setPixelColor(0, 0, Qt::black);
+    QVERIFY(picture.save(m_folder + QStringLiteral("/a.png"), writtenAs.constData()));
+    write(QStringLiteral("config.json"), R"({"ImageList":[{"filename":"a.png"}]})");
+    Stage stage;
+    load(stage);
+    QCOMPARE(stage.probe.frame(0).image.format(), format);
+    QCOMPARE(stage.probe.frame(0).image, picture);
 }
 
 void TestFolderImport::pathsMayLeadOutOfTheFolder()
@@ -164,6 +197,15 @@ void TestFolderImport::settingsOfTheWrongTypeAreNothing_data()
     QTest::newRow("fractions") << QByteArray(
                                       R"("ShiftInterval":120.5,"LockScale":true,"LoopCount":1.5)")
                                << 0 << true << 0;
+    QTest::newRow("whole, written with a fraction or an exponent")
+        << QByteArray(R"("LoopCount":3.0,"LockScale":true,"ShiftInterval":1.2e2)") << 120 << true
+        << 3;
+    QTest::newRow("more than an int holds")
+        << QByteArray(R"("ShiftInterval":2147483648,"LockScale":[],"LoopCount":-2147483649)") << 0
+        << false << 0;
+    QTest::newRow("the largest and the smallest int")
+        << QByteArray(R"("ShiftInterval":2147483647,"LockScale":{},"LoopCount":-2147483648)")
+        << std::numeric_limits<int>::max() << false << std::numeric_limits<int>::min();
     QTest::newRow("texts") << QByteArray(
                                   R"("ShiftInterval":"120","LockScale":"true","LoopCount":"4")")
                            << 0 << false << 0;
@@ -223,11 +265,25 @@ void TestFolderImport::theLiveMirrorAndFlipAreSet()
     // The saved ones are values of their own.
     QVERIFY(!stage.probe.mirror());
     QVERIFY(!stage.probe.flip());
+    QCOMPARE(stage.log.entries(), QStringList());
 
     write(QStringLiteral("config.json"), R"({"ImageList":[],"ImageMirror":0,"ImageFlip":"yes"})");
     load(stage);
     QVERIFY(!stage.probe.isMirrored());
     QVERIFY(!stage.probe.isFlipped());
+}
+
+void TestFolderImport::framesAreMeasuredMirroredAndFlipped()
+{
+    // Columns 0 and 1 of 6 go to 6 - 1 - 1 = 4 and on, row 0 of 2 to 2 - 1 - 0 = 1.
+    const QImage picture = Pictures::fromText({"##....", "......"});
+    QVERIFY(picture.save(m_folder + QStringLiteral("/a.png")));
+    write(QStringLiteral("config.json"),
+          R"({"ImageMirror":true,"ImageFlip":true,"ImageList":[{"filename":"a.png"}]})");
+    Stage stage;
+    load(stage);
+    QCOMPARE(stage.probe.frame(0).rects, QList<QRect>{QRect(4, 1, 2, 1)});
+    QCOMPARE(stage.probe.frame(0).image, picture);
 }
 
 void TestFolderImport::textsThatAreNoUsableConfigLeaveNoFrames_data()
@@ -259,6 +315,11 @@ void TestFolderImport::textsThatAreStillUnderstood_data()
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("a byte-order mark") << QByteArray("\xEF\xBB\xBF") + twoFrames;
     QTest::newRow("a zero byte and more behind") << twoFrames + QByteArray("\0rest", 5);
+    QTest::newRow("bytes that are no UTF-8")
+        << QByteArray("{\"Note\":\"\xFF\xC3\",") + QByteArray(twoFrames).mid(1);
+    QTest::newRow("the list in the middle") << QByteArray(R"({"ShiftInterval":5,)") +
+                                                   QByteArray(twoFrames).mid(1).chopped(1) +
+                                                   R"(,"LoopCount":2})";
     QTest::newRow("white space around") << QByteArray("\n  ") + twoFrames + "\n";
     QTest::newRow("a thousand levels deep")
         << QByteArray(R"({"ImageList":[{"filename":"a.png"},{"filename":"sub/b.png"}],"More":)") +
@@ -277,6 +338,10 @@ void TestFolderImport::textsThatAreStillUnderstood()
 void TestFolderImport::aFolderWithoutConfigLeavesNoFrames()
 {
     Stage stage(solidFrames({{7, 7}}));
+    load(stage);
+    QVERIFY(stage.probe.frames().isEmpty());
+    QVERIFY(QDir().mkpath(m_folder + QStringLiteral("/config.json")));
+    stage.addFrame(QStringLiteral("f"), Pictures::solid(1, 1, Qt::red));
     load(stage);
     QVERIFY(stage.probe.frames().isEmpty());
     QVERIFY(stage->loadFromFile(QStringLiteral("/none/at/all")));

@@ -17,10 +17,15 @@ class TestFolderOthers : public QObject
 private Q_SLOTS:
     void anyPathWithGifInItIsAGif_data();
     void anyPathWithGifInItIsAGif();
+    void aFolderBelowAGifPathIsNotRead();
+    void theTopLeftCornerStays();
     void whoIsToldOfTheSize();
     void aGifWithoutFramesKeepsTheSize();
     void aDeviceIsTakenForAGifOnly();
     void aPictureInMemoryBecomesTheOnlyFrame();
+    void aPictureInMemoryIsCopiedInFull();
+    void aPictureWithoutPixelsIsAFrameOfNoSize();
+    void theReplacedFramesTakeNoNames();
     void aPictureIsNamedAfterItsObject_data();
     void aPictureIsNamedAfterItsObject();
     void aPictureThatIsNoneChangesNothing();
@@ -56,6 +61,39 @@ void TestFolderOthers::anyPathWithGifInItIsAGif()
     QCOMPARE(stage.probe.frames().size(), 2);
     QCOMPARE(stage->getSize(), QSizeF(6, 5));
     QCOMPARE(stage.probe.timer()->interval(), 120);
+}
+
+void TestFolderOthers::aFolderBelowAGifPathIsNotRead()
+{
+    const QString folder = m_folder.filePath(QStringLiteral("y.Gifs/anim"));
+    QVERIFY(QDir().mkpath(folder));
+    QFile config(folder + QStringLiteral("/config.json"));
+    QVERIFY(config.open(QIODevice::WriteOnly));
+    QVERIFY(
+        config.write(R"({"ImageList":[{"filename":"a.png"}],"LoopCount":7,"LockScale":false})"));
+    config.close();
+    Stage stage(solidFrames({{7, 7}}));
+    QVERIFY(stage->loadFromFile(folder));
+    QVERIFY(stage.probe.frames().isEmpty());
+    // What a film that cannot be read leaves.
+    QCOMPARE(stage.probe.loopCount(), -1);
+    QCOMPARE(stage.probe.timer()->interval(), stage.probe.shiftInterval());
+    QVERIFY(stage.probe.keepRatio());
+    QCOMPARE(stage->getSize(), QSizeF(7, 7));
+}
+
+void TestFolderOthers::theTopLeftCornerStays()
+{
+    Stage stage(solidFrames({{100, 100}}));
+    stage->setPos(QPointF(50, 60), false);
+    stage->loadFromFile(QStringLiteral(SAMPLES_FOLDER "/bounce"));
+    QCOMPARE(stage->getPos(), QPointF(50, 60));
+    stage->loadFromFile(gif(QStringLiteral("film.gif")));
+    QCOMPARE(stage->getPos(), QPointF(50, 60));
+    const QImage picture = Pictures::solid(2, 2, Qt::red);
+    stage->loadFromImage(&picture);
+    QCOMPARE(stage->getPos(), QPointF(50, 60));
+    QCOMPARE(stage->getSize(), QSizeF(2, 2));
 }
 
 void TestFolderOthers::whoIsToldOfTheSize()
@@ -102,6 +140,7 @@ void TestFolderOthers::aDeviceIsTakenForAGifOnly()
     QCOMPARE(stage.frameNames(), texts({"film_1", "film_2"}));
     QCOMPARE(stage->getSize(), QSizeF(6, 5));
     QCOMPARE(stage.probe.shiftInterval(), 300);
+    QCOMPARE(stage.log.entries(), texts({"changed 104"}));
 
     QVERIFY(stage->loadFromFile(film, nullptr));
 }
@@ -119,6 +158,41 @@ void TestFolderOthers::aPictureInMemoryBecomesTheOnlyFrame()
     QCOMPARE(stage.probe.frame(0).rects, QList<QRect>{QRect(0, 0, 4, 3)});
     QCOMPARE(stage.probe.runningIndex(), 0);
     QCOMPARE(stage->getSize(), QSizeF(5, 3));
+}
+
+void TestFolderOthers::aPictureInMemoryIsCopiedInFull()
+{
+    // Pixels that belong to the caller, who uses their place again.
+    QVector<QRgb> pixels(15, qRgba(255, 0, 0, 255));
+    const QImage picture(reinterpret_cast<const uchar *>(pixels.constData()), 5, 3, 20,
+                         QImage::Format_ARGB32);
+    Stage stage;
+    QVERIFY(stage->loadFromImage(&picture));
+    for (QRgb &pixel : pixels)
+        pixel = qRgba(0, 0, 255, 255);
+    QCOMPARE(stage.probe.frame(0).image, Pictures::solid(5, 3, Qt::red));
+}
+
+void TestFolderOthers::aPictureWithoutPixelsIsAFrameOfNoSize()
+{
+    Stage stage(solidFrames({{7, 7}}));
+    const QImage picture;
+    QVERIFY(stage->loadFromImage(&picture));
+    QCOMPARE(stage.probe.frames().size(), 1);
+    QVERIFY(stage.probe.frame(0).image.isNull());
+    QCOMPARE(stage.probe.frame(0).size, QSizeF(0, 0));
+    QCOMPARE(stage->getSize(), QSizeF(0, 0));
+}
+
+void TestFolderOthers::theReplacedFramesTakeNoNames()
+{
+    Stage stage(solidFrames({{1, 1}, {1, 1}}));
+    stage->setOtherParams(QStringLiteral("object_name"), QStringLiteral("cat_2"));
+    stage.probe.frame(0).name = QStringLiteral("cat");
+    stage.probe.frame(1).name = QStringLiteral("cat_1");
+    const QImage picture = Pictures::solid(5, 3, Qt::red);
+    stage->loadFromImage(&picture);
+    QCOMPARE(stage.frameNames(), texts({"cat"}));
 }
 
 void TestFolderOthers::aPictureIsNamedAfterItsObject_data()

@@ -81,7 +81,10 @@ private Q_SLOTS:
     void thePlaySwitchStartsAndStops_data();
     void thePlaySwitchStartsAndStops();
     void anIntervalThatIsNoNumberBecomesNone();
+    void intervalsAreReadInBaseTen_data();
+    void intervalsAreReadInBaseTen();
     void theSameIntervalRestartsNothing();
+    void theSameIntervalWhilePlayingLeavesTheTimerAlone();
     void aNewIntervalWhilePlayingGoesOnWithIt();
     void aNewIntervalStartsTheTimerOfAStoppedObject();
     void settingsAreTakenInAFixedOrder();
@@ -238,6 +241,31 @@ void TestSettings::anIntervalThatIsNoNumberBecomesNone()
     QVERIFY(!stage.probe.timer()->isActive());
 }
 
+void TestSettings::intervalsAreReadInBaseTen_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<bool>("ticks");
+    QTest::newRow("a leading zero") << QStringLiteral("010") << 10 << true;
+    QTest::newRow("hexadecimal") << QStringLiteral("0x10") << 0 << false;
+    QTest::newRow("a fraction") << QStringLiteral("75.5") << 0 << false;
+    QTest::newRow("negative") << QStringLiteral("-40") << -40 << false;
+    QTest::newRow("the largest") << QStringLiteral("2147483647") << 2147483647 << true;
+    QTest::newRow("more than that") << QStringLiteral("2147483648") << 0 << false;
+    QTest::newRow("nothing") << QString() << 0 << false;
+}
+
+void TestSettings::intervalsAreReadInBaseTen()
+{
+    QFETCH(QString, value);
+    Stage stage(solidFrames({{4, 4}, {4, 4}}));
+    stage->playImage(true);
+    QVERIFY(stage->SetSettingJson(change("idShiftInterval", value), true, true));
+    QTEST(stage.probe.shiftInterval(), "interval");
+    QTEST(stage.probe.timer()->isActive(), "ticks");
+    QVERIFY(stage.probe.isRunning());
+}
+
 void TestSettings::theSameIntervalRestartsNothing()
 {
     Stage stage(solidFrames({{4, 4}, {4, 4}}));
@@ -248,6 +276,20 @@ void TestSettings::theSameIntervalRestartsNothing()
     stage.probe.timer()->start();
     stage->SetSettingJson(change("idShiftInterval", QStringLiteral("soon")), true, true);
     QVERIFY(stage.probe.timer()->isActive());
+}
+
+void TestSettings::theSameIntervalWhilePlayingLeavesTheTimerAlone()
+{
+    Stage stage(solidFrames({{4, 4}, {4, 4}}));
+    stage->playImage(true);
+    stage.log.clear();
+    // An interval of its own, which the timer would lose if it were started anew.
+    stage.probe.timer()->setInterval(999);
+    QVERIFY(stage->SetSettingJson(change("idShiftInterval", QStringLiteral("200")), true, true));
+    QCOMPARE(stage.probe.timer()->interval(), 999);
+    QVERIFY(stage.probe.timer()->isActive());
+    QVERIFY(stage.probe.isRunning());
+    QCOMPARE(stage.log.entries(), QStringList());
 }
 
 void TestSettings::aNewIntervalWhilePlayingGoesOnWithIt()

@@ -33,6 +33,15 @@ private Q_SLOTS:
         QCOMPARE(stage.frameNames(), QStringList{QStringLiteral("_1")});
     }
 
+    void aPercentSignInTheNameStays()
+    {
+        Stage stage(solidFrames({{4, 4}, {4, 4}}));
+        stage->setOtherParams(nameKey, QStringLiteral("50%2"));
+        QCOMPARE(stage.frameNames(),
+                 (QStringList{QStringLiteral("50%2_1"), QStringLiteral("50%2_2")}));
+        QCOMPARE(stage.log.entries(), QStringList());
+    }
+
     void otherKeysRenameNothing()
     {
         Stage stage(solidFrames({{4, 4}}));
