@@ -41,3 +41,18 @@ if(COVERAGE)
   target_compile_options(project_options INTERFACE --coverage)
   target_link_options(project_options INTERFACE --coverage)
 endif()
+
+# Qt's headers take most of a compilation. Compiled ahead they hide a missing include, so only the
+# preset for daily work has them.
+option(PRECOMPILE_HEADERS "Compile Qt's headers ahead, once for each target" OFF)
+set(precompiled_headers
+  <QtCore/QBuffer> <QtCore/QDataStream> <QtCore/QDir> <QtCore/QFile> <QtCore/QJsonArray>
+  <QtCore/QJsonDocument> <QtCore/QJsonObject> <QtCore/QMap> <QtCore/QPointer> <QtCore/QTimer>
+  <QtGui/QImage> <QtGui/QPainter> <QtGui/QPainterPath>
+  <QtWidgets/QGraphicsObject> <QtWidgets/QGraphicsScene> <QtWidgets/QUndoStack>
+  <functional> <memory> <optional>)
+function(precompile_headers target)
+  if(PRECOMPILE_HEADERS)
+    target_precompile_headers(${target} PRIVATE ${precompiled_headers} ${ARGN})
+  endif()
+endfunction()

@@ -1,8 +1,8 @@
 #include "fuzz/fuzzing.h"
 
-#include "flipbook/documentfile.h"
-#include "flipbook/failure.h"
-#include "flipbook/plugin.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/document/documentfile.h"
+#include "flipbook/object/plugin.h"
 #include "framework/page.h"
 
 /// A document file: it is read whole or refused, and what was read can be painted.

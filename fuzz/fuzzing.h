@@ -1,6 +1,6 @@
 #pragma once
 
-#include "animatedimage/animatedimage.h"
+#include "animatedimage/object/animatedimage.h"
 
 #include <QtCore/QByteArray>
 

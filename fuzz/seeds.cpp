@@ -1,4 +1,4 @@
-#include "animatedimage/animatedimage.h"
+#include "animatedimage/object/animatedimage.h"
 #include "host/specialpropertyids.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/request.h"

@@ -1,8 +1,8 @@
 #include "flipbook/cli/arguments.h"
 
-#include "flipbook/failure.h"
-#include "flipbook/memorybudget.h"
-#include "flipbook/sourcefile.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
+#include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>

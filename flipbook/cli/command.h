@@ -1,6 +1,6 @@
 #pragma once
 
-#include "flipbook/openedfile.h"
+#include "flipbook/document/openedfile.h"
 
 #include <QtCore/QCommandLineParser>
 

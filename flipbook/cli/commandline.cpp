@@ -1,8 +1,8 @@
 #include "flipbook/cli/commandline.h"
 
+#include "flipbook/base/failure.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
-#include "flipbook/failure.h"
 
 #include <algorithm>
 #include <new>

@@ -1,8 +1,8 @@
 #include "flipbook/cli/documentcommand.h"
 
+#include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/cli/arguments.h"
-#include "flipbook/failure.h"
-#include "flipbook/memorybudget.h"
 #include "framework/page.h"
 
 namespace

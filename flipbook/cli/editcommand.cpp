@@ -1,9 +1,9 @@
+#include "flipbook/base/failure.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
-#include "flipbook/documentfile.h"
+#include "flipbook/document/documentfile.h"
 #include "flipbook/editing/editoperation.h"
-#include "flipbook/failure.h"
 #include "framework/page.h"
 
 #include <QtCore/QHash>

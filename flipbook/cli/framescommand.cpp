@@ -1,13 +1,13 @@
+#include "flipbook/base/failure.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
-#include "flipbook/failure.h"
-#include "flipbook/frameexport.h"
-#include "flipbook/gifsource.h"
-#include "flipbook/outputfile.h"
-#include "flipbook/sourcefile.h"
+#include "flipbook/export/frameexport.h"
+#include "flipbook/import/gifsource.h"
+#include "flipbook/import/sourcefile.h"
 
 namespace
 {

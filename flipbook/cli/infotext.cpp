@@ -1,6 +1,6 @@
 #include "flipbook/cli/infotext.h"
 
-#include "flipbook/memorybudget.h"
+#include "flipbook/base/memorybudget.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "flipbook/gifdescriptors.h"
-#include "flipbook/objectsummary.h"
+#include "flipbook/import/gifdescriptors.h"
+#include "flipbook/object/objectsummary.h"
 
 #include <optional>
 

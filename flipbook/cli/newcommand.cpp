@@ -1,13 +1,13 @@
+#include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/document/pagelayout.h"
 #include "flipbook/editing/keeptiming.h"
-#include "flipbook/failure.h"
-#include "flipbook/mediaimport.h"
-#include "flipbook/memorybudget.h"
-#include "flipbook/outputfile.h"
-#include "flipbook/pagelayout.h"
+#include "flipbook/import/mediaimport.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>

@@ -1,13 +1,13 @@
+#include "flipbook/base/failure.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
-#include "flipbook/failure.h"
-#include "flipbook/mediaimport.h"
-#include "flipbook/outputfile.h"
+#include "flipbook/import/mediaimport.h"
+#include "flipbook/import/sourcefile.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
-#include "flipbook/sourcefile.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>

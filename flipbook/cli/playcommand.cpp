@@ -1,8 +1,8 @@
+#include "flipbook/base/failure.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
-#include "flipbook/failure.h"
-#include "flipbook/framewatcher.h"
+#include "flipbook/object/framewatcher.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>

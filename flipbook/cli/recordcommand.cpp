@@ -1,10 +1,10 @@
+#include "flipbook/base/failure.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
-#include "flipbook/failure.h"
-#include "flipbook/outputfile.h"
-#include "flipbook/sourcefile.h"
-#include "flipbook/steppedplayback.h"
+#include "flipbook/import/sourcefile.h"
+#include "flipbook/object/steppedplayback.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
+#include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/documentcommand.h"
-#include "flipbook/outputfile.h"
 
 namespace
 {

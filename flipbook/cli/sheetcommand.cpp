@@ -1,11 +1,11 @@
+#include "flipbook/base/failure.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/progressline.h"
-#include "flipbook/contactsheet.h"
-#include "flipbook/failure.h"
-#include "flipbook/mediaimport.h"
-#include "flipbook/outputfile.h"
+#include "flipbook/export/contactsheet.h"
+#include "flipbook/import/mediaimport.h"
 
 #include <QtGui/QFontDatabase>
 

@@ -1,10 +1,10 @@
 #include "flipbook/editing/editoperation.h"
 
+#include "flipbook/base/failure.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
-#include "flipbook/failure.h"
-#include "flipbook/picturefile.h"
-#include "flipbook/sourcefile.h"
+#include "flipbook/import/picturefile.h"
+#include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
 
 #include <limits>

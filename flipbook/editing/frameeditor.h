@@ -1,6 +1,6 @@
 #pragma once
 
-#include "flipbook/animatedobject.h"
+#include "flipbook/object/animatedobject.h"
 
 /// An edit that cannot be made; the frames are as they were.
 struct EditRefused {

@@ -1,7 +1,7 @@
 #include "flipbook/editing/keeptiming.h"
 
+#include "flipbook/base/failure.h"
 #include "flipbook/editing/objectform.h"
-#include "flipbook/failure.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QSet>

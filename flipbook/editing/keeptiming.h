@@ -1,7 +1,7 @@
 #pragma once
 
 #include "flipbook/editing/repeatplan.h"
-#include "flipbook/plugin.h"
+#include "flipbook/object/plugin.h"
 
 class Page;
 

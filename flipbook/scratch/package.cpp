@@ -1,8 +1,8 @@
 #include "flipbook/scratch/package.h"
 
+#include "flipbook/base/zipwriter.h"
 #include "flipbook/scratch/packagejson.h"
 #include "flipbook/scratch/picture.h"
-#include "flipbook/zipwriter.h"
 
 #include <QtCore/QJsonDocument>
 

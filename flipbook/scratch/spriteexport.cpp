@@ -1,8 +1,8 @@
 #include "flipbook/scratch/spriteexport.h"
 
-#include "flipbook/animatedobject.h"
-#include "flipbook/failure.h"
-#include "flipbook/memorybudget.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
+#include "flipbook/object/animatedobject.h"
 #include "flipbook/scratch/names.h"
 #include "flipbook/scratch/picture.h"
 

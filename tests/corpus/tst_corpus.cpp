@@ -1,5 +1,5 @@
+#include "tests/animatedimage/gifimport/movieframes.h"
 #include "tests/flipbook/flipbookrun.h"
-#include "tests/gif/movieframes.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>

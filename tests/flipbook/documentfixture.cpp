@@ -1,6 +1,6 @@
 #include "tests/flipbook/documentfixture.h"
 
-#include "flipbook/animatedobject.h"
+#include "flipbook/object/animatedobject.h"
 #include "tests/support/pictures.h"
 
 #include <QtCore/QFile>

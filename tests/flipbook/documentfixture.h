@@ -1,6 +1,6 @@
 #pragma once
 
-#include "flipbook/plugin.h"
+#include "flipbook/object/plugin.h"
 #include "framework/document.h"
 #include "framework/page.h"
 

@@ -1,7 +1,7 @@
 #include "tests/flipbook/objectstate.h"
 
-#include "flipbook/objectprotocol.h"
-#include "flipbook/openedfile.h"
+#include "flipbook/document/openedfile.h"
+#include "flipbook/object/objectprotocol.h"
 #include "host/specialpropertyids.h"
 
 namespace

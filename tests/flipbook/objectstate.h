@@ -1,6 +1,6 @@
 #pragma once
 
-#include "flipbook/plugin.h"
+#include "flipbook/object/plugin.h"
 #include "framework/page.h"
 
 #include <QtCore/QStringList>

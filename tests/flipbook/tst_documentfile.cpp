@@ -1,7 +1,7 @@
-#include "flipbook/documentarchive.h"
-#include "flipbook/documentfile.h"
-#include "flipbook/documentjson.h"
-#include "flipbook/failure.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/document/documentarchive.h"
+#include "flipbook/document/documentfile.h"
+#include "flipbook/document/documentjson.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/support/gifbuilder.h"
 

@@ -1,5 +1,5 @@
-#include "flipbook/documentfile.h"
-#include "flipbook/documentjson.h"
+#include "flipbook/document/documentfile.h"
+#include "flipbook/document/documentjson.h"
 #include "tests/flipbook/documentfixture.h"
 
 #include <QtCore/QRandomGenerator>

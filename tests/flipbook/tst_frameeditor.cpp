@@ -1,5 +1,5 @@
 #include "flipbook/editing/frameeditor.h"
-#include "flipbook/objectprotocol.h"
+#include "flipbook/object/objectprotocol.h"
 #include "host/specialpropertyids.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/support/gifbuilder.h"

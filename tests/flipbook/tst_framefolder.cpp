@@ -1,5 +1,5 @@
-#include "flipbook/failure.h"
-#include "flipbook/framefolder.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/import/framefolder.h"
 #include "tests/support/pictures.h"
 
 #include <QtCore/QDir>

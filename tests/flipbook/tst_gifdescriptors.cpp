@@ -1,4 +1,4 @@
-#include "flipbook/gifdescriptors.h"
+#include "flipbook/import/gifdescriptors.h"
 #include "tests/support/gifbuilder.h"
 
 #include <QtCore/QBuffer>

@@ -1,6 +1,6 @@
+#include "flipbook/base/failure.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/keeptiming.h"
-#include "flipbook/failure.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"
 #include "tests/flipbook/objectstate.h"

@@ -1,5 +1,5 @@
-#include "flipbook/gifdescriptors.h"
-#include "flipbook/memorybudget.h"
+#include "flipbook/base/memorybudget.h"
+#include "flipbook/import/gifdescriptors.h"
 
 #include <QtTest/QTest>
 

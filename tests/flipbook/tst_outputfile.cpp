@@ -1,6 +1,6 @@
-#include "flipbook/documentfile.h"
-#include "flipbook/failure.h"
-#include "flipbook/outputfile.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/base/outputfile.h"
+#include "flipbook/document/documentfile.h"
 #include "tests/flipbook/documentfixture.h"
 
 #include <QtTest/QTest>

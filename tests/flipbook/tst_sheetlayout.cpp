@@ -1,4 +1,4 @@
-#include "flipbook/sheetlayout.h"
+#include "flipbook/export/sheetlayout.h"
 
 #include <QtTest/QTest>
 

@@ -1,0 +1,98 @@
+#include "animatedimage/object/animatedimage.h"
+#include "animatedimage/object/liveobjects.h"
+#include "host/framework.h"
+#include "host/gddocument.h"
+#include "host/gdpage.h"
+
+#include <QtCore/QTimer>
+
+CAnimatedImage::CAnimatedImage(int objectId, bool editable, QGraphicsItem *parent)
+    : CBaseObject(objectId, editable, parent, nullptr)
+    , m_belongDoc(nullptr)
+    , m_shiftTimer(nullptr)
+    , m_isRunning(false)
+    , m_runningIndex(0)
+    , m_loopsDone(0)
+    , m_shiftInterval(200)
+    , m_keepRatio(true)
+    , m_mirror(false)
+    , m_flip(false)
+    , m_loopCount(LoopForever)
+    , m_playEnabled(true)
+    , m_wasRunning(false)
+    , m_elapsedMs(0)
+    , m_animatedType(-1)
+    , m_savedRunning(false)
+    , m_savedIndex(0)
+    , m_handleSize(1.0)
+{
+    m_objName = QStringLiteral("animated image");
+    m_rectStale = true;
+    m_hasShape = true;
+
+    m_shiftTimer = new QTimer(this);
+    m_shiftTimer->setInterval(m_shiftInterval);
+    m_shiftTimer->setSingleShot(false);
+    connect(m_shiftTimer, SIGNAL(timeout()), this, SLOT(onShiftTimeout()));
+
+    m_handleSize = getHandleSize();
+    LiveObjects::add(this);
+}
+
+CAnimatedImage::~CAnimatedImage()
+{
+    LiveObjects::remove(this);
+    delete m_shiftTimer;
+    m_shiftTimer = nullptr;
+}
+
+int CAnimatedImage::type() const
+{
+    return TypeNumber;
+}
+
+void CAnimatedImage::Release()
+{
+    delete this;
+}
+
+QString CAnimatedImage::getObjName()
+{
+    return m_objName;
+}
+
+QSize CAnimatedImage::getImageSize()
+{
+    return isFrame(m_runningIndex) ? m_portraits.at(m_runningIndex).image.size() : QSize(0, 0);
+}
+
+/// Refreshes the cached document: that of the page, or, on no page, the one that was known last.
+void CAnimatedImage::getBelongDoc()
+{
+    if (const IGdPage *page = GetPage())
+        m_belongDoc = page->document();
+    if (!m_belongDoc)
+        m_belongDoc = GetFramework()->defaultDocument();
+}
+
+bool CAnimatedImage::isFrame(int index) const
+{
+    return index >= 0 && index < m_portraits.size();
+}
+
+bool CAnimatedImage::isBackgroundType() const
+{
+    return m_animatedType == BackgroundType;
+}
+
+/// Judged by the document as cached.
+bool CAnimatedImage::isAlternateMode() const
+{
+    return m_belongDoc && m_belongDoc->alternateMode() != 0;
+}
+
+/// The user's name for the object.
+QString CAnimatedImage::objectName() const
+{
+    return getOtherParams(QStringLiteral("object_name")).toString();
+}

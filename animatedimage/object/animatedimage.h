@@ -1,0 +1,290 @@
+#pragma once
+
+#include "animatedimage/animatedimageglobal.h"
+#include "animatedimage/core/animatedportrait.h"
+#include "host/baseobject.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QList>
+#include <QtCore/QPair>
+
+class IGdDocument;
+class QImageReader;
+class QTimer;
+
+/// Frame names with their pictures, in frame order.
+using ThumbnailList = QList<QPair<QString, QImage>>;
+
+/// A canvas object that shows an ordered list of frames one after another on a timer.
+///
+/// Owned by the host, which creates it through createObject_animatedImage() and frees it with
+/// Release(). Owns its frames by value and its timer as a child. Everything runs on the GUI thread.
+/// Bad input (an index outside the list, an unreadable file, a damaged stream) is ignored or gives
+/// empty frames; no operation reports an error or lets an exception out. Any notification may lead
+/// the host to release the object; the operations below stop there.
+class ANIMATEDIMAGE_EXPORT CAnimatedImage : public CBaseObject
+{
+    Q_OBJECT
+
+public:
+    /// What type() answers: by this number a host tells animated images from its other objects.
+    static constexpr int TypeNumber = UserType + 11300;
+    /// The presentation type of a tiled background that is clipped to the page. Every other
+    /// number is the normal type.
+    static constexpr int BackgroundType = 1;
+    /// A loop count that never ends.
+    static constexpr int LoopForever = -1;
+
+    /// A stopped object without frames. @p objectId, @p editable and @p parent as CBaseObject
+    /// takes them; the object begins on no page.
+    CAnimatedImage(int objectId, bool editable, QGraphicsItem *parent);
+    /// Sends no notification, also when the object plays.
+    ~CAnimatedImage() override;
+
+    // What the host calls.
+
+    /// Item coordinates: the visible part while presented as a background, else the base's bounds.
+    QRectF boundingRect() const override;
+    /// Item coordinates. While the document is presented: the opaque pixels of the frame shown.
+    /// While it is edited: these and the handles around the object.
+    QPainterPath shape() const override;
+    int type() const override;
+    QString getObjName() override;
+
+    /// Paints the frame shown into the object's rectangle, or the visible part of the background
+    /// tile. Draws nothing when @p painter is null or there is no frame to show.
+    void OnQPainterDraw(QPainter *painter) override;
+
+    /// The stream form. Both always return true. load() appends to the list of frames, so it is
+    /// meant for an object just made, and leaves the object stopped. What a damaged stream does
+    /// not give reads as 0, false or no frames, and nothing is allocated that the bytes present
+    /// cannot justify.
+    bool save(QDataStream &stream) override;
+    bool load(QDataStream &stream) override;
+    /// The JSON form, with the same promises. loadJson() adds the members that it looked for and
+    /// did not find to @p json, as null.
+    bool saveJson(QJsonObject &json) override;
+    bool loadJson(QJsonObject &json) override;
+
+    /// Also rescales the hit shapes.
+    void setSize(QSizeF size, bool keepCenter, bool notify) override;
+    /// Moves the background pattern instead of the object while it is presented as a background.
+    void setPos(QPointF pos, bool notify) override;
+    void setCenterPos(const QPointF &center, const QSizeF &size, double angle,
+                      bool update) override;
+
+    /// See AttributeId. True when handled here or by the base.
+    bool SetAttribute(int id, QDataStream &stream, bool flag) override;
+
+    /// Makes a copy of @p image the only frame. Null is ignored. Always true.
+    bool loadFromImage(const QImage *image) override;
+    /// Replaces the frames by those of a GIF (any path with ".gif" in it, in any case) or of a
+    /// folder with a "config.json". What cannot be read gives no frames. Always true.
+    bool loadFromFile(const QString &path) override;
+    /// As above for a GIF whose timing is read from @p device (not owned, may be null) while its
+    /// frames come from the file at @p path. False, with no frames, for any other path.
+    bool loadFromFile(const QString &path, QIODevice *device) override;
+
+    void Release() override;
+
+    /// The settings: play, interval, and whether it loops forever. Always true.
+    bool GetSettingJson(QString &json) override;
+    /// Applies the panel's answer; false, with nothing changed, when it cannot be parsed.
+    bool SetSettingJson(const QString &json, bool undoable, bool notify) override;
+
+    /// Pixel size of the frame shown; (0, 0) when there is none.
+    QSize getImageSize() override;
+
+    /// See SpecialPropertyId. True when handled here, otherwise what the base answers. For
+    /// SpecialPropertyId::CopyFromObject the stream holds the address of the CGDRootObject part of
+    /// another animated image as a qint64; an address that is not one of a live animated image is
+    /// never dereferenced.
+    bool GetSpecialProperty(int id, QDataStream &stream) override;
+    bool SetSpecialProperty(int id, QDataStream &stream, bool flag) override;
+    /// Accepts everything and does nothing: animated images have no default properties.
+    static bool SetDefaultSpecialProperty(int id, QDataStream &stream);
+
+    /// The position on the page; the position of the pattern while presented as a background.
+    QPointF getPos() override;
+    /// Also renames every frame after the object when @p key is "object_name".
+    bool setOtherParams(const QString &key, const QVariant &value) override;
+    void setMirror(bool mirror, bool notify) override;
+    void setFlip(bool flip, bool notify) override;
+    /// One costume for each frame, all on a canvas of twice the largest frame. @p prefix is put
+    /// before each file name as it stands, so a folder must end with its separator. A frame that
+    /// cannot be written still has its description.
+    QJsonArray generateCostumesCode(const QString &prefix) override;
+
+    // Playback.
+
+    /// Starts or stops. Starting resets the loop counter; both show the first frame. The play
+    /// state is sent to the settings panel on every call, so that a redundant one synchronises it.
+    void playImage(bool run);
+    /// Shows a frame. The normal type clamps the index, scales every frame like the one shown and
+    /// resizes the object around its centre; the background type stores the index as it is.
+    void setCurrentIndex(int index);
+    /// Milliseconds between frames. A positive interval starts the timer, also while stopped (the
+    /// ticks then do nothing); any other stops it.
+    void setShiftInterval(int ms);
+    void setKeepRatio(bool keepRatio);
+    /// Repetitions after the first pass; LoopForever never ends.
+    void setLoopCount(int count);
+    /// Send the play state, or the presentation type, to the settings panel.
+    void notifyPlayStatus();
+    void notifyAnimatedType();
+
+    // Background tile.
+
+    /// Rebuilds the tile (twice across, twice down) from a frame, at the object's size rounded to
+    /// pixels. An index outside the list, or a size no picture can have, gives an empty tile. A
+    /// frame that was never measured is measured.
+    void generateBGImage(int index);
+    /// Works out the part of the object that lies on the page, then rebuilds the tile.
+    void regenBGImage();
+
+    // Opaque regions.
+
+    /// Rebuilds the hit shape of a frame at the object's present size; @p recompute measures the
+    /// pixels again first. A frame that was never measured is measured in any case. An index
+    /// outside the list is ignored.
+    void updateRegion(int index, bool recompute);
+    /// The same for every frame.
+    void updateRegion(bool recompute);
+    /// See region.h for these three.
+    static QList<QRect> rectsFromImage(const QImage &image, int threshold);
+    static void mergeRects(QList<QRect> &done, QList<QRect> &open, QList<QRect> &row);
+    static bool getImageForPath(QImage &source, QImage &out, int maxSide);
+
+    // Names and thumbnails.
+
+    /// A name that no frame has, made from the stem of @p baseText (what stands before its last
+    /// underscore). @p stemAllowed admits the bare stem; the other candidates are numbered from 1.
+    QString generatePortraitName(const QString &baseText, bool stemAllowed) const;
+    /// Appends each frame's name and picture to @p out: the full picture, or one fitted into
+    /// 150 x 150 pixels.
+    void GetAllThumbnail(bool fullSize, ThumbnailList &out) const;
+
+    // Import.
+
+    /// Appends the frames of a GIF and takes its timing over; the object's geometry, index and
+    /// play state stay as they are. A file that cannot be read appends nothing.
+    void loadFromGifFile(const QString &fileName);
+    /// The same with the timing read from @p device (not owned). An empty name or a null device
+    /// changes nothing.
+    void loadFromGifFile(const QString &fileName, QIODevice *device);
+
+private Q_SLOTS:
+    void onShiftTimeout();
+
+private:
+    friend class AnimatedImageProbe;
+
+    void getBelongDoc();
+    bool isFrame(int index) const;
+    bool isBackgroundType() const;
+    bool isAlternateMode() const;
+    QString objectName() const;
+
+    // playback.cpp
+    void restartTimer();
+    void showStep(int index);
+    void scaleFramesLike(int index);
+    void refreshShownFrame();
+    static void postSetting(const QString &id, const QJsonValue &value);
+
+    // painting.cpp
+    void drawBackground(QPainter *painter) const;
+    QRectF visibleRect();
+
+    // shape.cpp
+    void measureOnce(int index);
+    void measure(CAnimatedPortrait &frame) const;
+    void addHandles(QPainterPath &path) const;
+
+    // geometry.cpp
+    void followObjectSize();
+    void followMirrorOrFlip();
+
+    // gifimport.cpp, folderimport.cpp
+    void importGif(const QString &fileName, QImageReader &probe);
+    void readFrameFolder(const QString &path);
+    void readFolderSettings(const QJsonObject &config);
+    void sizeToFirstFrame(bool notify);
+
+    // otherparams.cpp
+    struct SavedFrames;
+    QList<QImage> storeOtherParams();
+    SavedFrames restoreOtherParams();
+    void rebuildFrames(const SavedFrames &saved);
+    void finishLoading();
+    void finishTakingOver();
+
+    // attributes.cpp
+    void saveEditingState();
+    void restoreEditingState();
+    void setTimerEnabled(bool enabled);
+    void restartPlayback();
+    void startSteppedPlayback(bool resume);
+    void steppedTick();
+
+    // specialproperties.cpp
+    void stop();
+    void showFrame(int index);
+    void showFrameAndNotify(int index);
+    void stopAndStep(int step);
+    void stopAndShowAt(QDataStream &stream);
+    void stopAndShowNamed(QDataStream &stream);
+    void playOrStop(QDataStream &stream);
+    void answerFrameName(QDataStream &stream) const;
+    void answerFrameImage(QDataStream &stream) const;
+    void answerThumbnails(QDataStream &stream) const;
+    ThumbnailList thumbnails() const;
+    QString frameName(int index) const;
+
+    // frameediting.cpp
+    void renameFrame(QDataStream &stream);
+    void replaceFrameImage(QDataStream &stream);
+    void deleteFrame(QDataStream &stream);
+    void moveFrame(QDataStream &stream);
+
+    // frameinsertion.cpp
+    void insertBlankFrame(QDataStream &stream);
+    void duplicateFrame(QDataStream &stream);
+    void insertImageFile(QDataStream &stream);
+    void insertAfter(int index, const CAnimatedPortrait &frame, QDataStream &stream);
+    QString numberedObjectName() const;
+
+    // undoableedits.cpp
+    void replaceAllFrames(QDataStream &stream);
+    void setFrameList(const QList<CAnimatedPortrait> &frames);
+    void changeAnimatedType(QDataStream &stream);
+    void pushAnimatedType(int oldType, int newType);
+    void applyAnimatedType(int type);
+
+    // copying.cpp
+    void copyFrom(QDataStream &stream);
+    void takeOver(CAnimatedImage &other);
+
+    IGdDocument *m_belongDoc;
+    QTimer *m_shiftTimer;
+    QList<CAnimatedPortrait> m_portraits;
+    bool m_isRunning;
+    int m_runningIndex;
+    int m_loopsDone;
+    int m_shiftInterval;
+    bool m_keepRatio;
+    bool m_mirror;
+    bool m_flip;
+    int m_loopCount;
+    bool m_playEnabled;
+    bool m_wasRunning;
+    int m_elapsedMs;
+    int m_animatedType;
+    QRectF m_bgRect;
+    QImage m_bgImage;
+    QPointF m_bgPos;
+    bool m_savedRunning;
+    int m_savedIndex;
+    double m_handleSize;
+    QList<QSizeF> m_savedFrameSizes;
+};

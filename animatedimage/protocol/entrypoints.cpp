@@ -1,0 +1,17 @@
+#include "animatedimage/protocol/entrypoints.h"
+
+CBaseObject *createObject_animatedImage(int /*unused*/, int objectId, bool editable)
+{
+    return new CAnimatedImage(objectId, editable, nullptr);
+}
+
+bool animatedImage_SetDefaultSpecialProperty(int id, QDataStream &stream)
+{
+    return CAnimatedImage::SetDefaultSpecialProperty(id, stream);
+}
+
+void animatedImage_GetAllThumbnail(CBaseObject *object, bool fullSize, ThumbnailList &out)
+{
+    if (const auto *animated = dynamic_cast<CAnimatedImage *>(object))
+        animated->GetAllThumbnail(fullSize, out);
+}

@@ -1,0 +1,84 @@
+#include "animatedimage/core/framenames.h"
+#include "animatedimage/object/animatedimage.h"
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+
+namespace
+{
+
+namespace SettingId
+{
+const QLatin1String play("idImagePlay");
+const QLatin1String shiftInterval("idShiftInterval");
+const QLatin1String loopCount("idLoopCount");
+} // namespace SettingId
+
+bool isOn(const QString &value)
+{
+    return value == QLatin1String("true") || value == QLatin1String("1");
+}
+
+} // namespace
+
+bool CAnimatedImage::GetSettingJson(QString &json)
+{
+    // The host's helpers take their texts by reference.
+    QString playId = SettingId::play;
+    QString playLabel = QStringLiteral("IDS_MULTIPAGE_PLAY");
+    QString intervalId = SettingId::shiftInterval;
+    QString intervalLabel = QStringLiteral("IDS_ANIMATEDIMAGE_SHIFT_INTERVAL");
+    QString interval = QString::number(m_shiftInterval);
+    QString intervalType = QStringLiteral("int");
+    QString minimum = QStringLiteral("0");
+    QString maximum;
+    QString unit;
+    QString loopId = SettingId::loopCount;
+    QString loopLabel = QStringLiteral("IDS_ANIMATEDIMAGE_IF_LOOP");
+
+    const QJsonArray settings{
+        GetSettingJsonSwitch(playId, playLabel, m_isRunning),
+        GetSettingJsonInput(intervalId, intervalLabel, interval, intervalType, minimum, maximum,
+                            unit),
+        GetSettingJsonSwitch(loopId, loopLabel, m_loopCount == LoopForever),
+    };
+    const QJsonObject root{{QStringLiteral("settings"), settings}};
+    json = QString::fromUtf8(QJsonDocument(root).toJson().constData());
+    return true;
+}
+
+bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool /*notify*/)
+{
+    QMap<QString, QString> changes;
+    if (!ParseSettingJson(json, changes))
+        return false;
+    if (changes.contains(SettingId::play)) {
+        const QPointer<CAnimatedImage> self(this);
+        playImage(isOn(changes.value(SettingId::play)));
+        if (!self)
+            return true;
+    }
+    if (changes.contains(SettingId::shiftInterval)) {
+        const int interval = changes.value(SettingId::shiftInterval).toInt();
+        if (interval != m_shiftInterval) {
+            setShiftInterval(interval);
+            if (m_isRunning && m_shiftInterval > 0)
+                m_shiftTimer->start();
+        }
+    }
+    // Switched off means once through, not the count of before.
+    if (changes.contains(SettingId::loopCount))
+        setLoopCount(isOn(changes.value(SettingId::loopCount)) ? LoopForever : 0);
+    return true;
+}
+
+bool CAnimatedImage::setOtherParams(const QString &key, const QVariant &value)
+{
+    if (key == QLatin1String("object_name")) {
+        const QString name = value.toString();
+        for (int i = 0; i < m_portraits.size(); ++i)
+            m_portraits[i].name = FrameNames::numbered(name, i + 1);
+    }
+    return CBaseObject::setOtherParams(key, value);
+}

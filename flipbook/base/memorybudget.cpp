@@ -1,0 +1,86 @@
+#include "flipbook/base/memorybudget.h"
+
+#include "flipbook/import/gifdescriptors.h"
+
+#include <array>
+#include <limits>
+
+namespace
+{
+
+constexpr qint64 BytesPerPixel = 4;
+
+// Name, records and bookkeeping of one frame: what a film of ten million dots takes.
+constexpr qint64 BytesPerFrameRecord = 1024;
+
+qint64 saturatingProduct(qint64 a, qint64 b)
+{
+    qint64 product = 0;
+    return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<qint64>::max() : product;
+}
+
+// Measured: the picture that the decoder works on, one more when frames are transparent or are
+// cleared, and two more when the decoder must be able to go back to an earlier picture.
+qint64 workingCopies(const GifDescriptors &gif)
+{
+    if (gif.restoresPrevious)
+        return 4;
+    return gif.hasTransparency ? 2 : 1;
+}
+
+} // namespace
+
+std::optional<qint64> MemoryBudget::parse(const QString &text)
+{
+    QString digits = text;
+    int shift = 0;
+    if (!text.isEmpty()) {
+        const int suffix = QStringLiteral("KMG").indexOf(text.back().toUpper());
+        if (suffix >= 0) {
+            shift = 10 * (suffix + 1);
+            digits.chop(1);
+        }
+    }
+    for (const QChar digit : qAsConst(digits)) {
+        if (digit < QLatin1Char('0') || digit > QLatin1Char('9'))
+            return std::nullopt;
+    }
+    bool isNumber = false;
+    const qint64 amount = digits.toLongLong(&isNumber);
+    if (!isNumber || amount <= 0 || amount > (std::numeric_limits<qint64>::max() >> shift))
+        return std::nullopt;
+    return amount << shift;
+}
+
+QString MemoryBudget::text(qint64 bytes)
+{
+    static const std::array<QString, 5> units = {QStringLiteral("bytes"), QStringLiteral("KiB"),
+                                                 QStringLiteral("MiB"), QStringLiteral("GiB"),
+                                                 QStringLiteral("TiB")};
+    double amount = double(bytes);
+    std::size_t unit = 0;
+    // What would be rounded to 1024.0 is written in the next unit.
+    while (amount >= 1023.95 && unit + 1 < units.size()) {
+        amount /= 1024.0;
+        ++unit;
+    }
+    const QString number = QString::number(amount, 'f', unit == 0 ? 0 : 1);
+    return number + QLatin1Char(' ') + (bytes == 1 ? QStringLiteral("byte") : units[unit]);
+}
+
+qint64 MemoryBudget::neededFor(const GifDescriptors &gif, qint64 frames)
+{
+    const qint64 pixels = qint64(gif.screen.width()) * qint64(gif.screen.height());
+    const qint64 pictureBytes = pixels * BytesPerPixel;
+    const qint64 pictures = saturatingProduct(frames + workingCopies(gif), pictureBytes);
+    const qint64 records = saturatingProduct(frames, BytesPerFrameRecord);
+    return pictures > std::numeric_limits<qint64>::max() - records
+               ? std::numeric_limits<qint64>::max()
+               : pictures + records;
+}
+
+qint64 MemoryBudget::neededForPicture(qint64 width, qint64 height)
+{
+    // The decoder's picture and the copy that the object keeps.
+    return saturatingProduct(saturatingProduct(width, height), 2 * BytesPerPixel);
+}

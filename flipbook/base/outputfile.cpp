@@ -1,0 +1,80 @@
+#include "flipbook/base/outputfile.h"
+
+#include "flipbook/base/failure.h"
+#include "flipbook/import/sourcefile.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
+#include <QtGui/QImageWriter>
+
+namespace
+{
+
+/// A disk that fills up takes a part; only the next write says why it took no more.
+bool isAllWritten(QIODevice &device, const QByteArray &bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const qint64 written = device.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return true;
+}
+
+} // namespace
+
+void checkOutput(const QString &path, const QStringList &inputs)
+{
+    for (const QString &input : inputs) {
+        if (isSameFile(path, input))
+            throw Failure{path, QStringLiteral("is an input; it is not overwritten")};
+    }
+    const QFileInfo info(path);
+    if (info.isDir())
+        throw Failure{path, QStringLiteral("is a folder")};
+    if (isSpecialFile(path))
+        throw Failure{path, QStringLiteral("is no regular file")};
+    if (!info.absoluteDir().exists())
+        throw Failure{path, QStringLiteral("its folder does not exist")};
+}
+
+void writePng(const QString &path, const QImage &image)
+{
+    // Encoded in memory first: the encoder has an opinion of its own on disks that are full.
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(image))
+        throw Failure{path, QStringLiteral("cannot be written: ") + writer.errorString()};
+    writeFile(path, buffer.data());
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    // A buffer would be flushed by commit(), which does not notice when that fails.
+    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    if (!isOpen || !isAllWritten(file, bytes) || !file.commit())
+        throw Failure{path, QStringLiteral("cannot be written: ") + file.errorString()};
+}
+
+void prepareOutputFolder(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.exists()) {
+        if (!info.isDir())
+            throw Failure{path, QStringLiteral("is no folder")};
+        if (!QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                QDir::NoDotAndDotDot))
+            throw Failure{path, QStringLiteral("is a folder that is not empty")};
+        return;
+    }
+    if (!info.absoluteDir().exists())
+        throw Failure{path, QStringLiteral("its folder does not exist")};
+    if (!QDir().mkdir(path))
+        throw Failure{path, QStringLiteral("the folder cannot be made")};
+}

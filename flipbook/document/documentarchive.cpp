@@ -1,0 +1,124 @@
+#include "flipbook/document/documentarchive.h"
+
+#include "flipbook/base/crc32.h"
+#include "flipbook/base/failure.h"
+#include "flipbook/base/outputfile.h"
+#include "flipbook/base/zipwriter.h"
+#include "flipbook/import/sourcefile.h"
+
+#include <KArchive/KZip>
+#include <QtCore/QFileInfo>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 MostJsonBytes = qint64(64) << 20;
+
+QString jsonName()
+{
+    return QStringLiteral("document.json");
+}
+
+QString pictureName(const QString &digest)
+{
+    return QStringLiteral("pictures/%1.png").arg(digest);
+}
+
+// Reads no more than this, whatever size the archive claims.
+QByteArray readUpTo(const KArchiveFile &file, qint64 most)
+{
+    const std::unique_ptr<QIODevice> device(file.createDevice());
+    if (!device || (!device->isOpen() && !device->open(QIODevice::ReadOnly)))
+        return QByteArray();
+    QByteArray bytes;
+    while (bytes.size() < most) {
+        const QByteArray part = device->read(qMin<qint64>(most - bytes.size(), 1 << 16));
+        if (part.isEmpty())
+            break;
+        bytes += part;
+    }
+    return bytes;
+}
+
+bool isSound(const KArchiveFile &file, const QByteArray &bytes)
+{
+    const auto *zipped = dynamic_cast<const KZipFileEntry *>(&file);
+    return bytes.size() == file.size() && zipped && quint32(zipped->crc32()) == crc32(bytes);
+}
+
+// So that the new name, too, survives a loss of power.
+void syncFolderOf(const QString &path)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
+    const int descriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+} // namespace
+
+DocumentArchive::DocumentArchive(const QString &path)
+    : m_path(path)
+    , m_file(openRegularFile(path))
+{
+    if (m_file->peek(2) != "PK")
+        throw Failure{path, QStringLiteral("not a flipbook document: it is no zip archive")};
+    m_zip = std::make_unique<KZip>(m_file.get());
+    if (!m_zip->open(QIODevice::ReadOnly) || !m_zip->directory())
+        throw Failure{path, QStringLiteral("the document is damaged: its archive cannot be read")};
+    if (!entry(jsonName()))
+        throw Failure{path, QStringLiteral("not a flipbook document: it has no document.json")};
+}
+
+DocumentArchive::~DocumentArchive() = default;
+
+const KArchiveFile *DocumentArchive::entry(const QString &name) const
+{
+    const KArchiveEntry *found = m_zip->directory()->entry(name);
+    if (!found || !found->isFile() || !found->symLinkTarget().isEmpty())
+        return nullptr;
+    return static_cast<const KArchiveFile *>(found);
+}
+
+QByteArray DocumentArchive::json() const
+{
+    const KArchiveFile &file = *entry(jsonName());
+    if (file.size() > MostJsonBytes)
+        throw Failure{m_path, QStringLiteral("its document.json is too large")};
+    const QByteArray bytes = readUpTo(file, MostJsonBytes);
+    if (!isSound(file, bytes))
+        throw Failure{m_path, QStringLiteral("the document is damaged: its document.json is not "
+                                             "what was written")};
+    return bytes;
+}
+
+QByteArray DocumentArchive::pictureStart(const QString &digest, int count) const
+{
+    const KArchiveFile *file = entry(pictureName(digest));
+    return file ? readUpTo(*file, count) : QByteArray();
+}
+
+QByteArray DocumentArchive::picture(const QString &digest, qint64 most) const
+{
+    const KArchiveFile *file = entry(pictureName(digest));
+    if (!file || file->size() > most)
+        return QByteArray();
+    const QByteArray bytes = readUpTo(*file, most);
+    return isSound(*file, bytes) ? bytes : QByteArray();
+}
+
+void DocumentArchive::write(const QString &path, const QByteArray &json,
+                            const QMap<QString, QByteArray> &pictures)
+{
+    ZipWriter zip;
+    zip.add(jsonName(), json);
+    for (auto picture = pictures.begin(); picture != pictures.end(); ++picture)
+        zip.add(pictureName(picture.key()), picture.value());
+    writeFile(path, zip.finished());
+    syncFolderOf(path);
+}

@@ -1,0 +1,31 @@
+#include "flipbook/document/openedfile.h"
+
+#include "flipbook/import/mediaimport.h"
+#include "flipbook/import/sourcefile.h"
+#include "framework/page.h"
+
+QList<CBaseObject *> OpenedFile::objects() const
+{
+    QList<CBaseObject *> objects;
+    for (const Page *page : document->pages())
+        objects += page->objects();
+    return objects;
+}
+
+OpenedFile openFile(const Plugin &plugin, const QString &path, qint64 maxMemory)
+{
+    OpenedFile opened;
+    if (identifySource(path) == SourceKind::Document) {
+        LoadedDocument loaded = loadDocument(plugin, path, maxMemory);
+        opened.document = std::move(loaded.document);
+        opened.warnings = loaded.warnings;
+        opened.isDocument = true;
+        return opened;
+    }
+    ImportedMedia media = importMedia(plugin, path, maxMemory);
+    opened.document = std::make_unique<Document>();
+    opened.document->addPage(media.object->getClientRect())->addObject(media.object.release());
+    opened.warnings = media.warnings;
+    opened.gif = media.gif;
+    return opened;
+}

@@ -1,0 +1,58 @@
+#include "flipbook/object/plugin.h"
+
+#include "flipbook/base/failure.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+
+namespace
+{
+
+QString chosenPath(const QString &path)
+{
+    if (!path.isEmpty())
+        return path;
+    const QString fromEnvironment = qEnvironmentVariable("FLIPBOOK_PLUGIN");
+    if (!fromEnvironment.isEmpty())
+        return fromEnvironment;
+    const QDir programs(QCoreApplication::applicationDirPath());
+    return QDir::cleanPath(
+        programs.absoluteFilePath(QStringLiteral("../lib/libanimatedimage.so.1")));
+}
+
+} // namespace
+
+Plugin::Plugin(const QString &path)
+{
+    const QString file = chosenPath(path);
+    // Only names with a slash are looked for where they say, not in the system's library folders.
+    m_library.setFileName(QDir(file).absolutePath());
+    m_library.setLoadHints(QLibrary::PreventUnloadHint);
+    if (!m_library.load())
+        throw Failure{file,
+                      QStringLiteral("the plug-in cannot be loaded: ") + m_library.errorString()};
+    m_createObject = resolve<CreateObject>("createObject_animatedImage");
+    m_getAllThumbnail = resolve<GetAllThumbnail>("animatedImage_GetAllThumbnail");
+}
+
+template<typename Function>
+Function Plugin::resolve(const char *name)
+{
+    const QFunctionPointer function = m_library.resolve(name);
+    if (!function)
+        throw Failure{m_library.fileName(),
+                      QStringLiteral("not such a plug-in: it has no %1").arg(QLatin1String(name))};
+    return reinterpret_cast<Function>(function);
+}
+
+OwnedObject Plugin::createObject(int objectId) const
+{
+    return OwnedObject(m_createObject(0, objectId, true));
+}
+
+Plugin::Frames Plugin::frames(CBaseObject &object) const
+{
+    Frames frames;
+    m_getAllThumbnail(&object, true, frames);
+    return frames;
+}

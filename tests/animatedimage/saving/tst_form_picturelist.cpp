@@ -1,0 +1,130 @@
+#include "animatedimage/core/picturestream.h"
+#include "tests/support/pictures.h"
+
+#include <QtCore/QDataStream>
+#include <QtTest/QTest>
+
+namespace
+{
+
+struct Result {
+    QList<QImage> images;
+    QDataStream::Status status;
+    qint64 position;
+};
+
+Result readByUs(const QByteArray &bytes, QDataStream::Status before = QDataStream::Ok)
+{
+    QDataStream stream(bytes);
+    stream.setStatus(before);
+    const QList<QImage> images = PictureStream::readList(stream);
+    return {images, stream.status(), stream.device()->pos()};
+}
+
+Result readByQt(const QByteArray &bytes, QDataStream::Status before = QDataStream::Ok)
+{
+    QDataStream stream(bytes);
+    stream.setStatus(before);
+    QList<QImage> images;
+    stream >> images;
+    return {images, stream.status(), stream.device()->pos()};
+}
+
+QByteArray streamed(const QList<QImage> &images)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << images;
+    return bytes;
+}
+
+QList<QImage> threePictures()
+{
+    return {Pictures::solid(3, 2, Qt::red), QImage(),
+            Pictures::solid(2, 2, Qt::green, QImage::Format_RGB32)};
+}
+
+} // namespace
+
+/// The reader of inline pictures, beside Qt's own.
+class TestFormPictureList : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void wholeListsAreReadAsQtReadsThem()
+    {
+        const QByteArray bytes = streamed(threePictures()) + "behind";
+        const Result ours = readByUs(bytes);
+        QCOMPARE(ours.images.size(), 3);
+        QCOMPARE(ours.images.at(0), Pictures::solid(3, 2, Qt::red));
+        QVERIFY(ours.images.at(1).isNull());
+        QCOMPARE(ours.images, readByQt(bytes).images);
+        QCOMPARE(ours.position, qint64(bytes.size() - 6));
+        QCOMPARE(ours.position, readByQt(bytes).position);
+        QCOMPARE(ours.status, QDataStream::Ok);
+    }
+
+    void listsCutShortAreReadAsQtReadsThem()
+    {
+        const QByteArray bytes = streamed(threePictures());
+        for (int length = 0; length < bytes.size(); ++length) {
+            const Result ours = readByUs(bytes.left(length));
+            const Result theirs = readByQt(bytes.left(length));
+            QVERIFY2(ours.images == theirs.images, qPrintable(QString::number(length)));
+            QVERIFY2(ours.status == theirs.status, qPrintable(QString::number(length)));
+        }
+        QCOMPARE(readByUs(bytes.left(bytes.size() - 20)).images, QList<QImage>());
+    }
+
+    void aStatusThatWasBadBeforeIsPutBack()
+    {
+        const QByteArray bytes = streamed(threePictures());
+        const Result ours = readByUs(bytes, QDataStream::ReadCorruptData);
+        QCOMPARE(ours.images.size(), 3);
+        QCOMPARE(ours.status, QDataStream::ReadCorruptData);
+        QCOMPARE(readByQt(bytes, QDataStream::ReadCorruptData).status, ours.status);
+        QCOMPARE(readByUs(bytes.left(20), QDataStream::ReadCorruptData).status,
+                 QDataStream::ReadCorruptData);
+    }
+
+    void aCountBeyondMeasureIsNotBelieved()
+    {
+        const Result ours = readByUs(QByteArray::fromHex("ffffffff"));
+        QVERIFY(ours.images.isEmpty());
+        QVERIFY(ours.status != QDataStream::Ok);
+    }
+
+    void aCountThatNullPicturesFollowEndsWithTheBytes()
+    {
+        const Result ours = readByUs(QByteArray::fromHex("ffffffff") + QByteArray(4000, '\0'));
+        QVERIFY(ours.images.isEmpty());
+    }
+
+    void aPictureThatItsBytesCannotHoldIsNotRead()
+    {
+        // 30000 x 30000 pixels, 3.6 GB, in a file of a few dozen bytes; its checksum is right.
+        QByteArray png = QByteArray::fromHex("89504e470d0a1a0a"
+                                             "0000000d49484452"
+                                             "0000753000007530"
+                                             "0806000000");
+        png += QByteArray::fromHex("6627f8ba");
+        const Result ours = readByUs(QByteArray::fromHex("00000001"
+                                                         "00000001") +
+                                     png);
+        QVERIFY(ours.images.isEmpty());
+        QVERIFY(ours.status != QDataStream::Ok);
+    }
+
+    void withoutADeviceThereIsNothing()
+    {
+        QDataStream stream;
+        QCOMPARE(PictureStream::readList(stream), QList<QImage>());
+        QImage image = Pictures::solid(1, 1, Qt::red);
+        QVERIFY(!PictureStream::read(stream, image));
+        QVERIFY(image.isNull());
+    }
+};
+
+QTEST_MAIN(TestFormPictureList)
+#include "tst_form_picturelist.moc"

@@ -1,0 +1,188 @@
+#include "animatedimage/protocol/undocommands.h"
+#include "framework/framework.h"
+#include "framework/page.h"
+#include "tests/support/pictures.h"
+#include "tests/support/probe.h"
+#include "tests/support/request.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QTest>
+
+#include <memory>
+
+namespace
+{
+
+using Closure = std::function<void(QDataStream &)>;
+
+QUndoStack &stack()
+{
+    return *Framework::instance().undoStack();
+}
+
+/// A document with one page and an animated image on it, which writes down the order in which
+/// commands and object end.
+struct Scene {
+    Scene()
+        : document(std::make_unique<Document>())
+        , page(document->addPage(QRectF(0.0, 0.0, 800.0, 600.0)))
+        , image(new CAnimatedImage(1, true, nullptr))
+    {
+        page->addObject(image);
+        AnimatedImageProbe(*image).frames().append(
+            {QStringLiteral("first"), Pictures::solid(4, 4, Qt::red)});
+        QObject::connect(image, &QObject::destroyed, &listener,
+                         [this] { ended.append(objectEnds); });
+    }
+
+    /// Pushes a command that holds the object. Its closures say when they are run, and when they
+    /// are gone, whether the object was there.
+    void push()
+    {
+        const auto witness =
+            std::shared_ptr<void>(nullptr, [this, alive = QPointer<CAnimatedImage>(image)](void *) {
+                ended.append(alive ? commandEnds : commandEndsLate);
+            });
+        Closure redo = [this, witness](QDataStream &) { ended.append(commandRuns); };
+        Closure undo = [this, witness](QDataStream &) { ended.append(commandRuns); };
+        CUndoRedo::GetInstance()->push(new CAnimatedUndoRedoCommand(redo, undo));
+        ended.removeAll(commandRuns);
+    }
+
+    const QString objectEnds = QStringLiteral("object");
+    const QString commandEnds = QStringLiteral("command");
+    const QString commandEndsLate = QStringLiteral("command after its object");
+    const QString commandRuns = QStringLiteral("run");
+
+    QStringList ended;
+    QObject listener;
+    std::unique_ptr<Document> document;
+    Page *page;
+    CAnimatedImage *image;
+};
+
+} // namespace
+
+/// Commands hold plain pointers to objects, so they must go first.
+class TestUndoLifetimes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void aDocumentDropsCommandsBeforeObjects();
+    void aDocumentDropsWhatWasUndoneToo();
+    void aDocumentDropsWhatIsInsideAnOpenMacro();
+    void aRemovedPageDropsCommandsBeforeObjects();
+    void aDestroyedObjectIsOutlivedByNoCommand();
+    void anObjectThatEndsByItselfTakesTheCommandsAlong();
+    void theRealCommandsGoWithTheirDocument();
+    void commandsForNoObjectMayStay();
+};
+
+void TestUndoLifetimes::init()
+{
+    Framework::instance().dropUndoCommands();
+}
+
+void TestUndoLifetimes::aDocumentDropsCommandsBeforeObjects()
+{
+    Scene scene;
+    scene.push();
+    scene.push();
+    QCOMPARE(stack().count(), 2);
+    scene.document.reset();
+    QCOMPARE(scene.ended, QStringList({scene.commandEnds, scene.commandEnds, scene.objectEnds}));
+    QCOMPARE(stack().count(), 0);
+}
+
+void TestUndoLifetimes::aDocumentDropsWhatWasUndoneToo()
+{
+    Scene scene;
+    scene.push();
+    scene.push();
+    stack().undo();
+    stack().undo();
+    scene.ended.clear();
+    scene.document.reset();
+    QCOMPARE(scene.ended, QStringList({scene.commandEnds, scene.commandEnds, scene.objectEnds}));
+    QVERIFY(!stack().canRedo());
+}
+
+void TestUndoLifetimes::aDocumentDropsWhatIsInsideAnOpenMacro()
+{
+    Scene scene;
+    GetFramework()->openUndoMacro(QStringLiteral("Never closed"));
+    scene.push();
+    scene.document.reset();
+    QCOMPARE(scene.ended, QStringList({scene.commandEnds, scene.objectEnds}));
+    QVERIFY(!GetFramework()->isUndoMacroOpen());
+}
+
+void TestUndoLifetimes::aRemovedPageDropsCommandsBeforeObjects()
+{
+    Scene scene;
+    scene.push();
+    scene.document->removePage(scene.page);
+    QCOMPARE(scene.ended, QStringList({scene.commandEnds, scene.objectEnds}));
+    QCOMPARE(stack().count(), 0);
+}
+
+void TestUndoLifetimes::aDestroyedObjectIsOutlivedByNoCommand()
+{
+    Scene scene;
+    scene.push();
+    scene.page->destroyObject(scene.image);
+    QCOMPARE(scene.ended, QStringList({scene.commandEnds, scene.objectEnds}));
+    QCOMPARE(stack().count(), 0);
+}
+
+void TestUndoLifetimes::anObjectThatEndsByItselfTakesTheCommandsAlong()
+{
+    Scene scene;
+    scene.push();
+    scene.image->Release();
+    // A command may be what has just released it, so they go with the next turn. None is run.
+    QCoreApplication::processEvents();
+    QCOMPARE(scene.ended, QStringList({scene.objectEnds, scene.commandEndsLate}));
+    QCOMPARE(stack().count(), 0);
+}
+
+void TestUndoLifetimes::theRealCommandsGoWithTheirDocument()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("walk.png"));
+    QVERIFY(Pictures::solid(4, 2, Qt::cyan).save(path));
+    Scene scene;
+    Request replaceAll(Request::packed(path));
+    QVERIFY(replaceAll.get(scene.image, 5020));
+    Request setType(Request::packed(qint32(1), true));
+    QVERIFY(setType.set(scene.image, 5008));
+    auto *change = new CAnimatedImageChangeCommand(scene.image, CHANGE_LOOP_COUNT);
+    change->setIntValue(-1, 3);
+    CUndoRedo::GetInstance()->push(change);
+    QCOMPARE(stack().count(), 3);
+    stack().undo();
+
+    scene.document.reset();
+
+    QCOMPARE(scene.ended, QStringList({scene.objectEnds}));
+    QVERIFY(!stack().canUndo() && !stack().canRedo());
+    stack().undo();
+    stack().redo();
+}
+
+void TestUndoLifetimes::commandsForNoObjectMayStay()
+{
+    Scene scene;
+    scene.push();
+    // A document without pages, such as one for the clipboard, is known to no command.
+    std::make_unique<Document>().reset();
+    QCOMPARE(stack().count(), 1);
+    QCOMPARE(scene.ended, QStringList());
+}
+
+QTEST_MAIN(TestUndoLifetimes)
+#include "tst_undo_lifetimes.moc"

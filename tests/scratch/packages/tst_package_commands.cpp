@@ -1,0 +1,235 @@
+#include "flipbook/document/documentfile.h"
+#include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/flipbookrun.h"
+#include "tests/support/gifbuilder.h"
+#include "tests/support/pictures.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QProcess>
+#include <QtCore/QRandomGenerator>
+#include <QtTest/QTest>
+
+#include <algorithm>
+
+/// "flipbook sprite" and "flipbook project" where something is in the way, or too much.
+class TestPackageCommands : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void anObjectWithoutFramesGivesAMessageAndNoFile_data();
+    void anObjectWithoutFramesGivesAMessageAndNoFile();
+    void outputsThatCannotBeWrittenAreNamed_data();
+    void outputsThatCannotBeWrittenAreNamed();
+    void aFullDiskLeavesNoHalfFile_data();
+    void aFullDiskLeavesNoHalfFile();
+    void aFullDiskLeavesTheFileThatWasThere();
+    void wrongUsageIsTold_data();
+    void wrongUsageIsTold();
+    void manyCostumesAreRemarkedOn();
+    void muchDataIsRemarkedOn();
+    void picturesLargerThanATextureAreReduced();
+    void moderateFilmsGiveNoRemark();
+
+private:
+    QString path(const QString &name) const { return m_fixture->path(name); }
+    QStringList files() const { return QDir(path(QString())).entryList(QDir::Files); }
+    FlipbookRun sprite(const QString &input, const QString &output) const
+    {
+        return flipbook(
+            {QStringLiteral("sprite"), path(input), QStringLiteral("-o"), path(output)});
+    }
+    static FlipbookRun withSmallDisk(int halfKilobytes, const QStringList &arguments);
+
+    std::unique_ptr<DocumentFixture> m_fixture;
+    QStringList m_files;
+};
+
+/// The film walk.gif, and a document that has an object without frames.
+void TestPackageCommands::initTestCase()
+{
+    m_fixture = std::make_unique<DocumentFixture>();
+    QVERIFY(QFile::copy(QStringLiteral(SAMPLES "/walk.gif"), path(QStringLiteral("walk.gif"))));
+    const auto document = m_fixture->document({});
+    saveDocument(*document, path(QStringLiteral("empty.flipbook")));
+}
+
+void TestPackageCommands::init()
+{
+    m_files = files();
+}
+
+/// Runs flipbook where no file can grow beyond this size, as on a disk that is full.
+FlipbookRun TestPackageCommands::withSmallDisk(int halfKilobytes, const QStringList &arguments)
+{
+    // Writing is refused with an error then, not with a signal.
+    const QString script = QStringLiteral("trap '' XFSZ; ulimit -f %1; exec \"$@\"");
+    QProcess process;
+    process.start(QStringLiteral("sh"),
+                  QStringList({QStringLiteral("-c"), script.arg(halfKilobytes),
+                               QStringLiteral("sh"), QStringLiteral(FLIPBOOK_PROGRAM)}) +
+                      arguments);
+    FlipbookRun run;
+    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit)
+        run.status = process.exitCode();
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+void TestPackageCommands::anObjectWithoutFramesGivesAMessageAndNoFile_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("sprite") << QStringLiteral("sprite") << QStringLiteral("out.sprite3");
+    QTest::newRow("project") << QStringLiteral("project") << QStringLiteral("out.sb3");
+}
+
+void TestPackageCommands::anObjectWithoutFramesGivesAMessageAndNoFile()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, output);
+    const QString document = path(QStringLiteral("empty.flipbook"));
+    const FlipbookRun run = flipbook({command, document, QStringLiteral("-o"), path(output)});
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.err, QStringLiteral("flipbook: %1: film: has no frames, and Scratch takes no "
+                                     "sprite without costumes\n")
+                          .arg(document));
+    QCOMPARE(files(), m_files);
+}
+
+void TestPackageCommands::outputsThatCannotBeWrittenAreNamed_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("no folder") << QStringLiteral("none/out.sprite3")
+                               << QStringLiteral("its folder does not exist");
+    QTest::newRow("a folder") << QStringLiteral("folder.sprite3") << QStringLiteral("is a folder");
+}
+
+void TestPackageCommands::outputsThatCannotBeWrittenAreNamed()
+{
+    QFETCH(QString, output);
+    QFETCH(QString, reason);
+    QVERIFY(QDir().mkpath(path(QStringLiteral("folder.sprite3"))));
+    const FlipbookRun run = sprite(QStringLiteral("walk.gif"), output);
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.err, QStringLiteral("flipbook: %1: %2\n").arg(path(output), reason));
+    QCOMPARE(files(), m_files);
+}
+
+void TestPackageCommands::aFullDiskLeavesNoHalfFile_data()
+{
+    QTest::addColumn<int>("halfKilobytes");
+    QTest::addColumn<QString>("message");
+    // The film's pictures have some 10 KB each, all of them more than 60 KB.
+    QTest::newRow("for the package") << 120 << QStringLiteral("out.sprite3: ");
+    QTest::newRow("for its pictures")
+        << 2 << QStringLiteral("walk.gif: walk: its costumes could not be written");
+}
+
+void TestPackageCommands::aFullDiskLeavesNoHalfFile()
+{
+    QFETCH(int, halfKilobytes);
+    QFETCH(QString, message);
+    const FlipbookRun run =
+        withSmallDisk(halfKilobytes, {QStringLiteral("sprite"), path(QStringLiteral("walk.gif")),
+                                      QStringLiteral("-o"), path(QStringLiteral("out.sprite3"))});
+    QCOMPARE(run.status, 1);
+    // What the library that writes pictures says of it comes first.
+    QVERIFY2(run.err.contains(QStringLiteral("flipbook: ") + path(message)), qPrintable(run.err));
+    QCOMPARE(files(), m_files);
+}
+
+void TestPackageCommands::aFullDiskLeavesTheFileThatWasThere()
+{
+    const QString output = path(QStringLiteral("kept.sprite3"));
+    writeBytes(output, "an earlier sprite");
+    const FlipbookRun run =
+        withSmallDisk(120, {QStringLiteral("sprite"), path(QStringLiteral("walk.gif")),
+                            QStringLiteral("-o"), output});
+    QCOMPARE(run.status, 1);
+    QCOMPARE(bytesOf(output), QByteArray("an earlier sprite"));
+    QVERIFY(QFile::remove(output));
+    QCOMPARE(files(), m_files);
+}
+
+void TestPackageCommands::wrongUsageIsTold_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *arguments, const char *reason) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(reason);
+    };
+    row("sprite walk.gif", "-o is missing");
+    row("sprite -o a.sprite3", "a file is missing");
+    row("sprite walk.gif -o a.sb3", "'a.sb3' does not end in .sprite3");
+    row("project walk.gif -o a.sprite3", "'a.sprite3' does not end in .sb3");
+}
+
+void TestPackageCommands::wrongUsageIsTold()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, reason);
+    const FlipbookRun run = flipbookIn(path(QString()), arguments.split(QLatin1Char(' ')));
+    QCOMPARE(run.status, 2);
+    QVERIFY2(run.err.startsWith(QStringLiteral("flipbook: %1\n").arg(reason)), qPrintable(run.err));
+    QCOMPARE(files(), m_files);
+}
+
+void TestPackageCommands::manyCostumesAreRemarkedOn()
+{
+    GifBuilder film(2, 2);
+    for (int i = 0; i < 201; ++i)
+        film.add(i % 4, 10);
+    film.write(path(QStringLiteral("long.gif")));
+    const FlipbookRun run = sprite(QStringLiteral("long.gif"), QStringLiteral("long.sprite3"));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QStringLiteral("flipbook: %1: warning: long: has 201 costumes; Scratch is "
+                                     "slow with more than 200\n")
+                          .arg(path(QStringLiteral("long.sprite3"))));
+}
+
+void TestPackageCommands::muchDataIsRemarkedOn()
+{
+    // Noise does not shrink: 1000 x 1000 pixels become 2000 x 2000 that differ a little.
+    constexpr quint32 seed = 5;
+    QRandomGenerator random(seed);
+    QImage noise(1000, 1000, QImage::Format_ARGB32);
+    for (int y = 0; y < noise.height(); ++y) {
+        auto *row = reinterpret_cast<QRgb *>(noise.scanLine(y));
+        std::generate(row, row + noise.width(),
+                      [&random] { return random.generate() | 0xff000000; });
+    }
+    QVERIFY(noise.save(path(QStringLiteral("noise.png"))));
+    const FlipbookRun run = sprite(QStringLiteral("noise.png"), QStringLiteral("noise.sprite3"));
+    QCOMPARE(run.status, 0);
+    QVERIFY2(run.err.startsWith(QStringLiteral("flipbook: %1: warning: noise: has pictures of 1")
+                                    .arg(path(QStringLiteral("noise.sprite3")))),
+             qPrintable(run.err));
+    QVERIFY2(run.err.endsWith(QStringLiteral(" MiB; Scratch is slow with more than 10.0 MiB\n")),
+             qPrintable(run.err));
+}
+
+void TestPackageCommands::picturesLargerThanATextureAreReduced()
+{
+    // 5000 x 100 pixels become a costume of 10000 x 200; 200 x 8192 / 10000 is 163.84, cut off.
+    QVERIFY(Pictures::solid(5000, 100, Qt::blue).save(path(QStringLiteral("wide.png"))));
+    const FlipbookRun run = sprite(QStringLiteral("wide.png"), QStringLiteral("wide.sprite3"));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QStringLiteral(
+                          "flipbook: %1: warning: wide: pictures of 10000 x 200 pixels are larger "
+                          "than Scratch can draw, and were reduced to 8192 x 163\n")
+                          .arg(path(QStringLiteral("wide.sprite3"))));
+}
+
+void TestPackageCommands::moderateFilmsGiveNoRemark()
+{
+    const FlipbookRun run = sprite(QStringLiteral("walk.gif"), QStringLiteral("walk.sprite3"));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.out + run.err, QString());
+}
+
+QTEST_MAIN(TestPackageCommands)
+#include "tst_package_commands.moc"
