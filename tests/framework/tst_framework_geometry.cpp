@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 /// An object at (10, 20) of 100 x 50.
@@ -181,13 +181,13 @@ void TestFrameworkGeometry::impossibleGeometryIsIgnored_data()
     QTest::addColumn<double>("width");
     QTest::addColumn<double>("x");
     QTest::addColumn<double>("angle");
-    QTest::newRow("width nan") << nan << 0.0 << 0.0;
+    QTest::newRow("width nan") << notANumber << 0.0 << 0.0;
     QTest::newRow("width infinite") << infinity << 0.0 << 0.0;
     QTest::newRow("width negative") << -1.0 << 0.0 << 0.0;
-    QTest::newRow("place nan") << 10.0 << nan << 0.0;
+    QTest::newRow("place nan") << 10.0 << notANumber << 0.0;
     QTest::newRow("place infinite") << 10.0 << -infinity << 0.0;
     QTest::newRow("corner beyond every number") << 1.7e308 << -1.7e308 << 0.0;
-    QTest::newRow("angle nan") << 10.0 << 0.0 << nan;
+    QTest::newRow("angle nan") << 10.0 << 0.0 << notANumber;
 }
 
 void TestFrameworkGeometry::impossibleGeometryIsIgnored()
@@ -199,9 +199,9 @@ void TestFrameworkGeometry::impossibleGeometryIsIgnored()
     ChangeLog log;
     object.setCenterPos(QPointF(x, 0), QSizeF(width, 10), angle, true);
     if (!(width >= 0.0 && width < 1e300))
-        object.setSize(QSizeF(10, width < 1e300 ? width : nan), true, true);
+        object.setSize(QSizeF(10, width < 1e300 ? width : notANumber), true, true);
     if (!(std::abs(x) < 1e300))
-        object.CBaseObject::setPos(QPointF(x < -1e300 ? nan : x, 0), true);
+        object.CBaseObject::setPos(QPointF(x < -1e300 ? notANumber : x, 0), true);
     if (angle != 0.0)
         object.setRotate(angle, true);
     QCOMPARE(object.getClientRect(), QRectF(0, 0, 100, 50));
@@ -270,7 +270,7 @@ void TestFrameworkGeometry::theHandleSizeIsOneForTheWholeEditor()
     CGDRootObject::SetHandleSize(4.0);
     QCOMPARE(first.getHandleSize(), 4.0);
     QCOMPARE(second.getHandleSize(), 4.0);
-    CGDRootObject::SetHandleSize(nan);
+    CGDRootObject::SetHandleSize(notANumber);
     CGDRootObject::SetHandleSize(-1.0);
     QCOMPARE(first.getHandleSize(), 4.0);
     CGDRootObject::SetHandleSize(8.0);
