@@ -3,7 +3,10 @@
 #include <QtCore/QtMath>
 #include <QtGui/QPainter>
 
+#include <unistd.h>
+
 #include <cmath>
+#include <cstring>
 
 namespace BackgroundTile
 {
@@ -11,13 +14,72 @@ namespace BackgroundTile
 namespace
 {
 
+/// The raster painter works on coordinates up to this; beyond, it paints nothing or wrongly.
+constexpr int Reach = 32767;
+
 bool canHold(double width, double height)
 {
-    // Beyond this Qt's own arithmetic on pictures, or the memory of the machine, gives out.
-    constexpr double longestSide = 32767.0;
-    constexpr double mostPixels = 1024.0 * 1024.0 * 1024.0 / 4.0;
-    return width > 0.0 && height > 0.0 && width < longestSide / 2.0 && height < longestSide / 2.0 &&
-           4.0 * width * height <= mostPixels;
+    // Qt's own arithmetic on pictures ends here; their memory ends before.
+    constexpr double longestSide = 1 << 28;
+    // The tile is four pictures, and the scaled one that is painted into it is a fifth.
+    constexpr double bytesPerUnit = 5.0 * sizeof(QRgb);
+    const double memory = double(sysconf(_SC_PHYS_PAGES)) * double(sysconf(_SC_PAGESIZE));
+    return width > 0.0 && height > 0.0 && width < longestSide && height < longestSide &&
+           bytesPerUnit * width * height <= memory;
+}
+
+/// The part @p rect of @p image, sharing its pixels, which must outlive it. Not for palettes.
+QImage view(const QImage &image, const QRect &rect)
+{
+    const uchar *first = image.constScanLine(rect.top()) + rect.left() * sizeof(QRgb);
+    return {first, rect.width(), rect.height(), image.bytesPerLine(), image.format()};
+}
+
+/// The pixels of @p rect, and one more all round for the smoothing at its edges.
+QRect aroundPixels(const QRectF &rect)
+{
+    return rect.toAlignedRect().adjusted(-1, -1, 1, 1);
+}
+
+/// @p rect in pieces that one painting call covers; whole where it can be.
+QList<QRectF> withinReach(const QRectF &rect)
+{
+    QList<QRectF> pieces;
+    constexpr int longest = Reach - 4; // with the pixels around it, and parts of pixels
+    const int columns = qCeil(rect.width() / longest);
+    const int rows = qCeil(rect.height() / longest);
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            const QPointF corner(column * longest, row * longest);
+            pieces.append(QRectF(rect.topLeft() + corner, QSizeF(longest, longest)) & rect);
+        }
+    }
+    return pieces;
+}
+
+/// Paints @p scaled into the top left quarter of @p tiled, which has twice its size.
+void paintQuarter(QImage &tiled, const QImage &scaled)
+{
+    const auto pieces = withinReach(scaled.rect());
+    for (const QRectF &rect : pieces) {
+        const QRect piece = rect.toRect();
+        uchar *first = tiled.scanLine(piece.top()) + piece.left() * sizeof(QRgb);
+        QImage target(first, piece.width(), piece.height(), tiled.bytesPerLine(), tiled.format());
+        QPainter painter(&target);
+        painter.drawImage(0, 0, pieces.size() == 1 ? scaled : scaled.copy(piece));
+    }
+}
+
+/// Copies the top left quarter of @p tiled to the other three.
+void repeatQuarter(QImage &tiled)
+{
+    const int height = tiled.height() / 2;
+    const auto half = static_cast<size_t>(tiled.bytesPerLine()) / 2;
+    for (int y = 0; y < height; ++y) {
+        uchar *line = tiled.scanLine(y);
+        std::memcpy(line + half, line, half);
+        std::memcpy(tiled.scanLine(y + height), line, 2 * half);
+    }
 }
 
 } // namespace
@@ -44,11 +106,10 @@ QImage tile(const QImage &frame, const QSizeF &size)
 
     const QImage scaled =
         frame.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QPainter painter(&tiled);
-    for (const int y : {0, height}) {
-        for (const int x : {0, width})
-            painter.drawImage(x, y, scaled);
-    }
+    if (scaled.isNull())
+        return {};
+    paintQuarter(tiled, scaled);
+    repeatQuarter(tiled);
     return tiled;
 }
 
@@ -58,6 +119,24 @@ double wrappedOffset(double offset, int length)
     while (wrapped < 0.0)
         wrapped += length;
     return wrapped;
+}
+
+void paint(QPainter &painter, const QRectF &part, const QImage &tile, const QPointF &offset)
+{
+    const QRectF source(offset, part.size());
+    if (tile.width() <= Reach && tile.height() <= Reach) {
+        painter.drawImage(part, tile, source);
+        return;
+    }
+    const QList<QRectF> pieces = withinReach(source & QRectF(tile.rect()));
+    // Smooth edges of two pieces would leave a seam between them.
+    if (pieces.size() > 1)
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const QRectF &piece : pieces) {
+        const QRect pixels = aroundPixels(piece) & tile.rect();
+        painter.drawImage(piece.translated(part.topLeft() - offset), view(tile, pixels),
+                          piece.translated(-pixels.topLeft()));
+    }
 }
 
 } // namespace BackgroundTile

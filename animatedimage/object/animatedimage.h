@@ -52,7 +52,7 @@ public:
     QString getObjName() override;
 
     /// Paints the frame shown into the object's rectangle, or the visible part of the background
-    /// tile. Draws nothing when @p painter is null or there is no frame to show.
+    /// tile as it is. Draws nothing when @p painter is null or there is no frame to show.
     void OnQPainterDraw(QPainter *painter) override;
 
     /// The stream form. Both always return true. load() appends to the list of frames, so it is
@@ -136,8 +136,8 @@ public:
     // Background tile.
 
     /// Rebuilds the tile (twice across, twice down) from a frame, at the object's size rounded to
-    /// pixels. An index outside the list, or a size no picture can have, gives an empty tile. A
-    /// frame that was never measured is measured.
+    /// pixels. An index outside the list, or a size that memory cannot hold, gives an empty tile.
+    /// A frame that was never measured is measured.
     void generateBGImage(int index);
     /// Works out the part of the object that lies on the page, then rebuilds the tile.
     void regenBGImage();

@@ -24,7 +24,7 @@ void CAnimatedImage::OnQPainterDraw(QPainter *painter)
         return;
     painter->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
                             QPainter::SmoothPixmapTransform);
-    if (!isFrame(m_runningIndex))
+    if (m_portraits.isEmpty())
         return;
     if (!m_belongDoc)
         getBelongDoc();
@@ -32,6 +32,8 @@ void CAnimatedImage::OnQPainterDraw(QPainter *painter)
         drawBackground(painter);
         return;
     }
+    if (!isFrame(m_runningIndex))
+        return;
     const QImage &image = m_portraits.at(m_runningIndex).image;
     painter->drawImage(m_rect, image, QRectF(QPointF(0.0, 0.0), QSizeF(image.size())));
 }
@@ -42,10 +44,9 @@ void CAnimatedImage::drawBackground(QPainter *painter) const
         BackgroundTile::wrappedOffset(m_bgRect.x() - m_bgPos.x(), m_bgImage.width() / 2);
     const double y =
         BackgroundTile::wrappedOffset(m_bgRect.y() - m_bgPos.y(), m_bgImage.height() / 2);
-    const QRectF source(x, y, m_bgRect.width(), m_bgRect.height());
     // A damaged document may hold any rectangle; the painter must not be asked for an endless one.
-    if (isFinite(m_bgRect) && isFinite(source))
-        painter->drawImage(m_bgRect, m_bgImage, source);
+    if (isFinite(m_bgRect) && std::isfinite(x) && std::isfinite(y))
+        BackgroundTile::paint(*painter, m_bgRect, m_bgImage, QPointF(x, y));
 }
 
 QRectF CAnimatedImage::boundingRect() const

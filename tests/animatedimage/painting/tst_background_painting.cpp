@@ -43,6 +43,9 @@ private Q_SLOTS:
     void theOffsetOfThePartAndOfThePatternAreCountedTogether();
     void onlyTheVisiblePartIsDrawn();
     void theTileIsDrawnNotTheFrame();
+    void theTileIsDrawnForAnIndexOutsideTheList_data();
+    void theTileIsDrawnForAnIndexOutsideTheList();
+    void withoutFramesNoTileIsDrawn();
     void paintingLeavesTheTile();
     void whileEditedItIsDrawnLikeANormalOne();
     void theNormalTypeIsDrawnWholeWhilePresented();
@@ -138,6 +141,36 @@ void TestBackgroundPainting::theTileIsDrawnNotTheFrame()
     presented.stage.probe.frame(0).image = Canvas::picture({"ww", "ww"});
     QCOMPARE(Canvas::letters(Canvas::painted(presented.stage.image, {4, 1})),
              Canvas::rows({"rgby"}));
+}
+
+void TestBackgroundPainting::theTileIsDrawnForAnIndexOutsideTheList_data()
+{
+    QTest::addColumn<int>("index");
+    for (const int index : {-1, 1, 1000000})
+        QTest::addRow("%d", index) << index;
+}
+
+void TestBackgroundPainting::theTileIsDrawnForAnIndexOutsideTheList()
+{
+    QFETCH(int, index);
+    Presented presented;
+    presented.stage->setCurrentIndex(index);
+    QCOMPARE(presented.stage.probe.runningIndex(), index);
+    QCOMPARE(Canvas::letters(Canvas::painted(presented.stage.image, {4, 1})),
+             Canvas::rows({"rgby"}));
+
+    presented.stage->generateBGImage(index);
+    QCOMPARE(Canvas::letters(Canvas::painted(presented.stage.image, {4, 1})),
+             Canvas::rows({"...."}));
+}
+
+void TestBackgroundPainting::withoutFramesNoTileIsDrawn()
+{
+    Presented presented;
+    presented.stage.probe.frames().clear();
+    QVERIFY(!presented.stage.probe.bgImage().isNull());
+    QCOMPARE(Canvas::letters(Canvas::painted(presented.stage.image, {4, 1})),
+             Canvas::rows({"...."}));
 }
 
 void TestBackgroundPainting::paintingLeavesTheTile()

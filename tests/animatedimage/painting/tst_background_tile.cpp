@@ -125,7 +125,6 @@ void TestBackgroundTile::theTileHasTwiceTheRoundedSize_data()
     QTest::newRow("less than nothing") << QSizeF(-5.0, 5.0) << QSize(0, 0);
     QTest::newRow("endless") << QSizeF(infinite, 5.0) << QSize(0, 0);
     QTest::newRow("no number") << QSizeF(noNumber, 5.0) << QSize(0, 0);
-    QTest::newRow("beyond what memory holds") << QSizeF(16000.0, 16384.0) << QSize(0, 0);
 }
 
 void TestBackgroundTile::theTileHasTwiceTheRoundedSize()
