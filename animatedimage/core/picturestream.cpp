@@ -14,6 +14,10 @@ namespace
 /// Before this version of the stream format a picture had no marker for being null.
 constexpr int versionWithNullMarker = QDataStream::Qt_3_1;
 
+/// Null pictures of older versions have no bytes that could justify their number. A list of more
+/// is damaged.
+constexpr quint32 mostWithoutBytes = 1 << 16;
+
 /// Memory that a picture may take however few its bytes are.
 constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
 
@@ -53,10 +57,79 @@ bool hasJustifiedChunks(QIODevice &device)
     return device.seek(start) && isJustified;
 }
 
+/// Reads on from another device, sequential like it, and keeps the last bytes that were read.
+class Tail : public QIODevice
+{
+public:
+    explicit Tail(QIODevice &source)
+        : m_source(source)
+    {
+        open(ReadOnly | Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    const QByteArray &last() const { return m_last; }
+
+protected:
+    qint64 readData(char *data, qint64 most) override
+    {
+        const qint64 count = m_source.read(data, most);
+        if (count > 0)
+            m_last = (m_last + QByteArray(data, static_cast<int>(count))).right(8);
+        return count;
+    }
+    qint64 writeData(const char * /*data*/, qint64 /*count*/) override { return -1; }
+
+private:
+    QIODevice &m_source;
+    QByteArray m_last;
+};
+
 bool fail(QDataStream &stream)
 {
     stream.setStatus(QDataStream::ReadPastEnd);
     return false;
+}
+
+bool hasNullMarker(const QDataStream &stream)
+{
+    return stream.version() >= versionWithNullMarker;
+}
+
+bool isPng(const QDataStream &stream)
+{
+    return stream.version() != 1;
+}
+
+/// Whether a picture without a marker is null: it has no bytes, so others follow, or none.
+bool isWithoutBytes(const QDataStream &stream, QIODevice &device)
+{
+    const QByteArray signature =
+        isPng(stream) ? QByteArray::fromHex("89504e470d0a1a0a") : QByteArrayLiteral("BM");
+    const QByteArray next = device.peek(signature.size());
+    return next.isEmpty() || !signature.startsWith(next);
+}
+
+bool readFrom(QIODevice &device, QDataStream &stream, QImage &image)
+{
+    if (isPng(stream) && !hasJustifiedChunks(device))
+        return fail(stream);
+    QImageReader reader(&device, isPng(stream) ? "png" : "bmp");
+    const QSize size = reader.size();
+    if (!size.isValid() || !isJustified(size, device))
+        return fail(stream);
+    image = reader.read();
+    return image.isNull() ? fail(stream) : true;
+}
+
+/// Whether a picture follows, and not a null one. Gives the stream a bad status where it ends.
+bool isPresent(QDataStream &stream, QIODevice &device)
+{
+    if (!hasNullMarker(stream))
+        return !isWithoutBytes(stream, device);
+    qint32 marker = 0;
+    stream >> marker;
+    return marker != 0;
 }
 
 } // namespace
@@ -67,36 +140,34 @@ bool read(QDataStream &stream, QImage &image)
     QIODevice *device = stream.device();
     if (!device)
         return fail(stream);
-    if (stream.version() >= versionWithNullMarker) {
-        qint32 isPresent = 0;
-        stream >> isPresent;
-        if (stream.status() != QDataStream::Ok)
-            return false;
-        if (!isPresent)
-            return true;
-    }
-    const bool isPng = stream.version() != 1;
-    if (isPng && !hasJustifiedChunks(*device))
-        return fail(stream);
-    QImageReader reader(device, isPng ? "png" : "bmp");
-    const QSize size = reader.size();
-    if (!size.isValid() || !isJustified(size, *device))
-        return fail(stream);
-    image = reader.read();
-    return image.isNull() ? fail(stream) : true;
+    if (!isPresent(stream, *device))
+        return stream.status() == QDataStream::Ok;
+    return readFrom(*device, stream, image);
 }
 
 bool readWhole(QDataStream &stream, QImage &image)
 {
-    if (!read(stream, image))
-        return false;
-    if (image.isNull() || stream.version() == 1)
-        return true;
-    const QByteArray closing = QByteArray::fromHex("49454e44ae426082");
+    image = QImage();
     QIODevice *device = stream.device();
-    const bool isWhole =
-        device->seek(device->pos() - closing.size()) && device->read(closing.size()) == closing;
-    return isWhole || fail(stream);
+    if (!device)
+        return fail(stream);
+    if (!isPresent(stream, *device))
+        return stream.status() == QDataStream::Ok;
+
+    const QByteArray closing = QByteArray::fromHex("49454e44ae426082");
+    QByteArray last;
+    if (device->isSequential()) {
+        Tail tail(*device);
+        if (!readFrom(tail, stream, image))
+            return false;
+        last = tail.last();
+    } else {
+        if (!readFrom(*device, stream, image))
+            return false;
+        device->seek(device->pos() - closing.size());
+        last = device->read(closing.size());
+    }
+    return !isPng(stream) || last == closing || fail(stream);
 }
 
 QList<QImage> readList(QDataStream &stream)
@@ -105,10 +176,14 @@ QList<QImage> readList(QDataStream &stream)
     stream.resetStatus();
     QList<QImage> images;
     quint32 count = 0;
+    quint32 withoutBytes = 0;
     stream >> count;
     for (quint32 i = 0; i < count; ++i) {
         QImage image;
-        if (!read(stream, image)) {
+        bool isRead = read(stream, image);
+        if (isRead && image.isNull() && !hasNullMarker(stream) && ++withoutBytes > mostWithoutBytes)
+            isRead = fail(stream);
+        if (!isRead) {
             images.clear();
             break;
         }

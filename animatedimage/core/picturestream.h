@@ -11,16 +11,19 @@ class QDataStream;
 namespace PictureStream
 {
 
-/// Reads one picture. False, with the stream's status no longer QDataStream::Ok, when there is
-/// none, or when its size could not come from the bytes that are present.
+/// Reads one picture, which may be null. False, with the stream's status no longer
+/// QDataStream::Ok, when it is damaged, or when its size could not come from the bytes that are
+/// present. In the stream versions 1 to 4 a null picture has no bytes: whatever is not the
+/// beginning of a picture, the end included, is null there.
 bool read(QDataStream &stream, QImage &image);
 
 /// The same for a picture that may be the last thing in the buffer: one whose closing check sum is
-/// cut off, which the reader of PNG files forgives, fails too. The device must be seekable.
+/// cut off, which the reader of PNG files forgives, fails too.
 bool readWhole(QDataStream &stream, QImage &image);
 
-/// Reads a counted list of pictures. One that fails empties the list and ends the reading. A
-/// status that was bad before is put back afterwards.
+/// Reads a counted list of pictures. One that fails empties the list and ends the reading, and so
+/// do more than 65536 null pictures that have no bytes. A status that was bad before is put back
+/// afterwards.
 QList<QImage> readList(QDataStream &stream);
 
 /// @p image with the same bytes each time it is written. In a picture of one bit for each pixel the

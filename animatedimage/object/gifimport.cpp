@@ -42,6 +42,9 @@ void CAnimatedImage::importGif(const QString &fileName, QImageReader &probe)
 
     if (!isProbeReadable)
         m_shiftInterval = movie.nextFrameDelay();
+    // A timer that ticks with an interval of 0 would keep the event loop busy for ever.
+    if (m_shiftInterval <= 0)
+        m_shiftTimer->stop();
     m_shiftTimer->setInterval(m_shiftInterval);
     m_loopCount = qMax(0, movie.loopCount()) - 1;
 }

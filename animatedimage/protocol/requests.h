@@ -11,39 +11,58 @@
 namespace Requests
 {
 
-/// The device behind the stream, or null when there is none, or one without positions: what a pipe
-/// or a socket has not delivered yet is not the end of a request.
-inline QIODevice *seekableDevice(const QDataStream &stream)
+/// Lets a request begin with a good status, and puts back a bad one that the stream came with: a
+/// request counts by its own bytes.
+class OwnStatus
 {
-    QIODevice *device = stream.device();
-    return device && !device->isSequential() ? device : nullptr;
-}
+public:
+    explicit OwnStatus(QDataStream &stream)
+        : m_stream(stream)
+        , m_before(stream.status())
+    {
+        m_stream.resetStatus();
+    }
+    ~OwnStatus()
+    {
+        if (m_before == QDataStream::Ok)
+            return;
+        m_stream.resetStatus();
+        m_stream.setStatus(m_before);
+    }
+    Q_DISABLE_COPY(OwnStatus)
 
-/// Rewinds the device to its start. False without a device, or with one that has no position.
+private:
+    QDataStream &m_stream;
+    QDataStream::Status m_before;
+};
+
+/// Rewinds the device to its start; one without positions stays where it is. False without an open
+/// device, or with one that cannot be rewound.
 inline bool rewind(QDataStream &stream)
 {
-    QIODevice *device = seekableDevice(stream);
-    return device && device->isOpen() && device->reset();
+    QIODevice *device = stream.device();
+    return device && device->isOpen() && (device->isSequential() || device->reset());
 }
 
-/// Whether an answer could be given from the start of the buffer. A request that changes something
-/// asks before it does: a host must not miss the answer to what was done.
+/// Whether an answer could be given. A request that changes something asks before it does: a host
+/// must not miss the answer to what was done.
 inline bool canAnswer(const QDataStream &stream)
 {
-    const QIODevice *device = seekableDevice(stream);
-    return device && device->isWritable() && stream.status() == QDataStream::Ok;
+    const QIODevice *device = stream.device();
+    return device && device->isWritable();
 }
 
-/// Writes the values where the stream stands.
+/// Writes the values at the stream's position.
 template<typename... Values>
 void append(QDataStream &stream, const Values &...values)
 {
-    const QIODevice *device = seekableDevice(stream);
-    if (device && device->isWritable())
-        (void)(stream << ... << values);
+    if (!canAnswer(stream))
+        return;
+    const OwnStatus status(stream);
+    (void)(stream << ... << values);
 }
 
-/// Writes the values over the start of the buffer; what stood behind them stays.
+/// Writes the values over the start of the buffer; the bytes after them stay.
 template<typename... Values>
 void answer(QDataStream &stream, const Values &...values)
 {
@@ -66,9 +85,10 @@ void readField(QDataStream &stream, Field &field)
 template<typename... Fields>
 bool read(QDataStream &stream, Fields &...fields)
 {
-    const QIODevice *device = seekableDevice(stream);
+    const QIODevice *device = stream.device();
     if (!device || !device->isReadable())
         return false;
+    const OwnStatus status(stream);
     (readField(stream, fields), ...);
     return stream.status() == QDataStream::Ok;
 }

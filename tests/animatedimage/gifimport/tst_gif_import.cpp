@@ -24,6 +24,8 @@ private Q_SLOTS:
     void theLoopCountIsOneLess();
     void theTimerIsNeitherStartedNorStopped_data();
     void theTimerIsNeitherStartedNorStopped();
+    void anUnreadableFileStopsATimerThatTicks_data();
+    void anUnreadableFileStopsATimerThatTicks();
     void nothingElseIsTouched();
     void importingTwiceAppends();
 
@@ -220,6 +222,34 @@ void TestGifImport::theTimerIsNeitherStartedNorStopped()
     stage->loadFromGifFile(path(QStringLiteral("anim.gif")));
     QCOMPARE(stage.probe.timer()->isActive(), ticking);
     QCOMPARE(stage.probe.timer()->interval(), 500);
+}
+
+void TestGifImport::anUnreadableFileStopsATimerThatTicks_data()
+{
+    QTest::addColumn<bool>("withDevice");
+    QTest::newRow("by path") << false;
+    QTest::newRow("with a device") << true;
+}
+
+void TestGifImport::anUnreadableFileStopsATimerThatTicks()
+{
+    QFETCH(bool, withDevice);
+    Stage stage(solidFrames({{5, 5}, {7, 7}}));
+    stage->playImage(true);
+    QVERIFY(stage.probe.timer()->isActive());
+    QBuffer empty;
+    QVERIFY(empty.open(QIODevice::ReadOnly));
+
+    const QString missing = path(QStringLiteral("missing.gif"));
+    QVERIFY(withDevice ? stage->loadFromFile(missing, &empty) : stage->loadFromFile(missing));
+
+    QVERIFY(!stage.probe.timer()->isActive());
+    QCOMPARE(stage.probe.timer()->interval(), 0);
+    QCOMPARE(stage.probe.shiftInterval(), 0);
+    QVERIFY(stage.probe.isRunning());
+    stage.log.clear();
+    QCoreApplication::processEvents();
+    QCOMPARE(stage.log.entries(), QStringList());
 }
 
 void TestGifImport::nothingElseIsTouched()

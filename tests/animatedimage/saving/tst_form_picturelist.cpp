@@ -101,6 +101,76 @@ private Q_SLOTS:
         QVERIFY(ours.images.isEmpty());
     }
 
+    void nullPicturesOfOldVersionsHaveNoBytes_data()
+    {
+        QTest::addColumn<int>("version");
+        for (const int version : {1, 2, 3, 4, 5})
+            QTest::addRow("version %d", version) << version;
+    }
+
+    void nullPicturesOfOldVersionsHaveNoBytes()
+    {
+        QFETCH(int, version);
+        for (const QList<QImage> &images :
+             {QList<QImage>{QImage()}, threePictures(), QList<QImage>{QImage(), QImage()}}) {
+            QByteArray bytes;
+            QDataStream out(&bytes, QIODevice::WriteOnly);
+            out.setVersion(version);
+            out << images << qint32(77);
+
+            QDataStream in(bytes);
+            in.setVersion(version);
+            const QList<QImage> read = PictureStream::readList(in);
+            // Qt's reader takes the picture after a null one for that one.
+            QDataStream inByQt(bytes);
+            inByQt.setVersion(version);
+            QList<QImage> readByQt;
+            inByQt >> readByQt;
+            QCOMPARE(read.size(), images.size());
+            QCOMPARE(read, readByQt);
+            qint32 next = 0;
+            in >> next;
+            QCOMPARE(next, 77);
+            QCOMPARE(in.status(), QDataStream::Ok);
+        }
+    }
+
+    void aPictureCutShortIsDamageInEachVersion_data()
+    {
+        QTest::addColumn<int>("version");
+        for (const int version : {2, 4, 5})
+            QTest::addRow("version %d", version) << version;
+    }
+
+    void aPictureCutShortIsDamageInEachVersion()
+    {
+        QFETCH(int, version);
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        out.setVersion(version);
+        out << Pictures::solid(3, 2, Qt::red);
+        // With nothing of it left it would be a null picture.
+        for (int length = 1; length < bytes.size(); ++length) {
+            QDataStream in(bytes.left(length));
+            in.setVersion(version);
+            QImage image;
+            QVERIFY2(!PictureStream::readWhole(in, image), qPrintable(QString::number(length)));
+        }
+    }
+
+    void endlessNullPicturesOfOldVersionsAreDamage()
+    {
+        QDataStream stream(QByteArray::fromHex("ffffffff"));
+        stream.setVersion(4);
+        QVERIFY(PictureStream::readList(stream).isEmpty());
+        QVERIFY(stream.status() != QDataStream::Ok);
+
+        QDataStream many(QByteArray::fromHex("00010000"));
+        many.setVersion(4);
+        QCOMPARE(PictureStream::readList(many).size(), 65536);
+        QCOMPARE(many.status(), QDataStream::Ok);
+    }
+
     void aPictureThatItsBytesCannotHoldIsNotRead()
     {
         // 30000 x 30000 pixels, 3.6 GB, in a file of a few dozen bytes; its checksum is right.

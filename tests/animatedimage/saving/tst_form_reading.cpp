@@ -105,6 +105,37 @@ private Q_SLOTS:
         QVERIFY(!to.probe.timer()->isActive());
     }
 
+    void nullPicturesOfOldStreamVersionsComeBack_data()
+    {
+        QTest::addColumn<int>("version");
+        for (const int version : {1, 3, 4, 5})
+            QTest::addRow("version %d", version) << version;
+    }
+
+    void nullPicturesOfOldStreamVersionsComeBack()
+    {
+        QFETCH(int, version);
+        Stage from({Pictures::solid(4, 3, Qt::red), QImage(), QImage()});
+        from.probe.shiftInterval() = 77;
+        from.probe.loopCount() = 5;
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        out.setVersion(version);
+        from->save(out);
+
+        Stage to;
+        QDataStream in(bytes);
+        in.setVersion(version);
+        to->load(in);
+        QCOMPARE(to.probe.frames().size(), 3);
+        QCOMPARE(to.probe.frame(0).image.size(), QSize(4, 3));
+        QVERIFY(to.probe.frame(1).image.isNull());
+        QVERIFY(to.probe.frame(2).image.isNull());
+        QCOMPARE(to.probe.shiftInterval(), 77);
+        QCOMPARE(to.probe.loopCount(), 5);
+        QVERIFY(in.atEnd());
+    }
+
     void theGifIntervalEntryIsIgnored()
     {
         Stage from(solidFrames({{4, 3}}));

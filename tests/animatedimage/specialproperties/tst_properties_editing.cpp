@@ -18,6 +18,8 @@ private Q_SLOTS:
     void aReplacedPictureIsMeasuredToldAndAnswered();
     void aReplacedPictureKeepsNameAndSize();
     void aPictureMayBeReplacedByNone();
+    void aPictureMayBeReplacedByNoneInOldStreamVersions_data();
+    void aPictureMayBeReplacedByNoneInOldStreamVersions();
     void replacingOutsideTheListReadsNoFurther_data();
     void replacingOutsideTheListReadsNoFurther();
     void deletingShowsWhatThePartSays_data();
@@ -145,6 +147,28 @@ void TestPropertiesEditing::aPictureMayBeReplacedByNone()
     // A thumbnail without a picture, over the first four bytes.
     QCOMPARE(request.bytes().toHex(), QByteArray("000000000000000000"));
     QCOMPARE(request.position(), qint64(4));
+}
+
+void TestPropertiesEditing::aPictureMayBeReplacedByNoneInOldStreamVersions_data()
+{
+    QTest::addColumn<int>("version");
+    for (const int version : {1, 3, 4})
+        QTest::addRow("version %d", version) << version;
+}
+
+void TestPropertiesEditing::aPictureMayBeReplacedByNoneInOldStreamVersions()
+{
+    QFETCH(int, version);
+    Stage stage;
+    addFrames(stage, "ab");
+    Request request(QByteArray::fromHex("00"
+                                        "00000001"));
+    request.stream().setVersion(version);
+
+    QVERIFY(request.set(stage.image, replaceImage));
+
+    QVERIFY(stage.probe.frame(1).image.isNull());
+    QCOMPARE(stage.log.entries(), QStringList({shown}));
 }
 
 void TestPropertiesEditing::replacingOutsideTheListReadsNoFurther_data()
