@@ -4,6 +4,8 @@
 #include <QtCore/QRect>
 #include <QtGui/QImage>
 
+#include <vector>
+
 /// The rectangles that cover the opaque pixels of a picture. Pure functions on pictures.
 namespace OpaqueRegion
 {
@@ -13,6 +15,19 @@ constexpr int MeasuredSide = 256;
 /// The least alpha (or, with one byte a pixel, the least value) that counts as opaque.
 constexpr int OpaqueThreshold = 1;
 
+/// Rectangles side by side in memory: a dithered picture has tens of thousands.
+using Rects = std::vector<QRect>;
+
+/// What was measured of a picture.
+struct Measured {
+    Rects rects;
+    QSize size; ///< of the picture that the rectangles were found in
+};
+
+/// The opaque rectangles of measuredImage(@p image), as rectsFromImage() finds them. A picture
+/// without alpha that would be reduced is not even read.
+Measured measured(const QImage &image, int maxSide);
+
 /// The picture to measure in place of @p source: itself when it has at most maxSide² pixels (a
 /// 32-bit signed product), otherwise a smooth reduction that fits maxSide x maxSide.
 QImage measuredImage(const QImage &source, int maxSide);
@@ -21,7 +36,10 @@ QImage measuredImage(const QImage &source, int maxSide);
 /// byte a pixel, or the fourth byte of four; any other depth gives no rectangles. The last column
 /// never belongs to a rectangle: a run that reaches it ends one pixel before, and a run of the
 /// last pixel alone is a rectangle of width 0.
+Rects opaqueRects(const QImage &image, int threshold);
+/// The same as a list.
 QList<QRect> rectsFromImage(const QImage &image, int threshold);
+QList<QRect> toList(const Rects &rects);
 
 /// Folds the runs of one row into the rectangles that still grow downward: all of @p open grow
 /// by @p row when every run lies exactly below its partner, otherwise they move to @p done and

@@ -86,10 +86,10 @@ void CAnimatedImage::measureOnce(int index)
 /// Measures the opaque rectangles of @p frame as it is painted, mirrored and flipped.
 void CAnimatedImage::measure(CAnimatedPortrait &frame) const
 {
-    QImage measured;
-    getImageForPath(frame.image, measured, OpaqueRegion::MeasuredSide);
-    frame.rects = rectsFromImage(measured, OpaqueRegion::OpaqueThreshold);
-    frame.regionSize = measured.size();
+    const OpaqueRegion::Measured measured =
+        OpaqueRegion::measured(frame.image, OpaqueRegion::MeasuredSide);
+    frame.rects = OpaqueRegion::toList(measured.rects);
+    frame.regionSize = measured.size;
     for (QRect &rect : frame.rects) {
         if (m_mirrored)
             rect = OpaqueRegion::mirrored(rect, frame.regionSize.width());

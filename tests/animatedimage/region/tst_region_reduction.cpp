@@ -1,10 +1,14 @@
+#include "animatedimage/core/region.h"
+#include "slowregion.h"
 #include "tests/support/pictures.h"
 #include "tests/support/stage.h"
 
 #include <QtTest/QTest>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <random>
 
 namespace
 {
@@ -43,6 +47,7 @@ private Q_SLOTS:
     void shallowPicturesCanBeHitOnceTheyWereReduced_data();
     void shallowPicturesCanBeHitOnceTheyWereReduced();
     void anEightBitPictureIsJudgedByValueAndOnceReducedByAlpha();
+    void aPictureWithoutAlphaIsMeasuredAsIfItWereReduced();
 };
 
 void TestRegionReduction::upTo65536PixelsAreMeasuredAsTheyAre_data()
@@ -158,6 +163,30 @@ void TestRegionReduction::anEightBitPictureIsJudgedByValueAndOnceReducedByAlpha(
     const CAnimatedPortrait reduced =
         measuredFrame(filled(512, QImage::Format_Grayscale8, Qt::black));
     QCOMPARE(reduced.rects, QList<QRect>{QRect(0, 0, 255, 256)});
+}
+
+void TestRegionReduction::aPictureWithoutAlphaIsMeasuredAsIfItWereReduced()
+{
+    std::mt19937 random(7);
+    QList<QSize> sizes{{1280, 720}, {65537, 1}, {1, 65537}, {2, 40000}, {257, 256}, {40000, 3}};
+    for (int i = 0; i < 60; ++i)
+        sizes.append(QSize(200 + int(random() % 900), 330 + int(random() % 900)));
+    for (const QSize &size : qAsConst(sizes)) {
+        // The unused byte of each pixel may be anything.
+        QImage picture(size, QImage::Format_RGB32);
+        for (int y = 0; y < size.height(); ++y) {
+            auto *line = reinterpret_cast<quint32 *>(picture.scanLine(y));
+            std::generate(line, line + size.width(), [&] { return quint32(random()); });
+        }
+        const QImage reduced = OpaqueRegion::measuredImage(picture, 256);
+        const OpaqueRegion::Measured found = OpaqueRegion::measured(picture, 256);
+        QCOMPARE(found.size, reduced.size());
+        QCOMPARE(OpaqueRegion::toList(found.rects), SlowRegion::rectsFromImage(reduced, 1));
+    }
+    // Without a reduction that byte counts, whatever it means.
+    QImage odd = Pictures::solid(10, 10, Qt::red, QImage::Format_RGB32);
+    odd.bits()[3] = 0;
+    QCOMPARE(OpaqueRegion::measured(odd, 256).rects.front(), QRect(1, 0, 8, 1));
 }
 
 QTEST_MAIN(TestRegionReduction)
