@@ -58,6 +58,7 @@ private Q_SLOTS:
     void aFrameWithoutPictureIsAnEmptyCostume();
     void aFrameOfNoSizeIsAnEmptyCostumeOnTheOthersCanvas();
     void onACanvasOfNoSizeEveryFrameStillHasItsCostume();
+    void theLargestSizeIsSoughtFromMinusOne();
     void aFolderThatCannotBeWrittenLeavesNoFiles();
     void noSeparatorIsAdded();
     void namesArriveAsTheyAre();
@@ -147,12 +148,12 @@ void TestCostumes::sizesAreCutOffButCentresAreNot()
 
 void TestCostumes::placesAreCutOffTowardsZero()
 {
-    // (20.8 - 12) / 2 = 4.4 and (20.8 - 10) / 2 = 5.4.
+    // (21.2 - 12) / 2 = 4.6 and (21.2 - 10) / 2 = 5.6.
     Stage stage(solidFrames({{6, 5}, {3, 3}}));
-    stage.probe.frame(1).size = QSizeF(10.4, 10.4);
+    stage.probe.frame(1).size = QSizeF(10.6, 10.6);
     const QJsonArray costumes = exported(stage);
-    QCOMPARE(picture(costumes, 0), canvas({20, 20}, QRect(4, 5, 12, 10), Qt::red));
-    QCOMPARE(picture(costumes, 1), canvas({20, 20}, QRect(0, 0, 20, 20), Qt::green));
+    QCOMPARE(picture(costumes, 0), canvas({21, 21}, QRect(4, 5, 12, 10), Qt::red));
+    QCOMPARE(picture(costumes, 1), canvas({21, 21}, QRect(0, 0, 21, 21), Qt::green));
 }
 
 void TestCostumes::thePictureKeepsItsProportions()
@@ -259,6 +260,23 @@ void TestCostumes::onACanvasOfNoSizeEveryFrameStillHasItsCostume()
     QCOMPARE(number(costumes, 1, "rotationCenterX"), 0.0);
     QCOMPARE(text(costumes, 1, "assetId"), QString());
     QCOMPARE(text(costumes, 1, "md5ext"), QStringLiteral(".png"));
+    QCOMPARE(files(), QStringList());
+}
+
+void TestCostumes::theLargestSizeIsSoughtFromMinusOne()
+{
+    Stage stage({QImage(), QImage()});
+    stage.probe.frame(0).size = QSizeF(-0.5, -0.75);
+    stage.probe.frame(1).size = QSizeF(-0.625, -0.25);
+    QJsonArray costumes = exported(stage);
+    QCOMPARE(number(costumes, 0, "rotationCenterX"), -0.5);
+    QCOMPARE(number(costumes, 0, "rotationCenterY"), -0.25);
+
+    stage.probe.frame(0).size = QSizeF(-3.0, -3.0);
+    stage.probe.frame(1).size = QSizeF(-2.0, -2.0);
+    costumes = exported(stage);
+    QCOMPARE(number(costumes, 1, "rotationCenterX"), -1.0);
+    QCOMPARE(number(costumes, 1, "rotationCenterY"), -1.0);
     QCOMPARE(files(), QStringList());
 }
 

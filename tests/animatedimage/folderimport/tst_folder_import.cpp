@@ -36,6 +36,7 @@ private Q_SLOTS:
     void missingSettingsStayAsTheyWere();
     void settingsWithoutPicturesAreRead();
     void theLiveMirrorAndFlipAreSet();
+    void mirrorAndFlipAreReadEachByItsOwnName();
     void framesAreMeasuredMirroredAndFlipped();
     void textsThatAreNoUsableConfigLeaveNoFrames_data();
     void textsThatAreNoUsableConfigLeaveNoFrames();
@@ -271,6 +272,21 @@ void TestFolderImport::theLiveMirrorAndFlipAreSet()
     load(stage);
     QVERIFY(!stage.probe.isMirrored());
     QVERIFY(!stage.probe.isFlipped());
+}
+
+void TestFolderImport::mirrorAndFlipAreReadEachByItsOwnName()
+{
+    Stage stage;
+    write(QStringLiteral("config.json"), R"({"ImageList":[],"ImageMirror":true})");
+    load(stage);
+    QVERIFY(stage.probe.isMirrored());
+    QVERIFY(!stage.probe.isFlipped());
+
+    write(QStringLiteral("config.json"),
+          R"({"ImageList":[],"ImageMirror":false,"ImageFlip":true})");
+    load(stage);
+    QVERIFY(!stage.probe.isMirrored());
+    QVERIFY(stage.probe.isFlipped());
 }
 
 void TestFolderImport::framesAreMeasuredMirroredAndFlipped()

@@ -169,18 +169,24 @@ void TestGeometryRestoring::theTileOfTheSavedFrameComesBack()
     stage->setCurrentIndex(2);
     present(stage);
     stage.probe.runningIndex() = 1;
+    stage->setSize(QSizeF(6.0, 4.0), false, false);
     stage->generateBGImage(1);
+    QCOMPARE(stage.probe.bgImage(), Pictures::solid(12, 8, Qt::green));
     stage.log.clear();
     QVERIFY(endPresenting(stage));
     QCOMPARE(stage.probe.runningIndex(), 2);
-    QCOMPARE(stage.probe.bgImage().pixelColor(5, 5), QColor(Qt::blue));
+    // At the size that the object has now.
+    QCOMPARE(stage.probe.bgImage(), Pictures::solid(12, 8, Qt::blue));
     QCOMPARE(stage.log.entries(), QStringList({restored, postedFalse}));
 
-    // Another type keeps what it has, which is nothing.
+    // Presenting another type empties the tile, and its end leaves it alone.
     Stage other(threeFrames());
+    other->generateBGImage(0);
     present(other);
-    endPresenting(other);
     QVERIFY(other.probe.bgImage().isNull());
+    other.probe.bgImage() = Pictures::solid(3, 3, Qt::yellow);
+    endPresenting(other);
+    QCOMPARE(other.probe.bgImage(), Pictures::solid(3, 3, Qt::yellow));
 }
 
 void TestGeometryRestoring::theSamePlayStateIsToldOnly_data()

@@ -16,10 +16,18 @@ QImage fourColumns()
     return Canvas::picture({"rgby", "rgby"});
 }
 
-/// A presented background of 4 x 2 on the page, its tile ready.
+/// No row and no column like another, and neither like the other's.
+QImage patchwork()
+{
+    return Canvas::picture({"rgby", //
+                            "gwwr", //
+                            "yb.g"});
+}
+
+/// A presented background on the page, of 4 x 2 unless another picture is given, its tile ready.
 struct Presented {
-    Presented()
-        : stage({fourColumns()})
+    explicit Presented(const QImage &picture = fourColumns())
+        : stage({picture})
     {
         stage.probe.animatedType() = background;
         stage.document.setAlternateMode(1);
@@ -41,6 +49,7 @@ private Q_SLOTS:
     void thePatternIsMovedByItsPosition_data();
     void thePatternIsMovedByItsPosition();
     void theOffsetOfThePartAndOfThePatternAreCountedTogether();
+    void theyAreCountedTogetherDownwardsToo();
     void onlyTheVisiblePartIsDrawn();
     void theTileIsDrawnNotTheFrame();
     void theTileIsDrawnForAnIndexOutsideTheList_data();
@@ -69,29 +78,52 @@ void TestBackgroundPainting::allOfItIsDrawnWhereItLiesOnThePage()
 
 void TestBackgroundPainting::thePatternIsMovedByItsPosition_data()
 {
-    QTest::addColumn<double>("x");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("not") << 0.0 << QStringLiteral("rgby");
-    QTest::newRow("right by one") << 1.0 << QStringLiteral("yrgb");
-    QTest::newRow("right by three") << 3.0 << QStringLiteral("gbyr");
-    QTest::newRow("right by the whole width") << 4.0 << QStringLiteral("rgby");
-    QTest::newRow("right by more") << 9.0 << QStringLiteral("yrgb");
-    QTest::newRow("left by one") << -1.0 << QStringLiteral("gbyr");
-    QTest::newRow("left by more") << -403.0 << QStringLiteral("yrgb");
+    QTest::addColumn<QPointF>("position");
+    QTest::addColumn<QStringList>("expected");
+    const QStringList unmoved = Canvas::rows({"rgby", "gwwr", "yb.g"});
+    const QStringList rightByOne = Canvas::rows({"yrgb", "rgww", "gyb."});
+    const QStringList leftByOne = Canvas::rows({"gbyr", "wwrg", "b.gy"});
+    const QStringList downByOne = Canvas::rows({"yb.g", "rgby", "gwwr"});
+    const QStringList upByOne = Canvas::rows({"gwwr", "yb.g", "rgby"});
+    QTest::newRow("not") << QPointF(0.0, 0.0) << unmoved;
+    QTest::newRow("right by one") << QPointF(1.0, 0.0) << rightByOne;
+    QTest::newRow("right by three") << QPointF(3.0, 0.0) << leftByOne;
+    QTest::newRow("right by the whole width") << QPointF(4.0, 0.0) << unmoved;
+    QTest::newRow("right by more") << QPointF(9.0, 0.0) << rightByOne;
+    QTest::newRow("left by one") << QPointF(-1.0, 0.0) << leftByOne;
+    QTest::newRow("left by more") << QPointF(-403.0, 0.0) << rightByOne;
+    QTest::newRow("down by one") << QPointF(0.0, 1.0) << downByOne;
+    QTest::newRow("down by two") << QPointF(0.0, 2.0) << upByOne;
+    QTest::newRow("down by the whole height") << QPointF(0.0, 3.0) << unmoved;
+    QTest::newRow("up by one") << QPointF(0.0, -1.0) << upByOne;
+    QTest::newRow("up by more") << QPointF(0.0, -301.0) << upByOne;
+    QTest::newRow("right and down by one")
+        << QPointF(1.0, 1.0) << Canvas::rows({"gyb.", "yrgb", "rgww"});
 }
 
 void TestBackgroundPainting::thePatternIsMovedByItsPosition()
 {
-    QFETCH(double, x);
-    QFETCH(QString, expected);
-    Presented presented;
-    presented.stage->setPos(QPointF(x, 0.0), true);
-    QCOMPARE(Canvas::letters(Canvas::painted(presented.stage.image, {4, 2})),
-             QStringList({expected, expected}));
-    // A whole turn downward changes nothing, half of one swaps rows that are the same here.
-    presented.stage->setPos(QPointF(x, -2.0), true);
-    QCOMPARE(Canvas::letters(Canvas::painted(presented.stage.image, {4, 2})),
-             QStringList({expected, expected}));
+    QFETCH(QPointF, position);
+    Presented presented(patchwork());
+    presented.stage->setPos(position, true);
+    QTEST(Canvas::letters(Canvas::painted(presented.stage.image, {4, 3})), "expected");
+}
+
+void TestBackgroundPainting::theyAreCountedTogetherDownwardsToo()
+{
+    Stage stage({patchwork()});
+    stage.probe.animatedType() = background;
+    stage->setPos(QPointF(0.0, -1.0), false); // one row above the page
+    stage.document.setAlternateMode(1);
+    stage->regenBGImage();
+    QCOMPARE(stage.probe.bgRect(), QRectF(0.0, 1.0, 4.0, 2.0));
+    QCOMPARE(Canvas::letters(Canvas::painted(stage.image, {4, 3})),
+             Canvas::rows({"....", "gwwr", "yb.g"}));
+
+    // The source begins at 1 - 2 = -1, that is row 2.
+    stage.probe.bgPos() = QPointF(0.0, 2.0);
+    QCOMPARE(Canvas::letters(Canvas::painted(stage.image, {4, 3})),
+             Canvas::rows({"....", "yb.g", "rgby"}));
 }
 
 void TestBackgroundPainting::theOffsetOfThePartAndOfThePatternAreCountedTogether()

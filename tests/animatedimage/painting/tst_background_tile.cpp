@@ -30,6 +30,7 @@ private Q_SLOTS:
     void theTileHasTwiceTheRoundedSize();
     void theTileHoldsTheFrameFourTimes();
     void theFrameIsStretchedToTheSize();
+    void aReducedFrameIsSmooth();
     void aNullFrameGivesTransparentWhite();
     void transparentPixelsStayTransparent();
 
@@ -154,6 +155,21 @@ void TestBackgroundTile::theFrameIsStretchedToTheSize()
     QCOMPARE(Canvas::letters(tile), Canvas::rows({"rgrg", "rgrg"}));
     const QImage large = BackgroundTile::tile(Canvas::picture({"b"}), QSizeF(3.0, 2.0));
     QCOMPARE(Canvas::letters(large), Canvas::rows({"bbbbbb", "bbbbbb", "bbbbbb", "bbbbbb"}));
+}
+
+void TestBackgroundTile::aReducedFrameIsSmooth()
+{
+    // Black and white side by side make one grey pixel.
+    QImage halves(2, 1, QImage::Format_ARGB32);
+    halves.setPixelColor(0, 0, Qt::black);
+    halves.setPixelColor(1, 0, Qt::white);
+    const QImage tile = BackgroundTile::tile(halves, QSizeF(1.0, 1.0));
+    QCOMPARE(tile.size(), QSize(2, 2));
+    for (const QPoint &place : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+        const QColor grey = tile.pixelColor(place);
+        QVERIFY2(grey.red() == 127 || grey.red() == 128, qPrintable(grey.name()));
+        QCOMPARE(grey, QColor(grey.red(), grey.red(), grey.red()));
+    }
 }
 
 void TestBackgroundTile::aNullFrameGivesTransparentWhite()

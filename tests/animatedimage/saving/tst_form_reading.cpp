@@ -154,9 +154,12 @@ private Q_SLOTS:
         from.probe.animatedType() = 1;
         from->setSize(QSizeF(10, 10), false, false);
         Stage to;
+        to.probe.bgImage() = Pictures::solid(3, 3, Qt::blue);
         Forms::load(*to.image, Forms::saved(*from.image));
         QVERIFY(to.probe.frames().isEmpty());
-        QVERIFY(to.probe.bgImage().isNull());
+        QCOMPARE(to.probe.animatedType(), 1);
+        // Not even an empty one: the tile is not touched.
+        QCOMPARE(to.probe.bgImage(), Pictures::solid(3, 3, Qt::blue));
     }
 
     void aBackgroundGetsItsTileBack()

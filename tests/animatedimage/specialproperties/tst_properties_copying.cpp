@@ -16,6 +16,7 @@ private Q_SLOTS:
     void framesAreAppendedToThoseThatAreThere();
     void picturesGetPixelsOfTheirOwn();
     void settingsAreTakenOverAndNothingElse();
+    void savedMirrorAndFlipAreTakenOverEachByItself();
     void theHostIsToldOfTheGeometryOnce();
     void theBackgroundTypeDrawsTheTileOfTheIndexTakenOver();
     void theBackgroundTypeWithoutFramesDrawsNoTile();
@@ -155,6 +156,22 @@ void TestPropertiesCopying::settingsAreTakenOverAndNothingElse()
     // The field alone: the timer follows with the next start.
     QCOMPARE(stage.probe.timer()->interval(), 200);
     QVERIFY(stage.probe.bgImage().isNull());
+}
+
+void TestPropertiesCopying::savedMirrorAndFlipAreTakenOverEachByItself()
+{
+    for (const bool mirror : {false, true}) {
+        Stage other(solidFrames({{8, 6}}));
+        other.probe.mirror() = mirror;
+        other.probe.flip() = !mirror;
+        Stage stage;
+        Request copy(request(other.image));
+
+        QVERIFY(!copy.set(stage.image, copyFrom));
+
+        QCOMPARE(stage.probe.mirror(), mirror);
+        QCOMPARE(stage.probe.flip(), !mirror);
+    }
 }
 
 void TestPropertiesCopying::theHostIsToldOfTheGeometryOnce()

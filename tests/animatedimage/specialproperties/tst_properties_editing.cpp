@@ -1,3 +1,4 @@
+#include "framework/framework.h"
 #include "tests/animatedimage/specialproperties/answerbytes.h"
 #include "tests/animatedimage/specialproperties/letters.h"
 #include "tests/support/pictures.h"
@@ -16,6 +17,7 @@ private Q_SLOTS:
     void aFrameTakesAnyName_data();
     void aFrameTakesAnyName();
     void aReplacedPictureIsMeasuredToldAndAnswered();
+    void aReplacedPictureIsToldOfAfterItIsMeasured();
     void aReplacedPictureKeepsNameAndSize();
     void aPictureMayBeReplacedByNone();
     void aPictureMayBeReplacedByNoneInOldStreamVersions_data();
@@ -116,6 +118,19 @@ void TestPropertiesEditing::aReplacedPictureIsMeasuredToldAndAnswered()
     QCOMPARE(thumbnail.pixel(10, 10), 0xff000000U);
     QCOMPARE(thumbnail.pixel(140, 10), 0x00000000U);
     QCOMPARE(request.position(), qint64(answer.place()));
+}
+
+void TestPropertiesEditing::aReplacedPictureIsToldOfAfterItIsMeasured()
+{
+    Stage stage(solidFrames({{4, 4}}));
+    QList<QList<QRect>> heardWith;
+    connect(Framework::instance().notifier(), &Notifier::propertyChanged, &stage.log,
+            [&] { heardWith.append(stage.probe.frame(0).rects); });
+    Request request(Request::packed(true, qint32(0), Pictures::fromText({"##..", "##.."})));
+
+    QVERIFY(request.set(stage.image, replaceImage));
+
+    QCOMPARE(heardWith, (QList<QList<QRect>>{{QRect(0, 0, 2, 2)}}));
 }
 
 void TestPropertiesEditing::aReplacedPictureKeepsNameAndSize()
