@@ -1,0 +1,165 @@
+#!/usr/bin/env python3
+"""What tools/mutate changes in a source, and what it leaves alone."""
+
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+
+from mutation import ledger, rules, selection  # noqa: E402
+
+
+def changes(text, rule=None):
+    """Pairs of the line before and the line after."""
+    found = rules.mutants("a.cpp", text)
+    return [(m.before, m.after) for m in found if rule in (None, m.rule)]
+
+
+def after(body, rule, head="void f()"):
+    """The lines that a rule makes of the lines of a function's body."""
+    return [line for _, line in changes(f"{head}\n{{\n{body}\n}}\n", rule)]
+
+
+class Rules(unittest.TestCase):
+    def test_comparisons_move_by_one_and_turn_round(self):
+        self.assertEqual(after("run(a < b);", "comparison"), ["run(a <= b);", "run(a >= b);"])
+        self.assertEqual(after("run(a == b);", "comparison"), ["run(a != b);"])
+
+    def test_templates_and_streams_are_no_operators(self):
+        body = "const QList<QPair<int, QSize>> list = all<int>();\nstream >> a << b;"
+        self.assertEqual(after(body, "comparison"), [])
+        self.assertEqual(after(body, "arithmetic"), [])
+
+    def test_operators_are_exchanged(self):
+        self.assertEqual(after("x = a + b;", "arithmetic"), ["x = a - b;"])
+        self.assertEqual(after("x = a % b;", "arithmetic"), ["x = a * b;"])
+        self.assertEqual(after("x = -a;", "arithmetic"), ["x = a;"])
+        self.assertEqual(after("x = 1 << b;", "arithmetic"), ["x = 1 >> b;"])
+        self.assertEqual(after("++x;", "arithmetic"), ["--x;"])
+        self.assertEqual(after("x = a && !b;", "logic"), ["x = a || !b;", "x = a && b;"])
+        self.assertEqual(after("Type *x = a;", "arithmetic"), [])
+
+    def test_constants_are_one_more_and_one_less(self):
+        self.assertEqual(after("x = 5;", "constant"), ["x = 4;", "x = 6;"])
+        self.assertEqual(after("x = 0.5;", "constant"), ["x = -0.5;", "x = 1.5;"])
+        self.assertEqual(after("x = 0xff;", "constant"), ["x = 254;", "x = 256;"])
+        self.assertEqual(after("x = 0u;", "constant"), ["x = 1u;"])
+        self.assertEqual(changes("constexpr int Most = 7;\n", "constant")[0][1],
+                         "constexpr int Most = 6;")
+
+    def test_calls_and_assignments_are_dropped_but_not_declarations(self):
+        body = "run(1);\nm_x = 2;\nQ_EMIT told();\nQString name;\nconst int y = 3;\nList<A> l(4);"
+        self.assertEqual(len(after(body, "dropped")), 3)
+
+    def test_a_statement_of_several_lines_keeps_its_number_of_lines(self):
+        text = "void f()\n{\n    run(a,\n        b);\n    go();\n}\n"
+        for mutant in rules.mutants("a.cpp", text):
+            self.assertEqual(mutant.applied(text).count("\n"), text.count("\n"))
+
+    def test_statements_are_exchanged_where_their_order_may_matter(self):
+        self.assertEqual(after("a();\nb();", "exchanged"), ["b(); a();"])
+        self.assertEqual(after("m_a = 1;\nm_b = 2;", "exchanged"), [])
+        self.assertEqual(after("m_a = 1;\nm_b = m_a;", "exchanged"), ["m_b = m_a; m_a = 1;"])
+        self.assertEqual(after("if (x)\n    a();\nb();", "exchanged"), [])
+
+    def test_arguments_are_exchanged(self):
+        self.assertEqual(after("run(a, b(c, d));", "arguments"),
+                         ["run(b(c, d), a);", "run(a, b(d, c));"])
+        self.assertEqual(after("run(a, a);", "arguments"), [])
+        self.assertEqual(after("return {a, b};", "arguments", "Pair f()"), ["return {b, a};"])
+        self.assertEqual(changes("void f(int a, int b);\nvoid f(int a, int b)\n{\n}\n"), [])
+
+    def test_a_function_returns_early_by_its_type(self):
+        self.assertEqual(after("a();", "return"), ["return; a();"])
+        self.assertEqual(after("a();", "return", "bool X::f(int b) const"), ["return {}; a();"])
+        self.assertEqual(after("a();", "return", "X::~X()"), ["return; a();"])
+        self.assertEqual(after("return a();", "return", "bool f()"), [])
+
+    def test_comments_texts_directives_and_debug_output_stay(self):
+        body = """// 1 < 2
+/* true */
+qDebug("%d", 5);
+Q_ASSERT(a == 3);
+static_assert(sizeof a == 8);"""
+        self.assertEqual(after(body, None), [])
+        self.assertEqual(changes('#include "a1.h"\n#if 1 < 2\n#endif\n/// 5 + 6\n'), [])
+
+    def test_the_place_is_named(self):
+        first = rules.mutants("a.cpp", "\nint X::f(int a)\n{\n    return a + 1;\n}\n")[0]
+        self.assertEqual((first.line, first.function), (4, "X::f"))
+
+    def test_a_mutant_is_known_again_when_lines_move(self):
+        text = "void f()\n{\n    a(1);\n}\n"
+        keys = [m.key for m in rules.mutants("a.cpp", text)]
+        self.assertEqual([m.key for m in rules.mutants("a.cpp", "// new\n" + text)], keys)
+        self.assertEqual(len(set(keys)), len(keys))
+
+
+class Selection(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.root = Path(self.folder.name)
+        for folder in selection.FOLDERS:
+            (self.root / folder).mkdir()
+        (self.root / "framework/long.cpp").write_text(
+            "void f()\n{\n" + "".join(f"    a{i}({i} + 2);\n" for i in range(40)) + "}\n")
+        (self.root / "animatedimage/short.cpp").write_text("void f()\n{\n    a(1);\n}\n")
+        (self.root / "animatedimage/none.h").write_text("class A;\n")
+
+    def tearDown(self):
+        self.folder.cleanup()
+
+    def queues(self, seed):
+        return selection.queues(self.root, selection.sources(self.root), seed)
+
+    def test_every_source_gets_some_and_the_long_one_the_most(self):
+        queued = self.queues(1)
+        quota = selection.quotas(queued, 30)
+        self.assertEqual(sorted(quota), ["animatedimage/short.cpp", "framework/long.cpp"])
+        self.assertEqual(quota["animatedimage/short.cpp"], len(queued["animatedimage/short.cpp"]))
+        self.assertEqual(sum(quota.values()), 30)
+
+    def test_the_seed_decides_and_rules_take_turns(self):
+        keys = [m.key for m in self.queues(1)["framework/long.cpp"]]
+        self.assertEqual([m.key for m in self.queues(1)["framework/long.cpp"]], keys)
+        self.assertNotEqual([m.key for m in self.queues(2)["framework/long.cpp"]], keys)
+        first = self.queues(1)["framework/long.cpp"]
+        kinds = {m.rule for m in first}
+        self.assertEqual({m.rule for m in first[: len(kinds)]}, kinds)
+
+
+class Accepted(unittest.TestCase):
+    def accepted(self, text):
+        with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
+            file.write(text)
+            file.flush()
+            return ledger.Accepted(file.name)
+
+    def test_a_survivor_is_accepted_by_its_lines_and_its_function(self):
+        entries = self.accepted(
+            "# a remark\n\na.cpp X::f\n- x = a + b;\n+ x = a - b;\n- y;\n+ ;\nNothing reads it,\n"
+            "ever.\n")
+        text = "void X::f()\n{\n    x = a + b;\n}\nvoid g()\n{\n    x = a + b;\n}\n"
+        found = [m for m in rules.mutants("a.cpp", text) if m.rule == "arithmetic"]
+        self.assertEqual([entries.reason(m) for m in found], ["Nothing reads it, ever.", None])
+        self.assertEqual(entries.outdated(found), [("a.cpp", "X::f", "y;", ";")])
+
+    def test_an_entry_without_a_reason_is_refused(self):
+        with self.assertRaises(ledger.FormatError):
+            self.accepted("a.cpp X::f\n- x;\n+ ;\n")
+
+    def test_of_two_results_the_later_one_counts(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "results.jsonl"
+            mutant = rules.mutants("a.cpp", "void f()\n{\n    a(1);\n}\n")[0]
+            ledger.Ledger(path).add(mutant, ledger.SURVIVED, "", "")
+            ledger.Ledger(path).add(mutant, ledger.KILLED, "tst_a::b", "")
+            self.assertEqual(ledger.Ledger(path).outcome(mutant), ledger.KILLED)
+            self.assertEqual(ledger.Ledger(path).killers("a.cpp"), {"tst_a": 1})
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,83 @@
+"""Runs test programs on a changed tree."""
+
+import contextlib
+import os
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+MEMORY = 6 << 30
+FILE_SIZE = 1 << 30
+FAILED = re.compile(rb"^(?:FAIL!  : |XPASS  : |QFATAL : )\w+::(\w*)", re.MULTILINE)
+
+
+class Runner:
+    """@p folder is for what the programs write; it is emptied before each run."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+
+    def run(self, test, seconds=None, environment=None):
+        """How a test program ended: "" when it passed, otherwise what failed. @p seconds of
+        computing are granted; waiting is granted ten times as long."""
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.folder.mkdir(parents=True)
+        variables = {**os.environ, **test["environment"], "TMPDIR": str(self.folder),
+                     **(environment or {})}
+
+        def limit():
+            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+            resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+            resource.setrlimit(resource.RLIMIT_FSIZE, (FILE_SIZE, FILE_SIZE))
+            if seconds:
+                resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds + 1))
+
+        with tempfile.TemporaryFile() as said:
+            process = subprocess.Popen(test["command"], cwd=test["folder"], env=variables,
+                                       stdin=subprocess.DEVNULL, stdout=said,
+                                       stderr=subprocess.STDOUT, preexec_fn=limit,
+                                       start_new_session=True)
+            status = self._wait(process, 10 * seconds + 20 if seconds else 600)
+            return "" if status == 0 else self._reason(status, said)
+
+    def _wait(self, process, patience):
+        try:
+            return process.wait(patience)
+        except subprocess.TimeoutExpired:
+            return None
+        finally:
+            # Also what the program started and left behind.
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+
+    def _reason(self, status, said):
+        if status is None or status == -signal.SIGXCPU:
+            return "timeout"
+        said.seek(0)
+        failed = FAILED.search(said.read(8 << 20))
+        if failed and failed.group(1):
+            return failed.group(1).decode()
+        return f"signal {-status}" if status < 0 else f"status {status}"
+
+    def measure(self, test):
+        """Seconds of computing that a passing run takes; None when it fails."""
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        if self.run(test):
+            return None
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        return after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+
+
+def allowance(seconds):
+    """Whole seconds of computing for a program that usually takes @p seconds."""
+    return int(3 * seconds + 3)
+
+
+def now():
+    return time.strftime("%Y-%m-%dT%H:%M:%S")
