@@ -77,7 +77,8 @@ QGraphicsItem *CBaseObject::GetGraphicsItemPtr() const
 
 void CBaseObject::notifyObjPropertyChanged(int id, const QString &value)
 {
-    // The last thing done with the object: a listener may release it.
+    // Before the listeners hear of it: one of them may release the object.
+    update();
     Q_EMIT Framework::instance().notifier()->propertyChanged(this, id, value);
 }
 

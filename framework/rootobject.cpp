@@ -2,6 +2,8 @@
 
 #include "host/attributeids.h"
 
+#include <QtWidgets/QGraphicsItem>
+
 CGDRootObject::CGDRootObject() = default;
 
 CGDRootObject::~CGDRootObject() = default;
@@ -50,6 +52,10 @@ bool CGDRootObject::GetSpecialProperty(int, QDataStream &)
 
 bool CGDRootObject::SetSpecialProperty(int, QDataStream &, bool)
 {
+    // An override passes requests on after it has carried them out, and not all of them announce
+    // that something else is shown.
+    if (auto *item = dynamic_cast<QGraphicsItem *>(this))
+        item->update();
     return false;
 }
 

@@ -50,8 +50,9 @@ public:
     /// This object as an item of its scene. Never null.
     QGraphicsItem *GetGraphicsItemPtr() const;
 
-    /// Tells the host that the property @p id (see PropertyChange) has a new value. A listener may
-    /// release the object: the caller must expect it to be gone afterwards.
+    /// Tells the host that the property @p id (see PropertyChange) has a new value, and has the
+    /// object repainted with the next event. A listener may release the object: the caller must
+    /// expect it to be gone afterwards.
     void notifyObjPropertyChanged(int id, const QString &value);
 
     /// Gives the object a drop shadow, its layer effect, at @p offset in item units. An invalid

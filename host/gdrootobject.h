@@ -80,7 +80,8 @@ public:
 
     /// Operations by identifier (see SpecialPropertyId). Input and answer share the stream's
     /// device, which must be seekable and readable (and writable where there is an answer).
-    /// The base knows no identifier: false.
+    /// The base knows no identifier: false. Setting repaints the object all the same, since an
+    /// override may have changed what it shows.
     virtual bool GetSpecialProperty(int id, QDataStream &stream);
     virtual bool SetSpecialProperty(int id, QDataStream &stream, bool flag);
 

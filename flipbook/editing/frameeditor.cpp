@@ -63,6 +63,8 @@ void FrameEditor::keepScale(const Change &change)
     CBaseObject &object = m_object.base();
     const QSize before = object.getImageSize();
     change();
+    // The object does not announce that another frame is shown now.
+    object.update();
     const QSize after = object.getImageSize();
     if (before.isEmpty() || after.isEmpty() || after == before)
         return;

@@ -255,11 +255,19 @@ void TestFrameworkGeometry::theShapeIsTheRectangleOrNothing()
 void TestFrameworkGeometry::boundsHoldTheHandles()
 {
     Placed object;
-    // Discs of radius 8 + 2 on the corners; the one for rotation has its centre 16 above the top.
-    QVERIFY(object.boundingRect().contains(QRectF(-10, -26, 120, 86)));
+    // Discs of radius 8 + 2 on the corners, and one more unit for smooth edges. The one for rotation
+    // has its centre 16 above the top.
+    QCOMPARE(object.boundingRect(), QRectF(-11, -27, 122, 88));
+    // A shadow has one unit around it: from (199, 299) to (301, 351).
     object.setLayerShadow(Qt::black, QPointF(200, 300));
-    QVERIFY(object.boundingRect().contains(QRectF(200, 300, 100, 50)));
-    QVERIFY(object.boundingRect().contains(QRectF(-10, -26, 120, 86)));
+    QCOMPARE(object.boundingRect(), QRectF(-11, -27, 312, 378));
+    object.setLayerShadow(Qt::black, QPointF(-200, -300));
+    QCOMPARE(object.boundingRect(), QRectF(-201, -301, 312, 362));
+    object.setLayerShadow(QColor(), QPointF(0, 0));
+    QCOMPARE(object.boundingRect(), QRectF(-11, -27, 122, 88));
+    CGDRootObject::SetHandleSize(4.0);
+    QCOMPARE(object.boundingRect(), QRectF(-7, -15, 114, 72));
+    CGDRootObject::SetHandleSize(8.0);
 }
 
 void TestFrameworkGeometry::theHandleSizeIsOneForTheWholeEditor()

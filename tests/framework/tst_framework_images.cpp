@@ -127,7 +127,22 @@ void TestFrameworkImages::storedPicturesAreKeptOnceAndReferredTo()
     const QList<QImage> images{solid(Qt::red), solid(Qt::red), QImage(), solid(Qt::blue)};
     const QByteArray bytes = streamed(document, images);
     const QJsonObject object = json(document, images);
-    QCOMPARE(document.imageStore().digests().size(), 2);
+    const QList<QString> digests = document.imageStore().digests();
+    QCOMPARE(digests.size(), 2);
+    const QString red = document.imageStore().add(solid(Qt::red));
+    const QString blue = document.imageStore().add(solid(Qt::blue));
+    QVERIFY(red != blue && digests.contains(red) && digests.contains(blue));
+    // A count of 4; each picture is a kind of one byte (2 is a digest, 0 is null), a length of four
+    // bytes, and the content.
+    const QByteArray digestHead = QByteArray::fromHex("0200000020");
+    QCOMPARE(bytes, QByteArray::fromHex("00000004") + digestHead + red.toLatin1() + digestHead +
+                        red.toLatin1() + QByteArray::fromHex("0000000000") + digestHead +
+                        blue.toLatin1());
+    QVERIFY(!bytes.contains("PNG"));
+    const QJsonObject redJson{{QStringLiteral("digest"), red}};
+    const QJsonObject blueJson{{QStringLiteral("digest"), blue}};
+    QCOMPARE(object.value(key).toArray(),
+             (QJsonArray{redJson, redJson, QJsonValue::Null, blueJson}));
     QCOMPARE(read(document, bytes), images);
     QCOMPARE(read(document, object), images);
     QVERIFY(document.missingPictures().isEmpty());
