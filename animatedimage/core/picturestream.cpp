@@ -21,17 +21,6 @@ constexpr quint32 mostWithoutBytes = 1 << 16;
 /// Memory that a picture may take however few its bytes are.
 constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
 
-/// Whether a picture of @p size may come from the bytes that @p device still has. Deflate reaches
-/// 1032 to 1, and one bit may become a pixel of four bytes at the most.
-bool isJustified(const QSize &size, const QIODevice &device)
-{
-    if (device.isSequential())
-        return true;
-    constexpr qint64 bestRatio = qint64{1032} * 32;
-    const qint64 bytes = qint64(size.width()) * size.height() * 4;
-    return bytes <= alwaysGranted || bytes / bestRatio <= device.bytesAvailable();
-}
-
 /// Whether each chunk of the PNG file at the position of @p device may be as long as it says: the
 /// PNG library takes memory for a whole chunk before it reads it.
 bool hasJustifiedChunks(QIODevice &device)
@@ -116,7 +105,8 @@ bool readFrom(QIODevice &device, QDataStream &stream, QImage &image)
         return fail(stream);
     QImageReader reader(&device, isPng(stream) ? "png" : "bmp");
     const QSize size = reader.size();
-    if (!size.isValid() || !isJustified(size, device))
+    const bool endIsKnown = !device.isSequential();
+    if (!size.isValid() || (endIsKnown && !isJustified(size, device.bytesAvailable())))
         return fail(stream);
     image = reader.read();
     return image.isNull() ? fail(stream) : true;
@@ -133,6 +123,16 @@ bool isPresent(QDataStream &stream, QIODevice &device)
 }
 
 } // namespace
+
+bool isJustified(const QSize &size, qint64 availableBytes)
+{
+    // Deflate reaches 1032 to 1, and a pixel takes one bit at the least. Counted in pixels, since
+    // the bytes of the largest size would overflow.
+    constexpr qint64 bytesPerPixel = 4;
+    constexpr qint64 pixelsPerByte = qint64{1032} * 8;
+    const qint64 pixels = qint64(size.width()) * size.height();
+    return pixels <= alwaysGranted / bytesPerPixel || pixels / pixelsPerByte <= availableBytes;
+}
 
 bool read(QDataStream &stream, QImage &image)
 {
