@@ -2,6 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/document/documentfile.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/object/plugin.h"
 #include "framework/page.h"
 
@@ -11,7 +12,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static const Plugin plugin;
     const QString path = Fuzzing::file(data, size, QStringLiteral(".flipbook"));
     try {
-        const LoadedDocument loaded = loadDocument(plugin, path, Fuzzing::maxMemory);
+        Reading reading(Fuzzing::maxMemory, false);
+        const LoadedDocument loaded = loadDocument(plugin, path, reading);
         Fuzzing::require(loaded.document != nullptr, "neither a document nor a failure");
     } catch (const Failure &) {
         return 0;

@@ -1,6 +1,7 @@
 #include "fuzz/fuzzing.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/import/gifsource.h"
 #include "tests/support/stage.h"
 
@@ -9,7 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QString path = Fuzzing::file(data, size, QStringLiteral(".gif"));
     try {
-        examineGif(path, Fuzzing::maxMemory);
+        MemoryAccount memory(Fuzzing::maxMemory);
+        examineGif(path, path, memory);
         Stage stage;
         stage->loadFromFile(path);
         qint64 decoded = 0;

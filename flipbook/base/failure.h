@@ -8,6 +8,18 @@ struct Failure {
     QString reason;  ///< a short clause, without a full stop
 };
 
+/// Thrown when a file cannot be opened, or there is none.
+struct MissingFile : Failure {
+};
+
+/// Thrown when something may not be read though it is there, such as a pipe or a device.
+struct ForbiddenFile : Failure {
+};
+
+/// Thrown when a file lies where the user did not point.
+struct OutsideFile : ForbiddenFile {
+};
+
 /// Thrown when the command line itself is wrong.
 struct UsageError {
     QString reason;

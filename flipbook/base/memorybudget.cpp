@@ -19,6 +19,17 @@ qint64 saturatingProduct(qint64 a, qint64 b)
     return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<qint64>::max() : product;
 }
 
+qint64 saturatingSum(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? std::numeric_limits<qint64>::max() : sum;
+}
+
+qint64 pictureBytes(const GifDescriptors &gif)
+{
+    return qint64(gif.screen.width()) * qint64(gif.screen.height()) * BytesPerPixel;
+}
+
 // Measured: the picture that the decoder works on, one more when frames are transparent or are
 // cleared, and two more when the decoder must be able to go back to an earlier picture.
 qint64 workingCopies(const GifDescriptors &gif)
@@ -70,13 +81,14 @@ QString MemoryBudget::text(qint64 bytes)
 
 qint64 MemoryBudget::neededFor(const GifDescriptors &gif, qint64 frames)
 {
-    const qint64 pixels = qint64(gif.screen.width()) * qint64(gif.screen.height());
-    const qint64 pictureBytes = pixels * BytesPerPixel;
-    const qint64 pictures = saturatingProduct(frames + workingCopies(gif), pictureBytes);
-    const qint64 records = saturatingProduct(frames, BytesPerFrameRecord);
-    return pictures > std::numeric_limits<qint64>::max() - records
-               ? std::numeric_limits<qint64>::max()
-               : pictures + records;
+    return saturatingSum(keptOf(gif, frames),
+                         saturatingProduct(workingCopies(gif), pictureBytes(gif)));
+}
+
+qint64 MemoryBudget::keptOf(const GifDescriptors &gif, qint64 frames)
+{
+    return saturatingSum(saturatingProduct(frames, pictureBytes(gif)),
+                         saturatingProduct(frames, BytesPerFrameRecord));
 }
 
 qint64 MemoryBudget::neededForPicture(qint64 width, qint64 height)

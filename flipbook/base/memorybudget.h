@@ -24,6 +24,9 @@ QString text(qint64 bytes);
 /// what the decoder holds beside them. Saturates rather than overflows.
 qint64 neededFor(const GifDescriptors &gif, qint64 frames);
 
+/// The part of that which the pictures go on taking when they are decoded.
+qint64 keptOf(const GifDescriptors &gif, qint64 frames);
+
 /// The bytes of one picture of @p width by @p height pixels while it is decoded and converted.
 qint64 neededForPicture(qint64 width, qint64 height);
 

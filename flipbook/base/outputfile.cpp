@@ -1,7 +1,7 @@
 #include "flipbook/base/outputfile.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/import/sourcefile.h"
+#include "flipbook/import/reading.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
@@ -9,8 +9,28 @@
 #include <QtCore/QSaveFile>
 #include <QtGui/QImageWriter>
 
+#include <sys/stat.h>
+
 namespace
 {
+
+/// Whether @p one and @p other lead to the same file or folder, by whatever path or link.
+bool isSameFile(const QString &one, const QString &other)
+{
+    struct stat first = {};
+    struct stat second = {};
+    return ::stat(QFile::encodeName(one).constData(), &first) == 0 &&
+           ::stat(QFile::encodeName(other).constData(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+/// Whether a pipe, a socket or a device stands at @p path.
+bool isSpecialFile(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode) &&
+           !S_ISDIR(status.st_mode);
+}
 
 /// A disk that fills up takes a part; only the next write says why it took no more.
 bool isAllWritten(QIODevice &device, const QByteArray &bytes)
@@ -25,13 +45,18 @@ bool isAllWritten(QIODevice &device, const QByteArray &bytes)
     return true;
 }
 
+[[noreturn]] void refuseInput(const QString &path)
+{
+    throw Failure{path, QStringLiteral("is an input; it is not overwritten")};
+}
+
 } // namespace
 
 void checkOutput(const QString &path, const QStringList &inputs)
 {
     for (const QString &input : inputs) {
         if (isSameFile(path, input))
-            throw Failure{path, QStringLiteral("is an input; it is not overwritten")};
+            refuseInput(path);
     }
     const QFileInfo info(path);
     if (info.isDir())
@@ -40,6 +65,13 @@ void checkOutput(const QString &path, const QStringList &inputs)
         throw Failure{path, QStringLiteral("is no regular file")};
     if (!info.absoluteDir().exists())
         throw Failure{path, QStringLiteral("its folder does not exist")};
+}
+
+void checkOutput(const QString &path, const Reading &reading)
+{
+    if (reading.hasRead(path))
+        refuseInput(path);
+    checkOutput(path, QStringList());
 }
 
 void writePng(const QString &path, const QImage &image)

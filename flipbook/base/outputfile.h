@@ -3,10 +3,15 @@
 #include <QtCore/QStringList>
 #include <QtGui/QImage>
 
+class Reading;
+
 /// Makes sure, before any work, that a file can be written at @p path without harm.
 /// @throw Failure when it is one of @p inputs by whatever path, or no regular file, or its folder
 /// does not exist.
 void checkOutput(const QString &path, const QStringList &inputs);
+
+/// The same after reading: nothing that @p reading read is overwritten, by whatever path or link.
+void checkOutput(const QString &path, const Reading &reading);
 
 /// Writes @p image as a PNG file. The file appears whole or not at all; what was there before
 /// stays until then.

@@ -91,14 +91,13 @@ QString Arguments::pngOutput(const QCommandLineParser &line)
     return path;
 }
 
-qint64 Arguments::maxMemory(const QCommandLineParser &line)
+Reading Arguments::reading(const QCommandLineParser &line)
 {
     const QString value = optional(line, QStringLiteral("max-memory"));
-    if (value.isEmpty())
-        return MemoryBudget::Default;
-    const std::optional<qint64> bytes = MemoryBudget::parse(value);
+    const std::optional<qint64> bytes =
+        value.isEmpty() ? MemoryBudget::Default : MemoryBudget::parse(value);
     if (!bytes)
         throw UsageError{
             QStringLiteral("--max-memory takes a size such as 64M, not '%1'").arg(value)};
-    return *bytes;
+    return Reading(*bytes, line.isSet(QStringLiteral("allow-outside")));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "flipbook/import/reading.h"
+
 #include <QtCore/QStringList>
 
 class QCommandLineParser;
@@ -31,7 +33,7 @@ double amount(const QCommandLineParser &line, const QString &option, double most
 /// The name of a PNG file that -o gives.
 QString pngOutput(const QCommandLineParser &line);
 
-/// The bytes that --max-memory allows.
-qint64 maxMemory(const QCommandLineParser &line);
+/// What may be read, as --max-memory and --allow-outside say.
+Reading reading(const QCommandLineParser &line);
 
 } // namespace Arguments

@@ -33,6 +33,5 @@ QList<QCommandLineOption> commonOptions();
 /// The plug-in that --plugin, the environment or the installation names.
 Plugin openPlugin(const QCommandLineParser &line);
 
-/// Opens @p path within --max-memory, with a progress line, and passes the warnings on to the
-/// user.
-OpenedFile openNamed(const QCommandLineParser &line, const Plugin &plugin, const QString &path);
+/// Opens @p path, with a progress line, and passes the warnings on to the user.
+OpenedFile openNamed(const Plugin &plugin, const QString &path, Reading &reading);

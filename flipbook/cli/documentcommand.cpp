@@ -20,9 +20,9 @@ QCommandLineOption pageOption()
             QStringLiteral("N")};
 }
 
-OpenedFile openDocument(const QCommandLineParser &line, const Plugin &plugin, const QString &path)
+OpenedFile openDocument(const Plugin &plugin, const QString &path, Reading &reading)
 {
-    OpenedFile opened = openNamed(line, plugin, path);
+    OpenedFile opened = openNamed(plugin, path, reading);
     if (!opened.isDocument)
         throw Failure{path, QStringLiteral("is no document; 'flipbook new' makes one")};
     return opened;
@@ -73,12 +73,12 @@ Page &pageOf(const CBaseObject &object)
     return static_cast<Page &>(*object.scene());
 }
 
-QImage renderPage(const QCommandLineParser &line, const QString &path, Page &page, double scale)
+QImage renderPage(const MemoryAccount &memory, const QString &path, Page &page, double scale)
 {
     const QSizeF pixels = page.pageRect().size() * scale;
     const double needed = pixels.width() * pixels.height() * BytesPerPixel;
     QImage picture;
-    if (needed <= double(Arguments::maxMemory(line)))
+    if (needed <= double(memory.limit()) && memory.hasRoomFor(qint64(needed)))
         picture = page.rendered(scale);
     if (picture.isNull())
         throw Failure{path, QStringLiteral("a page of %1 x %2 pixels is too large")

@@ -2,13 +2,14 @@
 
 #include "flipbook/cli/command.h"
 
+class MemoryAccount;
 class Page;
 
 /// The option --page, which commands that work on one page share.
 QCommandLineOption pageOption();
 
 /// Opens a document as openNamed() does. @throw Failure when @p path leads to something else.
-OpenedFile openDocument(const QCommandLineParser &line, const Plugin &plugin, const QString &path);
+OpenedFile openDocument(const Plugin &plugin, const QString &path, Reading &reading);
 
 /// The page that --page names, the first without it. @throw Failure when there is none.
 Page &chosenPage(const QCommandLineParser &line, const QString &path, const Document &document);
@@ -24,5 +25,6 @@ CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
 /// The page that an object of a document stands on.
 Page &pageOf(const CBaseObject &object);
 
-/// @p page at @p scale, within --max-memory. @throw Failure
-QImage renderPage(const QCommandLineParser &line, const QString &path, Page &page, double scale);
+/// @p page at @p scale, of the document at @p path. @throw Failure when it needs more than
+/// @p memory has room for.
+QImage renderPage(const MemoryAccount &memory, const QString &path, Page &page, double scale);

@@ -40,12 +40,13 @@ void run(const QCommandLineParser &line)
     const QString path = Arguments::onlyFile(line);
     const QVector<EditOperation> operations = operationsOf(line);
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openDocument(line, plugin, path);
+    Reading reading = Arguments::reading(line);
+    const OpenedFile opened = openDocument(plugin, path, reading);
     if (!opened.warnings.isEmpty() && !line.isSet(QStringLiteral("force")))
         throw Failure{path, QStringLiteral("what cannot be read of it would be lost for good; "
                                            "--force saves it without that")};
     CBaseObject &object = chosenObject(line, path, opened);
-    EditTarget target{plugin, pageOf(object), &object, Arguments::maxMemory(line)};
+    EditTarget target{plugin, pageOf(object), &object, reading};
 
     const ProgressLine progress(QStringLiteral("Editing %1").arg(path));
     applyAll(operations, target, path);

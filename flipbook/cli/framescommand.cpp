@@ -21,7 +21,8 @@ void run(const QCommandLineParser &line)
                                         "frame folder")
                              .arg(folder)};
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openNamed(line, plugin, path);
+    Reading reading = Arguments::reading(line);
+    const OpenedFile opened = openNamed(plugin, path, reading);
     CBaseObject &object = chosenObject(line, path, opened);
     prepareOutputFolder(folder);
     ProgressLine progress(QStringLiteral("Writing"), AnimatedObject(object).frameCount());

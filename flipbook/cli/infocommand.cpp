@@ -34,7 +34,8 @@ void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openNamed(line, plugin, path);
+    Reading reading = Arguments::reading(line);
+    const OpenedFile opened = openNamed(plugin, path, reading);
     if (line.isSet(QStringLiteral("json"))) {
         const QJsonDocument answer(jsonOf(plugin, opened));
         Console::print(QString::fromUtf8(answer.toJson()).trimmed());

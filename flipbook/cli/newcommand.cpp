@@ -23,28 +23,23 @@ struct Film {
     QVector<int> delays; ///< of a GIF whose frames are shown for different times, in ms
 };
 
-QVector<int> unevenDelays(const ImportedMedia &media, const QString &path)
+QVector<int> unevenDelays(const ImportedMedia &media)
 {
     if (!media.gif || media.gif->shortestDelay == media.gif->longestDelay)
         return {};
-    const QVector<int> delays = frameDelays(path);
+    const QVector<int> delays = frameDelays(media.copy);
     return isUneven(delays) ? delays : QVector<int>();
 }
 
-std::vector<Film> importAll(const QCommandLineParser &line, const Plugin &plugin,
-                            const QStringList &files)
+std::vector<Film> importAll(const Plugin &plugin, const QStringList &files, Reading &reading)
 {
     std::vector<Film> films;
     ProgressLine progress(QStringLiteral("Reading"), files.size());
-    qint64 budget = Arguments::maxMemory(line);
     for (const QString &file : files) {
-        ImportedMedia media = importMedia(plugin, file, budget, int(films.size()) + 1);
+        ImportedMedia media = importMedia(plugin, file, reading, int(films.size()) + 1);
         for (const QString &warning : qAsConst(media.warnings))
             Console::warn(file, warning);
-        const Plugin::Frames frames = plugin.frames(*media.object);
-        for (const auto &frame : frames)
-            budget -= frame.second.sizeInBytes();
-        const QVector<int> delays = unevenDelays(media, file);
+        const QVector<int> delays = unevenDelays(media);
         films.push_back({std::move(media.object), file, delays});
         progress.setDone(int(films.size()));
     }
@@ -116,7 +111,7 @@ void run(const QCommandLineParser &line)
     if (added.isEmpty() == line.isSet(QStringLiteral("add")))
         throw UsageError{added.isEmpty() ? QStringLiteral("--add needs files")
                                          : QStringLiteral("files to put in come after --add")};
-    Arguments::maxMemory(line);
+    Reading reading = Arguments::reading(line);
     checkOutput(path, added);
     if (QFileInfo::exists(path) && !line.isSet(QStringLiteral("force")))
         throw Failure{path, QStringLiteral("is there already; --force replaces it")};
@@ -125,8 +120,9 @@ void run(const QCommandLineParser &line)
     Document document;
     // Pictures that occur again share their pixels.
     document.setKeepsImagesInline(false);
-    placeOnNewPage(plugin, document, importAll(line, plugin, added),
-                   line.isSet(QStringLiteral("keep-timing")));
+    std::vector<Film> films = importAll(plugin, added, reading);
+    checkOutput(path, reading);
+    placeOnNewPage(plugin, document, std::move(films), line.isSet(QStringLiteral("keep-timing")));
     const ProgressLine progress(QStringLiteral("Writing %1").arg(path));
     saveDocument(document, path);
 }

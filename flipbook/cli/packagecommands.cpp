@@ -4,7 +4,6 @@
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
-#include "flipbook/import/mediaimport.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
@@ -66,9 +65,11 @@ void runSprite(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = packageOutput(line, QStringLiteral("sprite3"));
-    checkOutput(output, inputsOf(path));
+    Reading reading = Arguments::reading(line);
+    checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openNamed(line, plugin, path);
+    const OpenedFile opened = openNamed(plugin, path, reading);
+    checkOutput(output, reading);
     CBaseObject &object = chosenObject(line, path, opened);
 
     const ProgressLine progress(QStringLiteral("Writing %1").arg(output));
@@ -82,9 +83,11 @@ void runProject(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = packageOutput(line, QStringLiteral("sb3"));
-    checkOutput(output, inputsOf(path));
+    Reading reading = Arguments::reading(line);
+    checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openNamed(line, plugin, path);
+    const OpenedFile opened = openNamed(plugin, path, reading);
+    checkOutput(output, reading);
     Page &page = chosenPage(line, path, *opened.document);
 
     const QList<CBaseObject *> objects = page.objects();

@@ -46,7 +46,8 @@ void run(const QCommandLineParser &line)
     const QString path = Arguments::onlyFile(line);
     const int loops = Arguments::count(line, QStringLiteral("loops"), MostLoops, 0);
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openNamed(line, plugin, path);
+    Reading reading = Arguments::reading(line);
+    const OpenedFile opened = openNamed(plugin, path, reading);
     if (opened.isDocument)
         throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
                                            "wanted here")};

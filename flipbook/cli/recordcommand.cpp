@@ -46,7 +46,8 @@ void run(const QCommandLineParser &line)
     const double scale = Arguments::amount(line, QStringLiteral("scale"), LargestScale, 1.0);
     const int count = pictureCount(fps, seconds);
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openDocument(line, plugin, path);
+    Reading reading = Arguments::reading(line);
+    const OpenedFile opened = openDocument(plugin, path, reading);
     Page &page = chosenPage(line, path, *opened.document);
     prepareOutputFolder(folder);
 
@@ -54,7 +55,8 @@ void run(const QCommandLineParser &line)
     SteppedPlayback playback(*opened.document, page);
     for (int i = 0; i < count; ++i) {
         playback.advanceTo(qint64(i) * 1000 / fps);
-        writePng(pictureFile(folder, i + 1, count), renderPage(line, path, page, scale));
+        writePng(pictureFile(folder, i + 1, count),
+                 renderPage(reading.memory(), path, page, scale));
         progress.setDone(i + 1);
     }
 }

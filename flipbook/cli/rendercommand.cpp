@@ -12,13 +12,15 @@ void run(const QCommandLineParser &line)
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::pngOutput(line);
     const double scale = Arguments::amount(line, QStringLiteral("scale"), LargestScale, 1.0);
+    Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
-    const OpenedFile opened = openDocument(line, plugin, path);
+    const OpenedFile opened = openDocument(plugin, path, reading);
+    checkOutput(output, reading);
     Page &page = chosenPage(line, path, *opened.document);
     if (line.isSet(QStringLiteral("presented")))
         opened.document->enterAlternateMode();
-    writePng(output, renderPage(line, path, page, scale));
+    writePng(output, renderPage(reading.memory(), path, page, scale));
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/export/contactsheet.h"
-#include "flipbook/import/mediaimport.h"
 
 #include <QtGui/QFontDatabase>
 
@@ -29,10 +28,12 @@ void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::pngOutput(line);
-    checkOutput(output, inputsOf(path));
+    Reading reading = Arguments::reading(line);
+    checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
 
-    const OpenedFile opened = openNamed(line, plugin, path);
+    const OpenedFile opened = openNamed(plugin, path, reading);
+    checkOutput(output, reading);
     if (QFontDatabase().families().isEmpty())
         Console::warn(output, QStringLiteral("no font is installed; there are no labels"));
     writePng(output, paint(path, opened.objects()));

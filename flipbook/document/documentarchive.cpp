@@ -4,9 +4,9 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/zipwriter.h"
-#include "flipbook/import/sourcefile.h"
 
 #include <KArchive/KZip>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
 #include <fcntl.h>
@@ -62,9 +62,9 @@ void syncFolderOf(const QString &path)
 
 } // namespace
 
-DocumentArchive::DocumentArchive(const QString &path)
+DocumentArchive::DocumentArchive(std::unique_ptr<QFile> file, const QString &path)
     : m_path(path)
-    , m_file(openRegularFile(path))
+    , m_file(std::move(file))
 {
     if (m_file->peek(2) != "PK")
         throw Failure{path, QStringLiteral("not a flipbook document: it is no zip archive")};

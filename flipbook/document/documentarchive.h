@@ -16,9 +16,9 @@ class QFile;
 class DocumentArchive
 {
 public:
-    /// Opens the archive at @p path, a regular file.
+    /// Opens the archive in @p file, which the user named as @p path.
     /// @throw Failure when it is no archive of a document.
-    explicit DocumentArchive(const QString &path);
+    DocumentArchive(std::unique_ptr<QFile> file, const QString &path);
     ~DocumentArchive();
 
     /// The text of document.json. @throw Failure when it is damaged or beyond measure.

@@ -1,14 +1,17 @@
 #include "flipbook/document/documentfile.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/base/memorybudget.h"
+#include "flipbook/base/privatefolder.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentjson.h"
 #include "flipbook/document/documentpictures.h"
 #include "flipbook/import/gifsource.h"
+#include "flipbook/import/reading.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>
+
+#include <optional>
 
 namespace
 {
@@ -19,35 +22,37 @@ const QLatin1String GifFileName("GifFileName");
 class DocumentLoader
 {
 public:
-    DocumentLoader(const Plugin &plugin, const QString &path, qint64 maxMemory);
+    DocumentLoader(const Plugin &plugin, const QString &path, Reading &reading);
 
-    LoadedDocument load();
+    LoadedDocument load(std::unique_ptr<QFile> file);
 
 private:
-    void checkGifReference(ObjectForm &form, const QString &where);
+    void followReference(ObjectForm &form, const QString &where);
+    QString copyOf(const QString &reference);
     void nameUndecoded();
     void addPage(const PageForm &form);
     void addObject(Page &page, const ObjectForm &form);
 
     const Plugin &m_plugin;
-    QString m_path;
-    qint64 m_maxMemory;
+    const QString m_path;
+    Reading &m_reading;
+    std::optional<PrivateFolder> m_private; ///< for copies of files that the document refers to
     LoadedDocument m_loaded;
 };
 
-DocumentLoader::DocumentLoader(const Plugin &plugin, const QString &path, qint64 maxMemory)
+DocumentLoader::DocumentLoader(const Plugin &plugin, const QString &path, Reading &reading)
     : m_plugin(plugin)
     , m_path(path)
-    , m_maxMemory(maxMemory)
+    , m_reading(reading)
 {
     m_loaded.document = std::make_unique<Document>();
     m_loaded.document->setKeepsImagesInline(false);
     m_loaded.document->setBaseFolder(QFileInfo(path).absolutePath());
 }
 
-LoadedDocument DocumentLoader::load()
+LoadedDocument DocumentLoader::load(std::unique_ptr<QFile> file)
 {
-    const DocumentArchive archive(m_path);
+    const DocumentArchive archive(std::move(file), m_path);
     QVector<PageForm> pages = pagesOfJson(archive.json(), m_path);
     int pageNumber = 0;
     for (PageForm &page : pages) {
@@ -55,39 +60,50 @@ LoadedDocument DocumentLoader::load()
         int objectNumber = 0;
         for (ObjectForm &object : page.objects) {
             ++objectNumber;
-            checkGifReference(
+            followReference(
                 object, QStringLiteral("object %1 of page %2").arg(objectNumber).arg(pageNumber));
         }
     }
     m_loaded.warnings +=
-        readPictures(archive, pages, m_maxMemory, m_path, m_loaded.document->imageStore());
+        readPictures(archive, pages, m_reading.memory(), m_path, m_loaded.document->imageStore());
     for (const PageForm &page : qAsConst(pages))
         addPage(page);
     nameUndecoded();
     return std::move(m_loaded);
 }
 
-// The object would open whatever the reference leads to: look at it first, and take it away when
-// it is nothing that may be opened.
-void DocumentLoader::checkGifReference(ObjectForm &form, const QString &where)
+// The object would open whatever the reference leads to: it gets a copy of what was looked at, or
+// no reference when that is nothing that can be read.
+void DocumentLoader::followReference(ObjectForm &form, const QString &where)
 {
     if (!form.state.value(IsGif).toBool())
         return;
-    QString file;
-    m_loaded.document->jsonFileReference(form.state, file, GifFileName, false);
+    const QString reference = form.state.value(GifFileName).toString();
+    QString copy;
     try {
-        if (file.isEmpty())
-            throw Failure{file, QStringLiteral("no usable path")};
-        const GifSource source = examineGif(file, m_maxMemory);
-        m_maxMemory -= MemoryBudget::neededFor(source.descriptors, source.descriptors.frames);
-        for (const QString &warning : source.warnings)
-            m_loaded.warnings << QStringLiteral("%1: %2").arg(file, warning);
+        copy = copyOf(reference);
+    } catch (const OutsideFile &outside) {
+        throw Failure{
+            m_path,
+            QStringLiteral("%1 refers to '%2', which %3").arg(where, reference, outside.reason)};
     } catch (const Failure &failure) {
         m_loaded.warnings << QStringLiteral("%1 has no frames: the GIF that it refers to, '%2': %3")
-                                 .arg(where, form.state.value(GifFileName).toString(),
-                                      failure.reason);
-        form.state[GifFileName] = QString();
+                                 .arg(where, reference, failure.reason);
     }
+    form.state[GifFileName] = copy;
+}
+
+QString DocumentLoader::copyOf(const QString &reference)
+{
+    if (reference.isEmpty())
+        throw Failure{reference, QStringLiteral("no usable path")};
+    const auto file = m_reading.openFrom(m_reading.openFolderOf(m_path), reference);
+    if (!m_private)
+        m_private.emplace();
+    const GifSource source = copyGif(*file, reference, m_reading.memory(), *m_private);
+    for (const QString &warning : source.warnings)
+        m_loaded.warnings << QStringLiteral("%1: %2").arg(reference, warning);
+    return source.copy;
 }
 
 // Pictures that arrived as they were written, but are no pictures.
@@ -119,9 +135,15 @@ void DocumentLoader::addObject(Page &page, const ObjectForm &form)
 
 } // namespace
 
-LoadedDocument loadDocument(const Plugin &plugin, const QString &path, qint64 maxMemory)
+LoadedDocument loadDocument(const Plugin &plugin, std::unique_ptr<QFile> file, const QString &path,
+                            Reading &reading)
 {
-    return DocumentLoader(plugin, path, maxMemory).load();
+    return DocumentLoader(plugin, path, reading).load(std::move(file));
+}
+
+LoadedDocument loadDocument(const Plugin &plugin, const QString &path, Reading &reading)
+{
+    return loadDocument(plugin, reading.openFile(path), path, reading);
 }
 
 void saveDocument(Document &document, const QString &path)

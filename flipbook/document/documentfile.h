@@ -7,6 +7,9 @@
 
 #include <memory>
 
+class QFile;
+class Reading;
+
 /// A document that was read from a file.
 struct LoadedDocument {
     std::unique_ptr<Document> document;
@@ -14,10 +17,15 @@ struct LoadedDocument {
     QStringList warnings;
 };
 
-/// Reads the document at @p path, whole or not at all. What its pictures would need is worked out
-/// before any is decoded.
-/// @throw Failure for a damaged or foreign file, or one that needs more than @p maxMemory bytes.
-LoadedDocument loadDocument(const Plugin &plugin, const QString &path, qint64 maxMemory);
+/// Reads the document in @p file, which the user named as @p path, whole or not at all. What its
+/// pictures would need is worked out before any is decoded.
+/// @throw Failure for a damaged or foreign file, one that refers to files that may not be read, or
+/// one that needs more memory than @p reading allows.
+LoadedDocument loadDocument(const Plugin &plugin, std::unique_ptr<QFile> file, const QString &path,
+                            Reading &reading);
+
+/// The same for the file that the user names as @p path.
+LoadedDocument loadDocument(const Plugin &plugin, const QString &path, Reading &reading);
 
 /// Writes @p document to the file at @p path. What was there stays whole until the new file is
 /// complete. @throw Failure

@@ -1,6 +1,7 @@
 #include "flipbook/document/documentpictures.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/import/pngheader.h"
@@ -36,10 +37,10 @@ bool isDigest(const QString &text)
 class PictureReader
 {
 public:
-    PictureReader(const DocumentArchive &archive, qint64 maxMemory, const QString &subject,
+    PictureReader(const DocumentArchive &archive, MemoryAccount &memory, const QString &subject,
                   ImageStore &store)
         : m_archive(archive)
-        , m_maxMemory(maxMemory)
+        , m_memory(memory)
         , m_subject(subject)
         , m_store(store)
     {
@@ -57,12 +58,11 @@ private:
     void warn(const QString &what);
 
     const DocumentArchive &m_archive;
-    const qint64 m_maxMemory;
+    MemoryAccount &m_memory;
     const QString m_subject;
     ImageStore &m_store;
     QHash<QString, StoredPicture> m_pictures;
     QSet<QString> m_countedOfObject;
-    qint64 m_kept = 0;
     qint64 m_largest = 0;
     QStringList m_warnings;
     int m_unnamedWarnings = 0;
@@ -115,7 +115,7 @@ StoredPicture PictureReader::read(const QString &digest)
         return damaged;
     // Before its bytes are read: too large a picture is refused as such.
     count(header->decodedBytes());
-    m_kept -= header->decodedBytes();
+    m_memory.giveBack(header->decodedBytes());
     // A PNG file is never much longer than its pixels.
     constexpr qint64 overhead = qint64(1) << 20;
     const QByteArray png = m_archive.picture(digest, header->decodedBytes() * 2 + overhead);
@@ -135,14 +135,12 @@ void PictureReader::count(qint64 decodedBytes)
 {
     // The decoder holds one more while it works.
     m_largest = std::max(m_largest, decodedBytes);
-    const bool isBeyond = decodedBytes > m_maxMemory || m_kept > m_maxMemory - decodedBytes ||
-                          m_kept + decodedBytes > m_maxMemory - m_largest;
-    if (isBeyond)
-        throw Failure{m_subject,
-                      QStringLiteral("its pictures would need more memory than the %1 "
-                                     "that --max-memory allows, %2 for one alone")
-                          .arg(MemoryBudget::text(m_maxMemory), MemoryBudget::text(m_largest))};
-    m_kept += decodedBytes;
+    m_memory.take(decodedBytes);
+    if (!m_memory.hasRoomFor(m_largest))
+        throw Failure{m_subject, QStringLiteral("its pictures would need more memory than the %1 "
+                                                "that --max-memory allows, %2 for one alone")
+                                     .arg(MemoryBudget::text(m_memory.limit()),
+                                          MemoryBudget::text(m_largest))};
 }
 
 void PictureReader::warn(const QString &what)
@@ -164,9 +162,9 @@ QStringList PictureReader::warnings() const
 } // namespace
 
 QStringList readPictures(const DocumentArchive &archive, const QVector<PageForm> &pages,
-                         qint64 maxMemory, const QString &subject, ImageStore &store)
+                         MemoryAccount &memory, const QString &subject, ImageStore &store)
 {
-    PictureReader reader(archive, maxMemory, subject, store);
+    PictureReader reader(archive, memory, subject, store);
     for (int page = 0; page < pages.size(); ++page) {
         const QVector<ObjectForm> &objects = pages.at(page).objects;
         for (int object = 0; object < objects.size(); ++object)

@@ -6,10 +6,11 @@
 
 class DocumentArchive;
 class ImageStore;
+class MemoryAccount;
 
 /// Puts the pictures that @p pages show from @p archive into @p store, and answers which frames
 /// will be empty because their picture is missing or damaged.
-/// @throw Failure, with @p subject, when all would need more than @p maxMemory bytes decoded; none
-/// is decoded to find out.
+/// What they are going to take when they are decoded is counted in @p memory.
+/// @throw Failure, with @p subject, when that is more than there is; none is decoded to find out.
 QStringList readPictures(const DocumentArchive &archive, const QVector<PageForm> &pages,
-                         qint64 maxMemory, const QString &subject, ImageStore &store);
+                         MemoryAccount &memory, const QString &subject, ImageStore &store);

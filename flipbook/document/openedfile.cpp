@@ -1,6 +1,7 @@
 #include "flipbook/document/openedfile.h"
 
 #include "flipbook/import/mediaimport.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
 
@@ -12,17 +13,18 @@ QList<CBaseObject *> OpenedFile::objects() const
     return objects;
 }
 
-OpenedFile openFile(const Plugin &plugin, const QString &path, qint64 maxMemory)
+OpenedFile openFile(const Plugin &plugin, const QString &path, Reading &reading)
 {
     OpenedFile opened;
-    if (identifySource(path) == SourceKind::Document) {
-        LoadedDocument loaded = loadDocument(plugin, path, maxMemory);
+    Source source = reading.open(path);
+    if (kindOf(source, path) == SourceKind::Document) {
+        LoadedDocument loaded = loadDocument(plugin, std::move(source.file), path, reading);
         opened.document = std::move(loaded.document);
         opened.warnings = loaded.warnings;
         opened.isDocument = true;
         return opened;
     }
-    ImportedMedia media = importMedia(plugin, path, maxMemory);
+    ImportedMedia media = importMedia(plugin, source, path, reading);
     opened.document = std::make_unique<Document>();
     opened.document->addPage(media.object->getClientRect())->addObject(media.object.release());
     opened.warnings = media.warnings;

@@ -17,5 +17,5 @@ struct OpenedFile {
     QList<CBaseObject *> objects() const;
 };
 
-/// @throw Failure; see loadDocument() and importMedia().
-OpenedFile openFile(const Plugin &plugin, const QString &path, qint64 maxMemory);
+/// Opens what the user names as @p path. @throw Failure; see loadDocument() and importMedia().
+OpenedFile openFile(const Plugin &plugin, const QString &path, Reading &reading);

@@ -1,6 +1,7 @@
 #include "flipbook/editing/editoperation.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/privatefolder.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
 #include "flipbook/import/picturefile.h"
@@ -92,9 +93,8 @@ Apply insertFile(const QString &value)
 {
     const auto [place, path] = numberAndFile(value);
     return [place = place, path = path](EditTarget &target) {
-        // Read once before the object reads it, which would take anything for an empty picture.
-        readPicture(path, target.maxMemory);
-        FrameEditor(*target.object).insertFile(place, path);
+        PrivateFolder folder;
+        FrameEditor(*target.object).insertFile(place, copyPicture(path, target.reading, folder));
     };
 }
 
@@ -102,15 +102,15 @@ Apply replacePicture(const QString &value)
 {
     const auto [frame, path] = numberAndFile(value);
     return [frame = frame, path = path](EditTarget &target) {
-        FrameEditor(*target.object).replacePicture(frame, readPicture(path, target.maxMemory));
+        FrameEditor(*target.object).replacePicture(frame, readPicture(path, target.reading));
     };
 }
 
 Apply replaceAll(const QString &value)
 {
     return [path = fileName(value)](EditTarget &target) {
-        readPicture(path, target.maxMemory);
-        FrameEditor(*target.object).replaceAll(path);
+        PrivateFolder folder;
+        FrameEditor(*target.object).replaceAll(copyPicture(path, target.reading, folder));
     };
 }
 

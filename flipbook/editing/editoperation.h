@@ -7,13 +7,14 @@
 #include <functional>
 
 class Page;
+class Reading;
 
 /// What an edit works on. An operation may put another object in the place of the one it is given.
 struct EditTarget {
     const Plugin &plugin;
     Page &page;
     CBaseObject *object;
-    qint64 maxMemory; ///< for pictures that operations read, in bytes
+    Reading &reading; ///< of the pictures that operations read
 };
 
 /// One operation of "flipbook edit": the option that names it, and what it does.

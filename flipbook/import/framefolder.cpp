@@ -2,10 +2,12 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/base/privatefolder.h"
 #include "flipbook/import/picturefile.h"
-#include "flipbook/import/sourcefile.h"
+#include "flipbook/import/reading.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -16,35 +18,65 @@ namespace
 constexpr qint64 MaxConfigBytes = qint64(64) << 20;
 constexpr int MaxWarnings = 20;
 
-class FolderExaminer
+/// A file name that leads to no picture.
+QString noPicture()
+{
+    return QStringLiteral("none");
+}
+
+/// What the folder is called, wherever it was looked for from.
+QString nameOfFolder(const QString &path)
+{
+    const QString name = QDir(QDir(path).absolutePath()).dirName();
+    return name.isEmpty() ? QStringLiteral("folder") : name;
+}
+
+class FolderCopier
 {
 public:
-    FolderExaminer(const QString &folder, qint64 maxMemory)
-        : m_folder(folder)
-        , m_config(folder + QStringLiteral("/config.json"))
-        , m_maxMemory(maxMemory)
+    FolderCopier(const FileHandle &source, const QString &path, Reading &reading,
+                 PrivateFolder &folder)
+        : m_source(source)
+        , m_path(path)
+        , m_config(path + QStringLiteral("/config.json"))
+        , m_reading(reading)
+        , m_folder(folder)
+        , m_copy(folder.makeFolder() + QLatin1Char('/') + nameOfFolder(path))
     {
     }
 
-    QStringList run();
+    FrameFolder run();
 
 private:
+    struct Picture {
+        QString copy;      ///< its name
+        qint64 memory = 0; ///< 0 when it is no picture that can be read
+    };
+
     QByteArray readConfig();
     QJsonObject parse(const QByteArray &bytes);
     void examineSettings(const QJsonObject &config);
-    void examineElement(int number, const QJsonValue &element);
-    void examineFileName(int number, const QString &name);
+    QJsonValue copiedElement(int number, const QJsonValue &element);
+    QString copiedPicture(int number, const QString &name);
+    Picture pictureNamed(const QString &name);
+    Picture copied(QFile &file);
+    void count(int number, qint64 memory);
+    void writeConfig(const QJsonObject &config) const;
     void warn(const QString &what);
 
-    const QString m_folder;
+    const FileHandle &m_source;
+    const QString m_path;
     const QString m_config;
-    const qint64 m_maxMemory;
+    Reading &m_reading;
+    PrivateFolder &m_folder;
+    const QString m_copy;
+    QHash<QString, Picture> m_pictures; ///< by names in the list
     qint64 m_needed = 0;
     int m_unnamedWarnings = 0;
     QStringList m_warnings;
 };
 
-void FolderExaminer::warn(const QString &what)
+void FolderCopier::warn(const QString &what)
 {
     if (m_warnings.size() < MaxWarnings)
         m_warnings << QStringLiteral("config.json: ") + what;
@@ -52,13 +84,13 @@ void FolderExaminer::warn(const QString &what)
         ++m_unnamedWarnings;
 }
 
-QByteArray FolderExaminer::readConfig()
+QByteArray FolderCopier::readConfig()
 {
     std::unique_ptr<QFile> file;
     try {
-        file = openRegularFile(m_config);
+        file = m_reading.openFrom(m_source, QStringLiteral("config.json"));
     } catch (const Failure &failure) {
-        throw Failure{m_folder, QStringLiteral("config.json: ") + failure.reason};
+        throw Failure{m_path, QStringLiteral("config.json: ") + failure.reason};
     }
     if (file->size() > MaxConfigBytes)
         throw Failure{m_config,
@@ -67,7 +99,7 @@ QByteArray FolderExaminer::readConfig()
 }
 
 // Takes the same part of the bytes for text as the object does, up to the first zero byte.
-QJsonObject FolderExaminer::parse(const QByteArray &bytes)
+QJsonObject FolderCopier::parse(const QByteArray &bytes)
 {
     const int zero = bytes.indexOf('\0');
     const QByteArray text = zero < 0 ? bytes : bytes.left(zero);
@@ -87,7 +119,7 @@ QJsonObject FolderExaminer::parse(const QByteArray &bytes)
     return document.object();
 }
 
-void FolderExaminer::examineSettings(const QJsonObject &config)
+void FolderCopier::examineSettings(const QJsonObject &config)
 {
     for (const QLatin1String key : {QLatin1String("ShiftInterval"), QLatin1String("LoopCount")}) {
         const QJsonValue value = config.value(key);
@@ -102,50 +134,82 @@ void FolderExaminer::examineSettings(const QJsonObject &config)
     }
 }
 
-void FolderExaminer::examineElement(int number, const QJsonValue &element)
+// The element as it stands in the copy.
+QJsonValue FolderCopier::copiedElement(int number, const QJsonValue &element)
 {
-    const QJsonValue name = element.toObject().value(QLatin1String("filename"));
-    if (name.isUndefined())
+    const QLatin1String key("filename");
+    const QJsonValue name = element.toObject().value(key);
+    if (name.isUndefined()) {
         warn(QStringLiteral("element %1 of \"ImageList\" has no \"filename\" and is skipped")
                  .arg(number));
-    else if (!name.isString())
+        return QJsonObject();
+    }
+    if (!name.isString()) {
         warn(QStringLiteral("\"filename\" of element %1 is not a text; its frame is empty")
                  .arg(number));
-    else
-        examineFileName(number, name.toString());
+        return QJsonObject{{key, noPicture()}};
+    }
+    return QJsonObject{{key, copiedPicture(number, name.toString())}};
 }
 
-void FolderExaminer::examineFileName(int number, const QString &name)
+QString FolderCopier::copiedPicture(int number, const QString &name)
 {
     const QString subject =
         QStringLiteral("\"filename\" of element %1, '%2', ").arg(QString::number(number), name);
     if (name.startsWith(QLatin1Char('/')))
         warn(subject + QStringLiteral("is absolute, but is looked for inside the folder"));
-    else if (QDir::cleanPath(name).startsWith(QLatin1String("..")))
-        warn(subject + QStringLiteral("leads out of the folder"));
-
-    const QString file = m_folder + QLatin1Char('/') + name;
-    if (isSpecialFile(file))
-        throw Failure{m_config,
-                      subject + QStringLiteral("is a pipe or device and might never end")};
+    QString reason = QStringLiteral("is no picture that can be read");
     try {
-        const qint64 needed = pictureMemory(file);
-        m_needed += needed;
-        if (needed == 0)
-            warn(subject + QStringLiteral("is no picture that can be read; its frame is empty"));
-    } catch (const Failure &failure) {
-        warn(subject + failure.reason + QStringLiteral("; its frame is empty"));
+        const Picture picture = pictureNamed(name);
+        if (picture.memory > 0) {
+            count(number, picture.memory);
+            return picture.copy;
+        }
+    } catch (const ForbiddenFile &forbidden) {
+        throw Failure{m_config, subject + forbidden.reason};
+    } catch (const MissingFile &missing) {
+        reason = missing.reason;
     }
-    if (m_needed > m_maxMemory)
-        throw Failure{m_folder, QStringLiteral("%1 frames and more would need %2 of memory, more "
-                                               "than the %3 that --max-memory allows")
-                                    .arg(QString::number(number), MemoryBudget::text(m_needed),
-                                         MemoryBudget::text(m_maxMemory))};
+    warn(subject + reason + QStringLiteral("; its frame is empty"));
+    return noPicture();
 }
 
-QStringList FolderExaminer::run()
+// Each picture is copied once, however often it is listed.
+FolderCopier::Picture FolderCopier::pictureNamed(const QString &name)
 {
-    const QJsonObject config = parse(readConfig());
+    const auto known = m_pictures.constFind(name);
+    if (known != m_pictures.constEnd())
+        return *known;
+    // With the dot, no name is taken for an absolute path.
+    const std::unique_ptr<QFile> file = m_reading.openFrom(m_source, QStringLiteral("./") + name);
+    const Picture picture = copied(*file);
+    m_pictures.insert(name, picture);
+    return picture;
+}
+
+FolderCopier::Picture FolderCopier::copied(QFile &file)
+{
+    const PictureFormat format = PictureFormat::of(file.peek(PictureFormat::StartLength));
+    if (!format.isKnown() || !m_reading.memory().hasRoomFor(file.size()))
+        return {};
+    const QString name = QString::number(m_pictures.size() + 1) + format.suffix();
+    const QString path = m_copy + QLatin1Char('/') + name;
+    m_folder.copy(file, path, m_path);
+    QFile copy(path);
+    if (!copy.open(QIODevice::ReadOnly))
+        throw Failure{path, copy.errorString()};
+    return {name, examinePicture(copy).memory};
+}
+
+void FolderCopier::count(int number, qint64 memory)
+{
+    m_needed += memory;
+    m_reading.memory().require(m_needed, m_path, QStringLiteral("%1 frames and more").arg(number));
+}
+
+FrameFolder FolderCopier::run()
+{
+    QJsonObject config = parse(readConfig());
     const QJsonValue list = config.value(QLatin1String("ImageList"));
     if (list.isUndefined())
         throw Failure{m_config, QStringLiteral("it has no \"ImageList\"")};
@@ -154,34 +218,34 @@ QStringList FolderExaminer::run()
     const QJsonArray elements = list.toArray();
     if (elements.isEmpty())
         throw Failure{m_config, QStringLiteral("\"ImageList\" is empty")};
+    if (!QDir().mkdir(m_copy))
+        throw Failure{m_copy, QStringLiteral("the folder cannot be made")};
+    QJsonArray copies;
     for (int i = 0; i < elements.size(); ++i)
-        examineElement(i + 1, elements.at(i));
+        copies.append(copiedElement(i + 1, elements.at(i)));
     examineSettings(config);
     if (m_unnamedWarnings > 0)
         m_warnings << QStringLiteral("config.json: %1 more such").arg(m_unnamedWarnings);
-    return m_warnings;
+    config.insert(QLatin1String("ImageList"), copies);
+    writeConfig(config);
+    m_reading.memory().take(m_needed);
+    return {m_copy, m_warnings};
+}
+
+// Written for a moment only: nothing is flushed to a disk.
+void FolderCopier::writeConfig(const QJsonObject &config) const
+{
+    QFile file(m_copy + QStringLiteral("/config.json"));
+    const QByteArray bytes = QJsonDocument(config).toJson(QJsonDocument::Compact);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        file.write(bytes) != bytes.size())
+        throw Failure{m_path, QStringLiteral("no private copy can be made: ") + file.errorString()};
 }
 
 } // namespace
 
-QStringList examineFrameFolder(const QString &path, qint64 maxMemory)
+FrameFolder copyFrameFolder(const FileHandle &source, const QString &path, Reading &reading,
+                            PrivateFolder &folder)
 {
-    return FolderExaminer(path, maxMemory).run();
-}
-
-QStringList frameFolderFiles(const QString &path)
-{
-    const QString config = path + QStringLiteral("/config.json");
-    QStringList files(config);
-    try {
-        const QByteArray bytes = openRegularFile(config)->read(MaxConfigBytes);
-        const QJsonArray list =
-            QJsonDocument::fromJson(bytes).object().value(QLatin1String("ImageList")).toArray();
-        for (const QJsonValue &element : list)
-            files << path + QLatin1Char('/') +
-                         element.toObject().value(QLatin1String("filename")).toString();
-    } catch (const Failure &) {
-        return files;
-    }
-    return files;
+    return FolderCopier(source, path, reading, folder).run();
 }

@@ -2,12 +2,22 @@
 
 #include <QtCore/QStringList>
 
-/// Looks through the frame folder at @p path, its config.json and the picture files that this
-/// names, before an object reads them, and answers what is wrong though frames can be read.
-/// @throw Failure when an object would find no frames, when a picture is no regular file (which
-/// might be waited for without end), or when the pictures would need more than @p maxMemory bytes.
-QStringList examineFrameFolder(const QString &path, qint64 maxMemory);
+class FileHandle;
+class PrivateFolder;
+class Reading;
 
-/// The config.json of the frame folder at @p path and the files that it names; fewer where it
-/// cannot be read.
-QStringList frameFolderFiles(const QString &path);
+/// A frame folder that an object may read.
+struct FrameFolder {
+    /// The path of a private copy. It is called as the folder of the user's is, and holds a
+    /// config.json and each picture that this one names and that can be read.
+    QString copy;
+    /// What is wrong though frames can be read; clauses without a full stop.
+    QStringList warnings;
+};
+
+/// Copies what the frame folder @p source, which the user named as @p path, holds of a film into
+/// @p folder. Names in its config.json are looked up as they stand, once and here.
+/// @throw Failure when an object would find no frames, when a picture lies outside of the folder
+/// or is no regular file, or when the pictures would need more memory than @p reading allows.
+FrameFolder copyFrameFolder(const FileHandle &source, const QString &path, Reading &reading,
+                            PrivateFolder &folder);

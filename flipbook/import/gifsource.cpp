@@ -1,9 +1,11 @@
 #include "flipbook/import/gifsource.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
-#include "flipbook/import/sourcefile.h"
+#include "flipbook/import/privatecopy.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QImageReader>
 
 #include <algorithm>
@@ -36,19 +38,24 @@ void refuseUnreadable(const QString &path, const GifDescriptors &gif)
     throw Failure{path, QStringLiteral("a GIF without frames")};
 }
 
-void refuseTooLarge(const QString &path, const GifDescriptors &gif, qint64 maxMemory)
+void refuseUnnamed(const QString &path)
+{
+    if (!isGifPath(path))
+        throw Failure{path, QStringLiteral("a GIF whose name does not say so; rename it to end "
+                                           "in .gif")};
+}
+
+void count(const QString &copy, const QString &path, const GifDescriptors &gif,
+           MemoryAccount &memory)
 {
     // Decoders do not give up at the same places as we do: the larger count is the safer one.
-    const qint64 frames = std::max<qint64>(gif.frames, QImageReader(path).imageCount());
-    const qint64 needed = MemoryBudget::neededFor(gif, frames);
-    if (needed <= maxMemory)
-        return;
-    throw Failure{path, QStringLiteral("%1 of %2 x %3 pixels would need %4 of memory, more than "
-                                       "the %5 that --max-memory allows")
-                            .arg(frameCountText(frames))
-                            .arg(gif.screen.width())
-                            .arg(gif.screen.height())
-                            .arg(MemoryBudget::text(needed), MemoryBudget::text(maxMemory))};
+    const qint64 frames = std::max<qint64>(gif.frames, QImageReader(copy, "gif").imageCount());
+    memory.require(MemoryBudget::neededFor(gif, frames), path,
+                   QStringLiteral("%1 of %2 x %3 pixels")
+                       .arg(frameCountText(frames))
+                       .arg(gif.screen.width())
+                       .arg(gif.screen.height()));
+    memory.take(MemoryBudget::keptOf(gif, frames));
 }
 
 QStringList warningsOf(const GifDescriptors &gif)
@@ -77,15 +84,25 @@ bool isGifPath(const QString &path)
     return path.contains(QLatin1String(".gif"), Qt::CaseInsensitive);
 }
 
-GifSource examineGif(const QString &path, qint64 maxMemory)
+GifSource copyGif(QFile &file, const QString &path, MemoryAccount &memory, PrivateFolder &folder)
 {
-    if (!isGifPath(path))
-        throw Failure{path, QStringLiteral("a GIF whose name does not say so; rename it to end "
-                                           "in .gif")};
+    refuseUnnamed(path);
+    // Frames take more memory than their bytes in the file.
+    memory.require(file.size(), path, QStringLiteral("the bytes of the file alone"));
+    return examineGif(privateCopy(file, path, QStringLiteral(".gif"), folder), path, memory);
+}
+
+GifSource examineGif(const QString &copy, const QString &path, MemoryAccount &memory)
+{
+    refuseUnnamed(path);
+    QFile file(copy);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure{copy, file.errorString()};
     GifSource source;
-    source.descriptors = readGifDescriptors(*openRegularFile(path));
+    source.copy = copy;
+    source.descriptors = readGifDescriptors(file);
     refuseUnreadable(path, source.descriptors);
-    refuseTooLarge(path, source.descriptors, maxMemory);
+    count(copy, path, source.descriptors, memory);
     source.warnings = warningsOf(source.descriptors);
     return source;
 }

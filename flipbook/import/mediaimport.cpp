@@ -4,6 +4,7 @@
 #include "flipbook/import/framefolder.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/picturefile.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QDir>
@@ -29,49 +30,56 @@ QString nameOf(const QString &path, SourceKind kind)
     return kind == SourceKind::Gif ? file.baseName() : file.completeBaseName();
 }
 
-void importGif(ImportedMedia &media, const QString &path, qint64 maxMemory)
+void importGif(ImportedMedia &media, QFile &file, const QString &path, Reading &reading)
 {
-    GifSource source = examineGif(path, maxMemory);
+    const GifSource source = copyGif(file, path, reading.memory(), *media.privateFolder);
     media.warnings = source.warnings;
     media.gif = source.descriptors;
-    AnimatedObject(*media.object).loadPath(path);
+    media.copy = source.copy;
+    AnimatedObject(*media.object).loadPath(media.copy);
 }
 
-void importFolder(ImportedMedia &media, const QString &path, qint64 maxMemory)
+void importFolder(ImportedMedia &media, const FileHandle &source, const QString &path,
+                  Reading &reading)
 {
     if (isGifPath(path))
         throw Failure{path, QStringLiteral("is a folder, but its path contains \".gif\" and "
                                            "would be taken for a GIF; use another path to it")};
-    media.warnings = examineFrameFolder(path, maxMemory);
-    AnimatedObject(*media.object).loadPath(path);
+    const FrameFolder folder = copyFrameFolder(source, path, reading, *media.privateFolder);
+    media.warnings = folder.warnings;
+    media.copy = folder.copy;
+    AnimatedObject(*media.object).loadPath(media.copy);
 }
 
-void importPicture(ImportedMedia &media, const QString &path, qint64 maxMemory)
+void importPicture(ImportedMedia &media, QFile &file, const QString &path, Reading &reading)
 {
-    const QImage picture = readPicture(path, maxMemory);
+    const QImage picture = readPicture(file, path, reading.memory());
+    reading.memory().take(picture.sizeInBytes());
     AnimatedObject(*media.object).loadPicture(picture, nameOf(path, SourceKind::OtherFile));
 }
 
 } // namespace
 
-ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxMemory, int objectId)
+ImportedMedia importMedia(const Plugin &plugin, Source &source, const QString &path,
+                          Reading &reading, int objectId)
 {
     ImportedMedia media;
-    const SourceKind kind = identifySource(path);
+    const SourceKind kind = kindOf(source, path);
     media.object = plugin.createObject(objectId);
     media.object->setOtherParams(QStringLiteral("object_name"), nameOf(path, kind));
+    media.privateFolder = std::make_unique<PrivateFolder>();
     switch (kind) {
     case SourceKind::Gif:
-        importGif(media, path, maxMemory);
+        importGif(media, *source.file, path, reading);
         break;
     case SourceKind::FrameFolder:
-        importFolder(media, path, maxMemory);
+        importFolder(media, source.folder, path, reading);
         break;
     case SourceKind::Document:
         throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
                                            "wanted here")};
     case SourceKind::OtherFile:
-        importPicture(media, path, maxMemory);
+        importPicture(media, *source.file, path, reading);
         break;
     }
     if (!hasPicture(plugin.frames(*media.object)))
@@ -81,9 +89,8 @@ ImportedMedia importMedia(const Plugin &plugin, const QString &path, qint64 maxM
     return media;
 }
 
-QStringList inputsOf(const QString &path)
+ImportedMedia importMedia(const Plugin &plugin, const QString &path, Reading &reading, int objectId)
 {
-    if (!QFileInfo(path).isDir())
-        return {path};
-    return QStringList(path) + frameFolderFiles(path);
+    Source source = reading.open(path);
+    return importMedia(plugin, source, path, reading, objectId);
 }

@@ -1,53 +1,103 @@
 #include "flipbook/import/picturefile.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/base/privatefolder.h"
 #include "flipbook/import/gifdescriptors.h"
-#include "flipbook/import/sourcefile.h"
+#include "flipbook/import/privatecopy.h"
+#include "flipbook/import/reading.h"
 
+#include <QtCore/QBuffer>
 #include <QtGui/QImageReader>
 
 namespace
 {
 
-qint64 memoryFor(QIODevice &device)
+/// A reader that knows the format and never guesses another.
+void setFormat(QImageReader &reader, PictureFormat format)
 {
-    if (device.peek(3) == "GIF") {
+    reader.setAutoDetectImageFormat(false);
+    reader.setFormat(format.readerName());
+}
+
+qint64 memoryFor(QIODevice &device, PictureFormat format)
+{
+    if (format.kind() == PictureFormat::Gif) {
         // The decoder's own answer for the size of a GIF does not hold for large screens.
         const GifDescriptors gif = readGifDescriptors(device);
         return MemoryBudget::neededFor(gif, 1);
     }
     QImageReader reader(&device);
+    setFormat(reader, format);
     const QSize size = reader.size();
     return size.isValid() ? MemoryBudget::neededForPicture(size.width(), size.height()) : 0;
 }
 
-} // namespace
-
-qint64 pictureMemory(const QString &path)
+void refuseForeign(const QString &path, PictureFormat format)
 {
-    return memoryFor(*openRegularFile(path));
+    const bool isNamedGif = path.endsWith(QLatin1String(".gif"), Qt::CaseInsensitive);
+    if (!format.isKnown())
+        throw Failure{path, isNamedGif ? QStringLiteral("not a GIF")
+                                       : QStringLiteral("not a picture that can be read; those "
+                                                        "are %1")
+                                             .arg(PictureFormat::list())};
+    if (isNamedGif && format.kind() != PictureFormat::Gif)
+        throw Failure{path, QStringLiteral("not a GIF: it is a picture of the format %1; rename it")
+                                .arg(QString::fromLatin1(format.readerName()).toUpper())};
 }
 
-QImage readPicture(const QString &path, qint64 maxMemory)
+/// All that is in @p file: what is looked at is what is decoded, even if the file is changed.
+QByteArray contentOf(QFile &file, const QString &path, const MemoryAccount &memory)
 {
-    const std::unique_ptr<QFile> file = openRegularFile(path);
-    QImageReader reader(file.get());
-    const bool isNamedGif = path.endsWith(QLatin1String(".gif"), Qt::CaseInsensitive);
-    if (!reader.canRead()) {
-        throw Failure{path, isNamedGif ? QStringLiteral("not a GIF")
-                                       : QStringLiteral("not a picture that can be read")};
-    }
-    if (isNamedGif && reader.format() != "gif")
-        throw Failure{path, QStringLiteral("not a GIF: it is a picture of the format %1; rename it")
-                                .arg(QString::fromLatin1(reader.format()).toUpper())};
-    const qint64 needed = pictureMemory(path);
-    if (needed > maxMemory)
-        throw Failure{path, QStringLiteral("the picture would need %1 of memory, more than the %2 "
-                                           "that --max-memory allows")
-                                .arg(MemoryBudget::text(needed), MemoryBudget::text(maxMemory))};
+    const qint64 size = file.size();
+    memory.require(size, path, QStringLiteral("the bytes of the file alone"));
+    return file.read(size);
+}
+
+} // namespace
+
+PictureFacts examinePicture(QIODevice &device)
+{
+    PictureFacts facts;
+    facts.format = PictureFormat::of(device.peek(PictureFormat::StartLength));
+    if (facts.format.isKnown())
+        facts.memory = memoryFor(device, facts.format);
+    return facts;
+}
+
+QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory)
+{
+    QByteArray bytes = contentOf(file, path, memory);
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    const PictureFacts facts = examinePicture(buffer);
+    refuseForeign(path, facts.format);
+    memory.require(facts.memory, path, QStringLiteral("the picture"));
+    buffer.seek(0);
+    QImageReader reader(&buffer);
+    setFormat(reader, facts.format);
     const QImage picture = reader.read();
     if (picture.isNull())
         throw Failure{path, QStringLiteral("the picture cannot be read: ") + reader.errorString()};
     return picture;
+}
+
+QImage readPicture(const QString &path, Reading &reading)
+{
+    return readPicture(*reading.openFile(path), path, reading.memory());
+}
+
+QString copyPicture(const QString &path, Reading &reading, PrivateFolder &folder)
+{
+    const std::unique_ptr<QFile> file = reading.openFile(path);
+    const PictureFormat format = PictureFormat::of(file->peek(PictureFormat::StartLength));
+    refuseForeign(path, format);
+    const QString copy = privateCopy(*file, path, format.suffix(), folder);
+    // The object would take anything for an empty picture.
+    QFile copied(copy);
+    if (!copied.open(QIODevice::ReadOnly))
+        throw Failure{copy, copied.errorString()};
+    readPicture(copied, path, reading.memory());
+    return copy;
 }

@@ -1,13 +1,34 @@
 #pragma once
 
+#include "flipbook/import/pictureformat.h"
+
 #include <QtGui/QImage>
 
-/// Reads the picture file at @p path, of whatever format its bytes say that it is; of an animated
-/// one, the first frame.
-/// @throw Failure when it is no picture that can be read, or is only by its name a GIF, or
-/// would need more than @p maxMemory bytes.
-QImage readPicture(const QString &path, qint64 maxMemory);
+class MemoryAccount;
+class PrivateFolder;
+class QFile;
+class QIODevice;
+class Reading;
 
-/// The bytes that the picture at @p path, a regular file, needs while it is decoded; found without
-/// decoding it. 0 when it is no picture.
-qint64 pictureMemory(const QString &path);
+/// What a picture file says about itself.
+struct PictureFacts {
+    PictureFormat format; ///< unknown when it is no picture that is read
+    qint64 memory = 0;    ///< bytes that it needs while it is decoded and copied
+};
+
+/// Reads the facts of the picture file on @p device, from its beginning, without decoding it.
+PictureFacts examinePicture(QIODevice &device);
+
+/// Reads the picture in @p file, which the user named as @p path, of whatever format its bytes say
+/// that it is; of an animated one, the first frame.
+/// @throw Failure when it is no picture that can be read, or is only by its name a GIF, or would
+/// need more than @p memory has room for.
+QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory);
+
+/// The same for the file that the user names as @p path.
+QImage readPicture(const QString &path, Reading &reading);
+
+/// Puts a copy of the picture file that the user named as @p path into @p folder, for an object to
+/// read: it can be decoded, and is called as the file is, but for the ending. Returns its path.
+/// @throw Failure as readPicture() does.
+QString copyPicture(const QString &path, Reading &reading, PrivateFolder &folder);

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QtCore/QFile>
 #include <QtCore/QString>
 
-#include <memory>
+struct Source;
 
 /// What a path that the user named leads to.
 enum class SourceKind {
@@ -13,21 +12,9 @@ enum class SourceKind {
     OtherFile,   ///< a file that begins in another way
 };
 
-/// Looks at what stands at @p path. Opens regular files only, so that a pipe or a device under any
-/// name is neither waited for nor changed.
-/// @throw Failure when nothing is there, or it is neither a regular file nor a folder, or it
-/// cannot be read or is empty.
-SourceKind identifySource(const QString &path);
+/// Looks at @p source, which the user named as @p path.
+/// @throw Failure when it is a file that cannot be read or is empty.
+SourceKind kindOf(const Source &source, const QString &path);
 
 /// Qt takes paths that begin with a colon for its own: this makes them plain files.
 QString plainPath(const QString &path);
-
-/// Opens the regular file at @p path for reading. Never waits.
-/// @throw Failure for anything else.
-std::unique_ptr<QFile> openRegularFile(const QString &path);
-
-/// Whether a pipe, a socket or a device stands at @p path, which reading might wait for.
-bool isSpecialFile(const QString &path);
-
-/// Whether @p one and @p other lead to the same file or folder, by whatever path or link.
-bool isSameFile(const QString &one, const QString &other);

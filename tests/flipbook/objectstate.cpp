@@ -1,6 +1,7 @@
 #include "tests/flipbook/objectstate.h"
 
 #include "flipbook/document/openedfile.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/object/objectprotocol.h"
 #include "host/specialpropertyids.h"
 
@@ -36,7 +37,8 @@ QString frameText(const QString &name, const QImage &picture)
 ObjectState objectIn(const Plugin &plugin, const QString &path, int number)
 {
     constexpr qint64 budget = qint64(256) << 20;
-    const OpenedFile opened = openFile(plugin, path, budget);
+    Reading reading(budget, false);
+    const OpenedFile opened = openFile(plugin, path, reading);
     CBaseObject &base = *opened.objects().at(number - 1);
     const AnimatedObject object(base);
     ObjectState state;

@@ -2,6 +2,7 @@
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/document/documentjson.h"
+#include "flipbook/import/reading.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/support/gifbuilder.h"
 
@@ -46,6 +47,9 @@ private Q_SLOTS:
     void picturesInTheTextCountToo();
     void aReferredGifIsRead();
     void aReferenceToAPipeIsNotFollowed();
+    void aReferenceThatLeavesTheFolderIsRefused_data();
+    void aReferenceThatLeavesTheFolderIsRefused();
+    void aReferenceByTheFullPathOfTheFolderIsRead();
 
 private:
     QString save(const QByteArray &text, const QMap<QString, QByteArray> &pictures = {}) const;
@@ -72,7 +76,8 @@ QString TestDocumentFile::save(const QByteArray &text,
 
 LoadedDocument TestDocumentFile::load(const QString &path) const
 {
-    return loadDocument(m_fixture->plugin(), path, Budget);
+    Reading reading(Budget, false);
+    return loadDocument(m_fixture->plugin(), path, reading);
 }
 
 // The reason why the document cannot be loaded; empty when it can.
@@ -291,8 +296,10 @@ void TestDocumentFile::picturesBeyondTheBudgetAreRefused()
     const QString small = m_fixture->path(QStringLiteral("small.flipbook"));
     saveDocument(*document, small);
     constexpr qint64 needed = 144;
-    QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, needed - 1), Failure);
-    QCOMPARE(loadDocument(m_fixture->plugin(), small, needed).warnings, QStringList());
+    Reading tooLittle(needed - 1, false);
+    QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, tooLittle), Failure);
+    Reading enough(needed, false);
+    QCOMPARE(loadDocument(m_fixture->plugin(), small, enough).warnings, QStringList());
 }
 
 void TestDocumentFile::picturesInTheTextCountToo()
@@ -323,6 +330,46 @@ void TestDocumentFile::aReferenceToAPipeIsNotFollowed()
     QCOMPARE(loaded.warnings,
              QStringList(QStringLiteral("object 1 of page 1 has no frames: the GIF that it refers "
                                         "to, 'pipe.gif': is a pipe, not a file")));
+}
+
+void TestDocumentFile::aReferenceThatLeavesTheFolderIsRefused_data()
+{
+    QTest::addColumn<QString>("reference"); // %1 stands for the folder above the document's
+    QTest::newRow("by its full path") << QStringLiteral("%1/film.gif");
+    QTest::newRow("by dots") << QStringLiteral("../film.gif");
+    QTest::newRow("by a link") << QStringLiteral("link.gif");
+}
+
+void TestDocumentFile::aReferenceThatLeavesTheFolderIsRefused()
+{
+    QFETCH(QString, reference);
+    const QTemporaryDir above;
+    GifBuilder(4, 4).add(0, 10).write(above.filePath(QStringLiteral("film.gif")));
+    QVERIFY(QDir(above.path()).mkdir(QStringLiteral("in")));
+    QVERIFY(QFile::link(above.filePath(QStringLiteral("film.gif")),
+                        above.filePath(QStringLiteral("in/link.gif"))));
+    if (reference.contains(QLatin1Char('%')))
+        reference = reference.arg(above.path());
+    const QString path = above.filePath(QStringLiteral("in/made.flipbook"));
+    DocumentArchive::write(
+        path, textWith(R"({"IsGif": true, "GifFileName": ")" + reference.toUtf8() + R"("})"), {});
+    QCOMPARE(failureOf(path), QStringLiteral("object 1 of page 1 refers to '%1', which leads out "
+                                             "of the folder; --allow-outside reads it")
+                                  .arg(reference));
+    Reading anywhere(Budget, true);
+    const LoadedDocument loaded = loadDocument(m_fixture->plugin(), path, anywhere);
+    QCOMPARE(loaded.warnings, QStringList());
+    CBaseObject &object = *loaded.document->pages().first()->objects().constFirst();
+    QCOMPARE(m_fixture->plugin().frames(object).size(), 1);
+}
+
+void TestDocumentFile::aReferenceByTheFullPathOfTheFolderIsRead()
+{
+    const QString film = m_fixture->path(QStringLiteral("full.gif"));
+    GifBuilder(4, 4).add(0, 10).write(film);
+    const LoadedDocument loaded =
+        load(save(textWith(R"({"IsGif": true, "GifFileName": ")" + film.toUtf8() + R"("})")));
+    QCOMPARE(loaded.warnings, QStringList());
 }
 
 QTEST_MAIN(TestDocumentFile)

@@ -1,5 +1,6 @@
 #include "flipbook/document/documentfile.h"
 #include "flipbook/document/documentjson.h"
+#include "flipbook/import/reading.h"
 #include "tests/flipbook/documentfixture.h"
 
 #include <QtCore/QRandomGenerator>
@@ -57,7 +58,8 @@ void TestDocumentSurvival::aKilledSaveLeavesTheOldOrTheNewDocument()
         QCOMPARE(::waitpid(saver, &status, 0), saver);
         QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
 
-        const LoadedDocument loaded = loadDocument(fixture.plugin(), path, qint64(64) << 20);
+        Reading reading(qint64(64) << 20, false);
+        const LoadedDocument loaded = loadDocument(fixture.plugin(), path, reading);
         QCOMPARE(loaded.warnings, QStringList());
         const QByteArray text = documentJson(*loaded.document);
         QVERIFY(text == oneText || text == otherText);

@@ -128,13 +128,15 @@ void TestEditRefusals::filesThatCannotBeRead_data()
     const auto row = [](const char *name, const char *reason) {
         QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(reason);
     };
+    const char *noPicture =
+        "not a picture that can be read; those are PNG, JPEG, GIF, BMP, PBM, PGM and PPM";
     row("missing.png", "not found");
-    row("text.png", "not a picture that can be read");
-    row("empty.png", "not a picture that can be read");
+    row("text.png", noPicture);
+    row("empty.png", noPicture);
     row("cut.png", "the picture cannot be read: Unable to read image data");
     row("pipe.png", "is a pipe, not a file");
     row("png.gif", "not a GIF: it is a picture of the format PNG; rename it");
-    row("doc.flipbook", "not a picture that can be read");
+    row("doc.flipbook", noPicture);
     row("", "is a folder");
 }
 

@@ -52,6 +52,7 @@ void TestPackageCommands::initTestCase()
 {
     m_fixture = std::make_unique<DocumentFixture>();
     QVERIFY(QFile::copy(QStringLiteral(SAMPLES "/walk.gif"), path(QStringLiteral("walk.gif"))));
+    QVERIFY(QFile::copy(QStringLiteral(SAMPLES "/apple.png"), path(QStringLiteral("apple.png"))));
     const auto document = m_fixture->document({});
     saveDocument(*document, path(QStringLiteral("empty.flipbook")));
 }
@@ -121,21 +122,28 @@ void TestPackageCommands::outputsThatCannotBeWrittenAreNamed()
 
 void TestPackageCommands::aFullDiskLeavesNoHalfFile_data()
 {
+    QTest::addColumn<QString>("input");
     QTest::addColumn<int>("halfKilobytes");
     QTest::addColumn<QString>("message");
     // The film's pictures have some 10 KB each, all of them more than 60 KB.
-    QTest::newRow("for the package") << 120 << QStringLiteral("out.sprite3: ");
+    QTest::newRow("for the package")
+        << QStringLiteral("walk.gif") << 120 << QStringLiteral("out.sprite3: ");
     QTest::newRow("for its pictures")
-        << 2 << QStringLiteral("walk.gif: walk: its costumes could not be written");
+        << QStringLiteral("apple.png") << 2
+        << QStringLiteral("apple.png: apple: its costumes could not be written");
+    QTest::newRow("for a copy of the film")
+        << QStringLiteral("walk.gif") << 2
+        << QStringLiteral("walk.gif: no private copy can be made: File too large");
 }
 
 void TestPackageCommands::aFullDiskLeavesNoHalfFile()
 {
+    QFETCH(QString, input);
     QFETCH(int, halfKilobytes);
     QFETCH(QString, message);
     const FlipbookRun run =
-        withSmallDisk(halfKilobytes, {QStringLiteral("sprite"), path(QStringLiteral("walk.gif")),
-                                      QStringLiteral("-o"), path(QStringLiteral("out.sprite3"))});
+        withSmallDisk(halfKilobytes, {QStringLiteral("sprite"), path(input), QStringLiteral("-o"),
+                                      path(QStringLiteral("out.sprite3"))});
     QCOMPARE(run.status, 1);
     // What the library that writes pictures says of it comes first.
     QVERIFY2(run.err.contains(QStringLiteral("flipbook: ") + path(message)), qPrintable(run.err));

@@ -2,6 +2,7 @@
 
 #include "flipbook/document/documentfile.h"
 #include "flipbook/editing/frameeditor.h"
+#include "flipbook/import/reading.h"
 #include "framework/page.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/scratch/packages/exporter/packagemaker.h"
@@ -44,7 +45,8 @@ void writeThreeObjects(const Plugin &plugin, const QDir &samples, double degrees
         runFlipbook({QStringLiteral("edit"), path, QStringLiteral("--object"),
                      QLatin1String(number), QStringLiteral("--mirror")});
 
-    const LoadedDocument loaded = loadDocument(plugin, path, enoughMemory);
+    Reading reading(enoughMemory, false);
+    const LoadedDocument loaded = loadDocument(plugin, path, reading);
     Page &page = *loaded.document->pages().constFirst();
     page.setPageRect(QRectF(0, 0, 960, 720));
     const QList<CBaseObject *> objects = page.objects();

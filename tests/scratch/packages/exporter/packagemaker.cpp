@@ -2,6 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/document/openedfile.h"
+#include "flipbook/import/reading.h"
 #include "framework/page.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"
@@ -55,7 +56,8 @@ void PackageMaker::make(const PackageWish &wish)
 /// The objects as they are in the input, opened anew.
 QJsonObject PackageMaker::expectation(const PackageWish &wish) const
 {
-    const OpenedFile opened = openFile(m_plugin, wish.input, enoughMemory);
+    Reading reading(enoughMemory, false);
+    const OpenedFile opened = openFile(m_plugin, wish.input, reading);
     const Page &page = *opened.document->pages().constFirst();
     QList<CBaseObject *> objects = page.objects();
     if (isSprite(wish))

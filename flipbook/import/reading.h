@@ -1,0 +1,58 @@
+#pragma once
+
+#include "flipbook/base/filehandle.h"
+#include "flipbook/base/memoryaccount.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QPair>
+#include <QtCore/QSet>
+#include <QtCore/QString>
+
+#include <memory>
+
+/// What a path that the user named leads to, opened once: whatever happens to the path afterwards,
+/// this is what is read.
+struct Source {
+    std::unique_ptr<QFile> file; ///< a regular file, at its beginning; none for a folder
+    FileHandle folder;           ///< a folder, to look names up in
+
+    bool isFolder() const { return folder.isOpen(); }
+};
+
+/// What a command may read and how much memory it may take, and what it has read so far. All files
+/// of the user's are opened here. Only regular files and folders are opened, so that a pipe or a
+/// device under any name is neither waited for nor changed.
+class Reading
+{
+public:
+    /// @p allowsOutside: names in a folder or document may lead out of its folder.
+    Reading(qint64 maxMemory, bool allowsOutside);
+
+    MemoryAccount &memory() { return m_memory; }
+
+    /// What the user named as @p path. @throw Failure when it cannot be opened.
+    Source open(const QString &path);
+
+    /// The regular file that the user named as @p path. @throw Failure for anything else.
+    std::unique_ptr<QFile> openFile(const QString &path);
+
+    /// The folder that holds the file which the user named as @p path. @throw Failure
+    FileHandle openFolderOf(const QString &path);
+
+    /// The regular file that @p name leads to from @p folder. The name is taken as it is: nothing
+    /// is added to it. @throw MissingFile when there is none, ForbiddenFile for a pipe or device
+    /// and, unless that is allowed, for a file outside of the folder.
+    std::unique_ptr<QFile> openFrom(const FileHandle &folder, const QString &name);
+
+    /// Whether @p path leads to a file that was read, by whatever path or link.
+    bool hasRead(const QString &path) const;
+
+private:
+    using FileId = QPair<quint64, quint64>; ///< device and number on it
+
+    std::unique_ptr<QFile> opened(const FileHandle &found, const QString &path);
+
+    MemoryAccount m_memory;
+    bool m_allowsOutside;
+    QSet<FileId> m_read;
+};
