@@ -23,7 +23,7 @@ void CAnimatedImage::replaceFrameImage(QDataStream &stream)
         !Requests::read(stream, image)) {
         return;
     }
-    m_portraits[index].image = image;
+    m_portraits[index].image = withUnitRatio(image);
     updateRegion(index, true);
     const QPointer<CAnimatedImage> self(this);
     notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
