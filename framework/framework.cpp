@@ -51,28 +51,19 @@ Notifier *Framework::notifier()
     return &m_notifier;
 }
 
-QUndoStack *Framework::undoStack()
+UndoStack *Framework::undoStack()
 {
     return &m_undoStack;
 }
 
 void Framework::dropUndoCommands()
 {
-    // A dying command may release objects that it owned, and so come back here.
-    if (m_droppingCommands)
-        return;
-    m_droppingCommands = true;
-    m_undoStack.clear();
-    m_openMacros = 0;
-    m_droppingCommands = false;
+    m_undoStack.drop();
 }
 
 void Framework::dropUndoCommandsLater()
 {
-    if (m_droppingCommands || m_undoStack.count() == 0)
-        return;
-    QMetaObject::invokeMethod(
-        &m_undoStack, [this] { dropUndoCommands(); }, Qt::QueuedConnection);
+    m_undoStack.dropLater();
 }
 
 void Framework::setLanguage(const QLocale &locale)

@@ -3,12 +3,12 @@
 #include "framework/document.h"
 #include "framework/frameworkglobal.h"
 #include "framework/notifier.h"
+#include "framework/undostack.h"
 #include "host/framework.h"
 #include "host/localize.h"
 
 #include <QtCore/QLocale>
 #include <QtCore/QTranslator>
-#include <QtWidgets/QUndoStack>
 
 /// The one framework of the process, behind GetFramework(). GUI thread only.
 class FRAMEWORK_API Framework final : public IFramework, public ILocalize
@@ -23,12 +23,14 @@ public:
 
     /// The undo stack of the process. Open and close macros through the framework, not on the
     /// stack, or isUndoMacroOpen() does not know of them.
-    QUndoStack *undoStack();
+    UndoStack *undoStack();
 
-    /// Deletes all commands and closes all macros. Commands hold plain pointers to objects: this
-    /// comes before the death of any object that a command may know.
+    /// Deletes all commands and closes all macros, before the death of any object that a command
+    /// may know. While a command runs, its stack does so as soon as the command has returned, and
+    /// runs no other.
     void dropUndoCommands();
-    /// The same with the next turn of the event loop, for callers that a command may have called.
+    /// The same after the death of an object, which a command may have caused: with the next turn
+    /// of the event loop, or when the running command has returned.
     void dropUndoCommandsLater();
 
     /// Chooses the language of translated(): Simplified Chinese or, for every other locale,
@@ -50,8 +52,7 @@ private:
 
     QTranslator m_translator;
     Notifier m_notifier;
-    QUndoStack m_undoStack;
+    UndoStack m_undoStack;
     int m_openMacros = 0;
-    bool m_droppingCommands = false;
     Document m_defaultDocument;
 };

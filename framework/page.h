@@ -47,8 +47,8 @@ public:
     void addObject(CBaseObject *object, Layer layer = Layer::Normal);
     /// Gives @p object away: the caller owns it, and it is on no page. Null when it was not here.
     CBaseObject *takeObject(CBaseObject *object);
-    /// Drops the undo commands, which may know the object, and releases it. An object that is
-    /// not here is ignored.
+    /// Drops the undo commands, which may know the object, and releases it; a command may do so
+    /// too. An object that is not here is ignored.
     void destroyObject(CBaseObject *object);
 
     /// From bottom to top.

@@ -34,7 +34,7 @@ void CUndoRedo::push(CNmUndoCmd *command)
 {
     if (!command)
         return;
-    QUndoStack *stack = Framework::instance().undoStack();
+    UndoStack *stack = Framework::instance().undoStack();
     // Numbered beforehand: the push may delete a command that merges or turns out to be obsolete.
     command->setIdxCmd(stack->index());
     stack->push(command);

@@ -32,7 +32,7 @@ void CAnimatedImage::followObjectSize()
 void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, double angle,
                                   bool update)
 {
-    CBaseObject::setCenterPos(center, size, angle, update);
+    CGDRootObject::setCenterPos(center, size, angle, update);
     if (isBackgroundType()) {
         followObjectSize();
         regenBGImage();
@@ -45,7 +45,7 @@ void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, dou
 
 QPointF CAnimatedImage::getPos()
 {
-    return isAlternateMode() && isBackgroundType() ? m_bgPos : CBaseObject::getPos();
+    return isAlternateMode() && isBackgroundType() ? m_bgPos : CGDRootObject::getPos();
 }
 
 void CAnimatedImage::setPos(QPointF pos, bool notify)
@@ -55,13 +55,13 @@ void CAnimatedImage::setPos(QPointF pos, bool notify)
         notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
         return;
     }
-    CBaseObject::setPos(pos, notify);
+    CGDRootObject::setPos(pos, notify);
 }
 
 void CAnimatedImage::setMirror(bool mirror, bool notify)
 {
     const QPointer<CAnimatedImage> self(this);
-    CBaseObject::setMirror(mirror, notify);
+    CGDRootObject::setMirror(mirror, notify);
     if (self)
         followMirrorOrFlip();
 }
@@ -69,7 +69,7 @@ void CAnimatedImage::setMirror(bool mirror, bool notify)
 void CAnimatedImage::setFlip(bool flip, bool notify)
 {
     const QPointer<CAnimatedImage> self(this);
-    CBaseObject::setFlip(flip, notify);
+    CGDRootObject::setFlip(flip, notify);
     if (self)
         followMirrorOrFlip();
 }

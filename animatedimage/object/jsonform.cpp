@@ -59,9 +59,9 @@ bool CAnimatedImage::loadJson(QJsonObject &json)
     m_mirror = json[Key::imageMirror].toBool(false);
     m_flip = json[Key::imageFlip].toBool(false);
     m_loopCount = json[Key::loopCount].toInt(0);
-    // Written by every version, used by none; looked up so that it is among the members that count.
-    (void)json[Key::useGifInterval].toBool(false);
-    m_isRunning = json[Key::isRunning].toBool(false);
+    // Not used, but looked up like the others.
+    (void)json[Key::useGifInterval];
+    (void)json[Key::isRunning];
     m_isRunning = false;
 
     if (isGif)

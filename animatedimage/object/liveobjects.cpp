@@ -13,13 +13,14 @@ using Objects = QHash<qint64, CAnimatedImage *>;
 
 Objects &objects()
 {
-    static Objects all;
-    return all;
+    // Never destroyed: a host's own statics may release their objects after everything else.
+    static auto *const all = new Objects;
+    return *all;
 }
 
-qint64 address(CAnimatedImage *object)
+qint64 address(const CAnimatedImage *object)
 {
-    return reinterpret_cast<qint64>(static_cast<CGDRootObject *>(object));
+    return reinterpret_cast<qint64>(static_cast<const CGDRootObject *>(object));
 }
 
 } // namespace
@@ -32,6 +33,11 @@ void add(CAnimatedImage *object)
 void remove(CAnimatedImage *object)
 {
     objects().remove(address(object));
+}
+
+bool holds(const CAnimatedImage *object)
+{
+    return objects().contains(address(object));
 }
 
 CAnimatedImage *at(qint64 address)

@@ -12,6 +12,9 @@ namespace LiveObjects
 void add(CAnimatedImage *object);
 void remove(CAnimatedImage *object);
 
+/// Whether @p object, which may be any pointer, is one of them.
+bool holds(const CAnimatedImage *object);
+
 /// The animated image whose CGDRootObject part is at @p address, or null.
 CAnimatedImage *at(qint64 address);
 

@@ -90,9 +90,14 @@ void CAnimatedImage::setCurrentIndex(int index)
 
     const QSizeF size = m_portraits.at(shown).size;
     const QPointF center = GetGraphicsItemPtr()->mapToScene(getClientRect().center());
-    // Only an object that turns freely keeps its angle from frame to frame.
+    // Only an object that turns freely keeps its angle from frame to frame. The direction of any
+    // other is asked for and not used.
     constexpr int turnsFreely = 2;
-    const double angle = getKTRotateType() == turnsFreely ? getRotate() : 0.0;
+    double angle = 0.0;
+    if (getKTRotateType() == turnsFreely)
+        angle = getRotate();
+    else
+        getKTRotateDegree();
 
     const QPointer<CAnimatedImage> self(this);
     setCenterPos(center, size, angle, true);

@@ -8,7 +8,7 @@
 
 bool CAnimatedImage::SetAttribute(int id, QDataStream &stream, bool flag)
 {
-    if (CBaseObject::SetAttribute(id, stream, flag)) {
+    if (CGDRootObject::SetAttribute(id, stream, flag)) {
         if (id == AttributeId::EnterAlternateMode)
             saveEditingState();
         else if (id == AttributeId::LeaveAlternateMode)

@@ -66,7 +66,7 @@ void CAnimatedImage::duplicateFrame(QDataStream &stream)
     }
     if (m_portraits.isEmpty())
         return;
-    // Here the name is not made unique: hosts rely on finding it.
+    // After a target the name is taken as it is, although another frame may have it.
     const QString name = isFrame(target) ? FrameNames::numbered(m_portraits.at(target).name, 1)
                                          : numberedObjectName();
     insertAfter(target, {name, whiteImage(m_portraits.constFirst().image.size())}, stream);

@@ -80,5 +80,5 @@ bool CAnimatedImage::setOtherParams(const QString &key, const QVariant &value)
         for (int i = 0; i < m_portraits.size(); ++i)
             m_portraits[i].name = FrameNames::numbered(name, i + 1);
     }
-    return CBaseObject::setOtherParams(key, value);
+    return CGDRootObject::setOtherParams(key, value);
 }

@@ -58,7 +58,7 @@ bool CAnimatedImage::GetSpecialProperty(int id, QDataStream &stream)
         Requests::append(stream, frameName(m_runningIndex));
         return true;
     default:
-        return CBaseObject::GetSpecialProperty(id, stream);
+        return CGDRootObject::GetSpecialProperty(id, stream);
     }
 }
 
@@ -104,7 +104,7 @@ bool CAnimatedImage::SetSpecialProperty(int id, QDataStream &stream, bool flag)
     default:
         break;
     }
-    return self ? CBaseObject::SetSpecialProperty(id, stream, flag) : true;
+    return self ? CGDRootObject::SetSpecialProperty(id, stream, flag) : true;
 }
 
 void CAnimatedImage::stop()

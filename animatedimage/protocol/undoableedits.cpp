@@ -46,10 +46,17 @@ void CAnimatedImage::replaceAllFrames(QDataStream &stream)
         return;
     const QString name = generatePortraitName(QFileInfo(path).baseName(), true);
 
-    Closure redo = [this](QDataStream &data) { setFrameList(readFrames(data)); };
-    Closure undo = [this](QDataStream &data) {
+    // The buffer holds the list to come and then the list before.
+    Closure redo = [self](QDataStream &data) {
+        const Frames frames = readFrames(data);
         readFrames(data);
-        setFrameList(readFrames(data));
+        if (self)
+            self->setFrameList(frames);
+    };
+    Closure undo = [self](QDataStream &data) {
+        readFrames(data);
+        if (self)
+            self->setFrameList(readFrames(data));
     };
     auto *command = new CAnimatedUndoRedoCommand(redo, undo);
     command->setText(GetFramework()->translated(QStringLiteral("IDS_KT_PORTRAIT_REPLACE"),
@@ -86,6 +93,7 @@ void CAnimatedImage::changeAnimatedType(QDataStream &stream)
     IGdPage *page = GetPage();
     if (!page)
         return;
+    GetGraphicsItemPtr(); // asked for and not used
 
     // A background lies on the page's background layer, and any other object above it.
     constexpr int normalType = 0;
@@ -118,11 +126,14 @@ void CAnimatedImage::pushAnimatedType(int oldType, int newType)
         data >> types.first >> types.second;
         return types;
     };
-    Closure redo = [this, readTypes](QDataStream &data) {
-        applyAnimatedType(readTypes(data).second);
+    const QPointer<CAnimatedImage> self(this);
+    Closure redo = [self, readTypes](QDataStream &data) {
+        if (self)
+            self->applyAnimatedType(readTypes(data).second);
     };
-    Closure undo = [this, readTypes](QDataStream &data) {
-        applyAnimatedType(readTypes(data).first);
+    Closure undo = [self, readTypes](QDataStream &data) {
+        if (self)
+            self->applyAnimatedType(readTypes(data).first);
     };
     auto *command = new CAnimatedUndoRedoCommand(redo, undo);
     QDataStream data(command->data_ptr(), QIODevice::WriteOnly);

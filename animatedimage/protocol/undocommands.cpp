@@ -1,5 +1,6 @@
 #include "animatedimage/protocol/undocommands.h"
 #include "animatedimage/object/animatedimage.h"
+#include "animatedimage/object/liveobjects.h"
 
 #include <QtCore/QDataStream>
 
@@ -17,13 +18,15 @@ CAnimatedUndoRedoCommand::~CAnimatedUndoRedoCommand() = default;
 void CAnimatedUndoRedoCommand::undo()
 {
     QDataStream stream(m_data);
-    m_undo(stream);
+    if (m_undo)
+        m_undo(stream);
 }
 
 void CAnimatedUndoRedoCommand::redo()
 {
     QDataStream stream(m_data);
-    m_redo(stream);
+    if (m_redo)
+        m_redo(stream);
 }
 
 QByteArray *CAnimatedUndoRedoCommand::data_ptr()
@@ -66,7 +69,7 @@ void CAnimatedImageChangeCommand::setIntValue(int oldValue, int newValue)
 
 void CAnimatedImageChangeCommand::apply(bool boolValue, int intValue)
 {
-    if (!m_object)
+    if (!LiveObjects::holds(m_object))
         return;
     switch (m_type) {
     case CHANGE_SHIFT_INTERVAL:

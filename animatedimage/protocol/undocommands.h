@@ -16,8 +16,8 @@ class QDataStream;
 class ANIMATEDIMAGE_EXPORT CAnimatedUndoRedoCommand : public CNmUndoCmd
 {
 public:
-    /// Copies both closures. Running an empty one throws std::bad_function_call. Closures that
-    /// hold an object must not outlive it: drop the command first. @p parent as CNmUndoCmd.
+    /// Copies both closures. An empty one does nothing. The host may run the command after the
+    /// end of an object, so closures hold objects weakly, by QPointer. @p parent as CNmUndoCmd.
     CAnimatedUndoRedoCommand(std::function<void(QDataStream &)> &redo,
                              std::function<void(QDataStream &)> &undo,
                              QUndoCommand *parent = nullptr);
@@ -47,8 +47,8 @@ enum ANIMATEDIMAGE_CHANGE_TYPE : int {
 class ANIMATEDIMAGE_EXPORT CAnimatedImageChangeCommand : public CNmUndoCmd
 {
 public:
-    /// @p object is not owned and must outlive the command. A @p type that is none of the
-    /// settings makes a command that does nothing. @p parent as CNmUndoCmd.
+    /// @p object is not owned; after its end the command does nothing, and so does one without an
+    /// object or with a @p type that is none of the settings. @p parent as CNmUndoCmd.
     CAnimatedImageChangeCommand(CAnimatedImage *object, ANIMATEDIMAGE_CHANGE_TYPE type,
                                 QUndoCommand *parent = nullptr);
     ~CAnimatedImageChangeCommand() override;

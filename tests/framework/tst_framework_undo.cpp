@@ -1,8 +1,11 @@
 #include "framework/framework.h"
 #include "framework/page.h"
 #include "host/undoredo.h"
+#include "tests/framework/paintedobject.h"
 
 #include <QtTest/QTest>
+
+#include <functional>
 
 namespace
 {
@@ -24,6 +27,58 @@ private:
     int m_step;
 };
 
+/// Does the same in both directions.
+class Doing final : public CNmUndoCmd
+{
+public:
+    explicit Doing(std::function<void()> work)
+        : m_work(std::move(work))
+    {
+        ++alive;
+    }
+    ~Doing() override { --alive; }
+
+    void redo() override { m_work(); }
+    void undo() override { m_work(); }
+
+    inline static int alive = 0;
+
+private:
+    std::function<void()> m_work;
+};
+
+/// The ways in which commands are run.
+enum class Way { Push, Undo, Redo, SetIndex };
+
+void addWays()
+{
+    QTest::addColumn<Way>("way");
+    QTest::newRow("push") << Way::Push;
+    QTest::newRow("undo") << Way::Undo;
+    QTest::newRow("redo") << Way::Redo;
+    QTest::newRow("set index") << Way::SetIndex;
+}
+
+/// Runs @p work as a command, in one way alone.
+void runAsCommand(Way way, const std::function<void()> &work)
+{
+    UndoStack &stack = *Framework::instance().undoStack();
+    bool isTried = way == Way::Push;
+    CUndoRedo::GetInstance()->push(new Doing([&isTried, &work] {
+        if (isTried)
+            work();
+    }));
+    if (way == Way::Redo)
+        stack.undo();
+    isTried = true;
+    if (way == Way::Undo)
+        stack.undo();
+    if (way == Way::Redo)
+        stack.redo();
+    if (way == Way::SetIndex)
+        stack.setIndex(0);
+}
+
 /// A localisation that knows one id.
 class OneText final : public ILocalize
 {
@@ -35,6 +90,8 @@ public:
 };
 
 } // namespace
+
+Q_DECLARE_METATYPE(Way)
 
 class TestFrameworkUndo : public QObject
 {
@@ -57,6 +114,11 @@ private Q_SLOTS:
     void clearingTheStackItselfClosesMacros();
     void commandsDroppedLaterAreGoneWithTheNextTurn();
     void aCommandMayDropCommandsWhenItDies();
+    void aRunningCommandMayDropCommands_data();
+    void aRunningCommandMayDropCommands();
+    void noOtherCommandRunsOnceCommandsAreDropped();
+    void aRunningCommandMayRemoveItsPage_data();
+    void aRunningCommandMayRemoveItsPage();
 };
 
 void TestFrameworkUndo::init()
@@ -204,6 +266,70 @@ void TestFrameworkUndo::aCommandMayDropCommandsWhenItDies()
     CUndoRedo::GetInstance()->push(new Dropping);
     CUndoRedo::GetInstance()->push(new Dropping);
     Framework::instance().dropUndoCommands();
+    QCOMPARE(Framework::instance().undoStack()->count(), 0);
+}
+
+void TestFrameworkUndo::aRunningCommandMayDropCommands_data()
+{
+    addWays();
+}
+
+void TestFrameworkUndo::aRunningCommandMayDropCommands()
+{
+    QFETCH(Way, way);
+    const UndoStack &stack = *Framework::instance().undoStack();
+    int value = 0;
+    CUndoRedo::GetInstance()->push(new CountingCommand(value, 1));
+    int aliveWhileRunning = 0;
+    runAsCommand(way, [&aliveWhileRunning] {
+        Framework::instance().dropUndoCommands();
+        Framework::instance().dropUndoCommandsLater();
+        QCoreApplication::processEvents();
+        aliveWhileRunning = Doing::alive;
+    });
+    QCOMPARE(aliveWhileRunning, 1);
+    QCOMPARE(Doing::alive, 0);
+    QCOMPARE(stack.count(), 0);
+    QVERIFY(!stack.canUndo() && !stack.canRedo());
+    QCOMPARE(value, 1);
+
+    CUndoRedo::GetInstance()->push(new CountingCommand(value, 1));
+    QCOMPARE(stack.count(), 1);
+}
+
+void TestFrameworkUndo::noOtherCommandRunsOnceCommandsAreDropped()
+{
+    int value = 0;
+    UndoStack &stack = *Framework::instance().undoStack();
+    CUndoRedo::GetInstance()->push(new CountingCommand(value, 1));
+    bool drops = false;
+    CUndoRedo::GetInstance()->push(new Doing([&drops] {
+        if (drops)
+            Framework::instance().dropUndoCommands();
+    }));
+    drops = true;
+    stack.setIndex(0);
+    QCOMPARE(value, 1);
+    QCOMPARE(stack.count(), 0);
+}
+
+void TestFrameworkUndo::aRunningCommandMayRemoveItsPage_data()
+{
+    addWays();
+}
+
+void TestFrameworkUndo::aRunningCommandMayRemoveItsPage()
+{
+    QFETCH(Way, way);
+    Document document;
+    Page *page = document.addPage(QRectF(0.0, 0.0, 100.0, 100.0));
+    auto *object = new PaintedObject;
+    page->addObject(object);
+    runAsCommand(way, [&document, page, object] {
+        page->destroyObject(object);
+        document.removePage(page);
+    });
+    QCOMPARE(document.pages().size(), 0);
     QCOMPARE(Framework::instance().undoStack()->count(), 0);
 }
 

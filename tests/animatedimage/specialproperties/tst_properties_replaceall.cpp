@@ -50,7 +50,7 @@ const QString replaced = QStringLiteral("notified 309 0 0 -1");
 const QString stopped =
     QStringLiteral("posted 100 0 {\"settings\":[{\"id\":\"idImagePlay\",\"value\":\"false\"}]} -1");
 
-QUndoStack &stack()
+UndoStack &stack()
 {
     return *Framework::instance().undoStack();
 }

@@ -46,7 +46,7 @@ QByteArray input(int type, bool undoable)
     return Request::packed(qint32(type), undoable);
 }
 
-QUndoStack &stack()
+UndoStack &stack()
 {
     return *Framework::instance().undoStack();
 }

@@ -9,7 +9,7 @@
 namespace
 {
 
-QUndoStack &stack()
+UndoStack &stack()
 {
     return *Framework::instance().undoStack();
 }

@@ -23,7 +23,7 @@ QString postedType(int type)
         .arg(type);
 }
 
-QUndoStack &stack()
+UndoStack &stack()
 {
     return *Framework::instance().undoStack();
 }

@@ -2,8 +2,8 @@
 #include "framework/framework.h"
 #include "framework/page.h"
 #include "tests/support/pictures.h"
-#include "tests/support/probe.h"
 #include "tests/support/request.h"
+#include "tests/support/stage.h"
 
 #include <QtCore/QPointer>
 #include <QtCore/QTemporaryDir>
@@ -16,7 +16,7 @@ namespace
 
 using Closure = std::function<void(QDataStream &)>;
 
-QUndoStack &stack()
+UndoStack &stack()
 {
     return *Framework::instance().undoStack();
 }
@@ -64,7 +64,7 @@ struct Scene {
 
 } // namespace
 
-/// Commands hold plain pointers to objects, so they must go first.
+/// Commands go before the objects that they know, where they can.
 class TestUndoLifetimes : public QObject
 {
     Q_OBJECT
@@ -80,6 +80,9 @@ private Q_SLOTS:
     void anObjectThatEndsByItselfTakesTheCommandsAlong();
     void theRealCommandsGoWithTheirDocument();
     void commandsForNoObjectMayStay();
+    void afterTheEndOfItsObjectACommandDoesNothing();
+    void anObjectMayEndWhileItsCommandRuns_data();
+    void anObjectMayEndWhileItsCommandRuns();
 };
 
 void TestUndoLifetimes::init()
@@ -182,6 +185,83 @@ void TestUndoLifetimes::commandsForNoObjectMayStay()
     std::make_unique<Document>().reset();
     QCOMPARE(stack().count(), 1);
     QCOMPARE(scene.ended, QStringList());
+}
+
+void TestUndoLifetimes::afterTheEndOfItsObjectACommandDoesNothing()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("walk.png"));
+    QVERIFY(Pictures::solid(4, 2, Qt::cyan).save(path));
+    Scene scene;
+    Request replaceAll(Request::packed(path));
+    QVERIFY(replaceAll.get(scene.image, 5020));
+    Request setType(Request::packed(qint32(5), true));
+    QVERIFY(setType.set(scene.image, 5008));
+    auto *change = new CAnimatedImageChangeCommand(scene.image, CHANGE_SHIFT_INTERVAL);
+    change->setIntValue(200, 300);
+    CUndoRedo::GetInstance()->push(change);
+
+    // An object on no page ends without a word to the stack.
+    scene.page->takeObject(scene.image)->Release();
+    QCOMPARE(scene.ended, QStringList({scene.objectEnds}));
+    QCOMPARE(stack().count(), 3);
+    const NotificationLog log;
+    for (int round = 0; round < 2; ++round) {
+        stack().setIndex(0);
+        stack().setIndex(3);
+    }
+    QCOMPARE(log.entries(), QStringList());
+}
+
+void TestUndoLifetimes::anObjectMayEndWhileItsCommandRuns_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<QString>("direction");
+    for (const int id : {5008, 5020}) {
+        for (const char *direction : {"push", "undo", "redo"})
+            QTest::addRow("%d, %s", id, direction) << id << QString::fromLatin1(direction);
+    }
+}
+
+void TestUndoLifetimes::anObjectMayEndWhileItsCommandRuns()
+{
+    QFETCH(int, id);
+    QFETCH(QString, direction);
+    Stage stage(solidFrames({{4, 3}, {5, 6}}));
+    const auto push = [&stage, id] {
+        Request request(id == 5008 ? Request::packed(qint32(5), true)
+                                   : Request::packed(QStringLiteral("missing.png")));
+        QVERIFY(id == 5008 ? request.set(stage.image, id) : request.get(stage.image, id));
+    };
+    // A listener that releases the object and lets the event loop turn.
+    bool releases = false;
+    const auto release = [&stage, &releases] {
+        if (!releases)
+            return;
+        releases = false;
+        stage.release();
+        QCoreApplication::processEvents();
+    };
+    QObject listener;
+    const Notifier *notifier = Framework::instance().notifier();
+    QObject::connect(notifier, &Notifier::propertyChanged, &listener, release);
+    QObject::connect(notifier, &Notifier::posted, &listener, release);
+
+    releases = direction == QLatin1String("push");
+    push();
+    if (direction == QLatin1String("redo"))
+        stack().undo();
+    releases = direction != QLatin1String("push");
+    if (direction == QLatin1String("undo"))
+        stack().undo();
+    if (direction == QLatin1String("redo"))
+        stack().redo();
+
+    QVERIFY(stage.isReleased());
+    QCOMPARE(stack().count(), 0);
+    QVERIFY(!GetFramework()->isUndoMacroOpen());
+    stack().undo();
+    stack().redo();
 }
 
 QTEST_MAIN(TestUndoLifetimes)

@@ -16,7 +16,7 @@ namespace
 
 constexpr int stepsOfAWalk = 500;
 
-QUndoStack &stack()
+UndoStack &stack()
 {
     return *Framework::instance().undoStack();
 }
