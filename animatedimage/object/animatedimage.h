@@ -2,6 +2,7 @@
 
 #include "animatedimage/animatedimageglobal.h"
 #include "animatedimage/core/animatedportrait.h"
+#include "animatedimage/core/frameregions.h"
 #include "host/baseobject.h"
 
 #include <QtCore/QJsonArray>
@@ -146,7 +147,7 @@ public:
 
     /// Rebuilds the hit shape of a frame at the object's present size; @p recompute measures the
     /// pixels again first. A frame that was never measured is measured in any case. An index
-    /// outside the list is ignored.
+    /// outside the list is ignored. The work itself is done when shape() asks for it.
     void updateRegion(int index, bool recompute);
     /// The same for every frame.
     void updateRegion(bool recompute);
@@ -197,8 +198,8 @@ private:
     QRectF visibleRect();
 
     // shape.cpp
+    FrameRegions::View view() const;
     void measureOnce(int index);
-    void measure(CAnimatedPortrait &frame) const;
     void addHandles(QPainterPath &path) const;
 
     // geometry.cpp
@@ -287,4 +288,5 @@ private:
     int m_savedIndex;
     double m_handleSize;
     QList<QSizeF> m_savedFrameSizes;
+    mutable FrameRegions m_regions; ///< shape() works out what it is asked for
 };

@@ -64,6 +64,7 @@ bool CAnimatedImage::loadFromImage(const QImage *image)
     m_portraits.clear();
     m_runningIndex = 0;
     m_portraits.append({generatePortraitName(objectName(), true), image->copy()});
+    m_regions.noteNewFrames();
     const QPointer<CAnimatedImage> self(this);
     sizeToFirstFrame(true);
     if (self)
@@ -97,6 +98,7 @@ void CAnimatedImage::readFrameFolder(const QString &path)
         const QImage image(path + QLatin1Char('/') + element.value(fileKey).toString());
         m_portraits.append({FrameNames::numbered(folderName, number), image});
     }
+    m_regions.noteNewFrames();
     readFolderSettings(config);
     sizeToFirstFrame(false);
 }

@@ -39,6 +39,7 @@ void CAnimatedImage::importGif(const QString &fileName, QImageReader &probe)
         movie.jumpToFrame(i);
         m_portraits.append({FrameNames::numbered(stem, i + 1), movie.currentImage()});
     }
+    m_regions.noteNewFrames();
 
     if (!isProbeReadable)
         m_shiftInterval = movie.nextFrameDelay();

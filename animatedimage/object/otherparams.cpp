@@ -65,6 +65,7 @@ void CAnimatedImage::rebuildFrames(const SavedFrames &saved)
             frame.size = size;
         m_portraits.append(frame);
     }
+    m_regions.noteNewFrames();
 }
 
 /// What follows the reading of either form: everything that is derived is worked out again.

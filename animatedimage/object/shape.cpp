@@ -1,27 +1,8 @@
+#include "animatedimage/core/hitpath.h"
 #include "animatedimage/core/region.h"
 #include "animatedimage/object/animatedimage.h"
 
-namespace
-{
-
-/// The nearest number of single precision. It is a call of its own because GCC 12 drops the
-/// rounding where it works on the two coordinates of a point at once.
-[[gnu::noinline]] float nearestFloat(double value)
-{
-    return static_cast<float>(value);
-}
-
-/// Whether @p frame gets the region that the frame @p before it has just got: frames in a row often
-/// share one picture, so that it is shown longer.
-bool hasRegionOf(const CAnimatedPortrait &before, const CAnimatedPortrait &frame, bool recompute)
-{
-    if (recompute)
-        return frame.image.cacheKey() == before.image.cacheKey();
-    return frame.regionSize.isValid() && frame.regionSize == before.regionSize &&
-           frame.rects.isSharedWith(before.rects);
-}
-
-} // namespace
+#include <new>
 
 QList<QRect> CAnimatedImage::rectsFromImage(const QImage &image, int threshold)
 {
@@ -39,74 +20,44 @@ bool CAnimatedImage::getImageForPath(QImage &source, QImage &out, int maxSide)
     return true;
 }
 
+FrameRegions::View CAnimatedImage::view() const
+{
+    return {m_rect.size(), m_mirrored, m_flipped};
+}
+
 void CAnimatedImage::updateRegion(bool recompute)
 {
-    for (int i = 0; i < m_portraits.size(); ++i) {
-        if (i == 0 || !hasRegionOf(m_portraits.at(i - 1), m_portraits.at(i), recompute)) {
-            updateRegion(i, recompute);
-            continue;
-        }
-        const CAnimatedPortrait &before = m_portraits.at(i - 1);
-        m_portraits[i].rects = before.rects;
-        m_portraits[i].regionSize = before.regionSize;
-        m_portraits[i].path = before.path;
-    }
+    m_regions.updateAll(m_portraits, view(), recompute);
 }
 
 void CAnimatedImage::updateRegion(int index, bool recompute)
 {
-    if (!isFrame(index))
-        return;
-    CAnimatedPortrait &frame = m_portraits[index];
-    // A frame that came back through undo has no region yet, and could never be hit without one.
-    if (recompute || !frame.regionSize.isValid())
-        measure(frame);
-
-    QPainterPath path;
-    path.setFillRule(Qt::WindingFill);
-    if (!frame.rects.isEmpty()) {
-        const float sx = nearestFloat(m_rect.width() / frame.regionSize.width());
-        const float sy = nearestFloat(m_rect.height() / frame.regionSize.height());
-        for (const QRect &rect : qAsConst(frame.rects)) {
-            path.addRect(double(float(rect.left()) * sx), double(float(rect.top()) * sy),
-                         double(float(rect.width()) * sx), double(float(rect.height()) * sy));
-        }
-    }
-    frame.path = path;
+    if (isFrame(index))
+        m_regions.updateOne(m_portraits[index], view(), recompute);
 }
 
 /// Gives a frame that came back through undo its hit path, where it is shown without the object
 /// being resized to it.
 void CAnimatedImage::measureOnce(int index)
 {
-    if (isFrame(index) && !m_portraits.at(index).regionSize.isValid())
+    if (isFrame(index) && !FrameRegions::isUpdated(m_portraits.at(index)))
         updateRegion(index, true);
-}
-
-/// Measures the opaque rectangles of @p frame as it is painted, mirrored and flipped.
-void CAnimatedImage::measure(CAnimatedPortrait &frame) const
-{
-    const OpaqueRegion::Measured measured =
-        OpaqueRegion::measured(frame.image, OpaqueRegion::MeasuredSide);
-    frame.rects = OpaqueRegion::toList(measured.rects);
-    frame.regionSize = measured.size;
-    for (QRect &rect : frame.rects) {
-        if (m_mirrored)
-            rect = OpaqueRegion::mirrored(rect, frame.regionSize.width());
-        if (m_flipped)
-            rect = OpaqueRegion::flipped(rect, frame.regionSize.height());
-    }
 }
 
 QPainterPath CAnimatedImage::shape() const
 {
     if (!m_hasShape)
         return {};
-    QPainterPath path =
-        isFrame(m_runningIndex) ? m_portraits.at(m_runningIndex).path : QPainterPath();
-    if (!isAlternateMode())
-        addHandles(path);
-    return path;
+    try {
+        QPainterPath path;
+        if (isFrame(m_runningIndex))
+            path = m_regions.pathOf(m_portraits.at(m_runningIndex));
+        if (!isAlternateMode())
+            addHandles(path);
+        return path;
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
 }
 
 /// Adds the grab areas of the eight resize handles and of the rotation handle above the object.
@@ -124,6 +75,6 @@ void CAnimatedImage::addHandles(QPainterPath &path) const
             addHandle(size.width() * column * 0.5, size.height() * row * 0.5);
         }
     }
-    addHandle(double(nearestFloat(0.5 * size.width() + m_rect.left())),
-              double(nearestFloat(m_rect.top() - 2.0 * m_handleSize)));
+    addHandle(double(HitPath::nearestFloat(0.5 * size.width() + m_rect.left())),
+              double(HitPath::nearestFloat(m_rect.top() - 2.0 * m_handleSize)));
 }

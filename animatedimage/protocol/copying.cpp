@@ -15,6 +15,7 @@ void CAnimatedImage::copyFrom(QDataStream &stream)
 /// be this object: its frames are then appended once.
 void CAnimatedImage::takeOver(CAnimatedImage &other)
 {
+    m_regions.merge(m_portraits, other.m_regions);
     QByteArray state;
     QDataStream out(&state, QIODevice::WriteOnly);
     other.CBaseObject::save(out);

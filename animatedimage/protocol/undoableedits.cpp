@@ -71,6 +71,7 @@ void CAnimatedImage::replaceAllFrames(QDataStream &stream)
 void CAnimatedImage::setFrameList(const Frames &frames)
 {
     m_portraits = frames;
+    m_regions.noteNewFrames();
     m_runningIndex = 0;
     updateRegion(0, true);
     if (isBackgroundType())

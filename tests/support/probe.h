@@ -15,8 +15,15 @@ public:
 
     IGdDocument *&belongDoc() { return m_image.m_belongDoc; }
     QTimer *timer() { return m_image.m_shiftTimer; }
-    QList<CAnimatedPortrait> &frames() { return m_image.m_portraits; }
-    CAnimatedPortrait &frame(int index) { return m_image.m_portraits[index]; }
+    /// The frames with their regions and hit paths, which are worked out for this.
+    QList<CAnimatedPortrait> &frames()
+    {
+        m_image.m_regions.workOut(m_image.m_portraits);
+        return m_image.m_portraits;
+    }
+    CAnimatedPortrait &frame(int index) { return frames()[index]; }
+    /// The frames as they are: without regions and hit paths that nobody has asked for.
+    const QList<CAnimatedPortrait> &storedFrames() { return m_image.m_portraits; }
     bool &isRunning() { return m_image.m_isRunning; }
     int &runningIndex() { return m_image.m_runningIndex; }
     int &loopsDone() { return m_image.m_loopsDone; }

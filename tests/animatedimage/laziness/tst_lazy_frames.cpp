@@ -1,0 +1,157 @@
+#include "host/specialpropertyids.h"
+#include "tests/support/gifbuilder.h"
+#include "tests/support/pictures.h"
+#include "tests/support/request.h"
+#include "tests/support/stage.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QTest>
+
+#include <cstdlib>
+#include <new>
+
+namespace
+{
+
+/// While set, requests for more than this many bytes find no memory.
+size_t mostBytes = 0;
+
+} // namespace
+
+// What the plug-in allocates goes through this as well.
+void *operator new(size_t size)
+{
+    void *memory = mostBytes != 0 && size > mostBytes ? nullptr : std::malloc(size);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete(void *memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void *memory, size_t) noexcept
+{
+    std::free(memory);
+}
+
+/// Regions and hit paths are worked out when they are asked for, and not before.
+class TestLazyFrames : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingIsWorkedOutByImportAndPlayback();
+    void theShapeIsWorkedOutForTheFrameShown();
+    void resizingLeavesFramesAlone();
+    void withoutMemoryTheShapeIsEmptyAndComesBack();
+    void withoutMemoryACopiedFrameHasNoRegion();
+};
+
+namespace
+{
+
+bool hasNothing(const CAnimatedPortrait &frame)
+{
+    return frame.rects.isEmpty() && !frame.regionSize.isValid() && frame.path.isEmpty();
+}
+
+bool haveNothing(Stage &stage)
+{
+    const QList<CAnimatedPortrait> &frames = stage.probe.storedFrames();
+    return std::all_of(frames.begin(), frames.end(), hasNothing);
+}
+
+/// Every second pixel is opaque: 32 rectangles in each of 128 rows.
+QImage checkered()
+{
+    QImage picture = Pictures::transparent(64, 128);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = y % 2; x < picture.width(); x += 2)
+            picture.setPixelColor(x, y, Qt::black);
+    }
+    return picture;
+}
+
+} // namespace
+
+void TestLazyFrames::nothingIsWorkedOutByImportAndPlayback()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("film.gif"));
+    GifBuilder(8, 6).add(0, 10).add(1, 10).add(2, 10).write(path);
+    Stage stage;
+    stage->loadFromFile(path);
+    QCOMPARE(stage.probe.storedFrames().size(), 3);
+    QVERIFY(haveNothing(stage));
+    stage->playImage(true);
+    stage.probe.tick();
+    stage.probe.tick();
+    QVERIFY(haveNothing(stage));
+    QCOMPARE(stage.probe.runningIndex(), 2);
+}
+
+void TestLazyFrames::theShapeIsWorkedOutForTheFrameShown()
+{
+    Stage stage;
+    const QImage picture = Pictures::fromText({"##.", "..."});
+    stage->loadFromImage(&picture);
+    stage.document.setAlternateMode(1);
+    QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 2, 1));
+    QVERIFY(haveNothing(stage));
+    // Asked for by a test, the frame holds it.
+    QCOMPARE(stage.probe.frame(0).rects, QList<QRect>{QRect(0, 0, 2, 1)});
+    QCOMPARE(stage.probe.frame(0).regionSize, QSize(3, 2));
+    QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 2, 1));
+}
+
+void TestLazyFrames::resizingLeavesFramesAlone()
+{
+    Stage stage;
+    const QImage picture = Pictures::fromText({"##.", "..."});
+    stage->loadFromImage(&picture);
+    stage.document.setAlternateMode(1);
+    stage->setSize(QSizeF(30, 20), false, true);
+    stage->setMirror(true, true);
+    QVERIFY(haveNothing(stage));
+    QCOMPARE(stage->shape().boundingRect(), QRectF(10, 0, 20, 10));
+}
+
+void TestLazyFrames::withoutMemoryTheShapeIsEmptyAndComesBack()
+{
+    Stage stage;
+    const QImage picture = checkered();
+    stage->loadFromImage(&picture);
+    stage.document.setAlternateMode(1);
+    mostBytes = 20000; // 4096 rectangles take 65536
+    const QPainterPath without = stage->shape();
+    mostBytes = 0;
+    QVERIFY(without.isEmpty());
+    // Five points a rectangle; that of the last column has no width, but points it has.
+    QCOMPARE(stage->shape().elementCount(), 5 * 32 * 128);
+}
+
+void TestLazyFrames::withoutMemoryACopiedFrameHasNoRegion()
+{
+    Stage stage;
+    Stage other;
+    const QImage picture = checkered();
+    stage->loadFromImage(&picture);
+    other->loadFromImage(&picture);
+    other->setMirror(true, true);
+    // The object becomes mirrored as the other one is; its own frame stays as it was measured,
+    // which must happen now.
+    auto *source = static_cast<CGDRootObject *>(other.image);
+    mostBytes = 20000;
+    Request(Request::packed(reinterpret_cast<qint64>(source)))
+        .set(stage.image, SpecialPropertyId::CopyFromObject);
+    mostBytes = 0;
+    QCOMPARE(stage.probe.frames().size(), 2);
+    QCOMPARE(stage.probe.frame(0).rects.size(), 0);
+    QCOMPARE(stage.probe.frame(1).rects.size(), 32 * 128);
+}
+
+QTEST_MAIN(TestLazyFrames)
+#include "tst_lazy_frames.moc"
