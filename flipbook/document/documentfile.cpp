@@ -5,11 +5,13 @@
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentjson.h"
 #include "flipbook/document/documentpictures.h"
+#include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/reading.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QHash>
 
 #include <optional>
 
@@ -37,6 +39,7 @@ private:
     const QString m_path;
     Reading &m_reading;
     std::optional<PrivateFolder> m_private; ///< for copies of files that the document refers to
+    QHash<QString, GifDescriptors> m_gifs;  ///< what copies say about themselves, by their path
     LoadedDocument m_loaded;
 };
 
@@ -103,6 +106,7 @@ QString DocumentLoader::copyOf(const QString &reference)
     const GifSource source = copyGif(*file, reference, m_reading.memory(), *m_private);
     for (const QString &warning : source.warnings)
         m_loaded.warnings << QStringLiteral("%1: %2").arg(reference, warning);
+    m_gifs.insert(source.copy, source.descriptors);
     return source.copy;
 }
 
@@ -131,6 +135,9 @@ void DocumentLoader::addObject(Page &page, const ObjectForm &form)
     page.addObject(object, form.isBackground ? Page::Layer::Background : Page::Layer::Normal);
     QJsonObject state = form.state;
     object->loadJson(state);
+    const QString copy = form.state.value(GifFileName).toString();
+    if (m_gifs.contains(copy))
+        GifScreen::clear(AnimatedObject(*object), copy, m_gifs.value(copy));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
 #include "flipbook/import/picturefile.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
 
@@ -94,7 +95,12 @@ Apply insertFile(const QString &value)
     const auto [place, path] = numberAndFile(value);
     return [place = place, path = path](EditTarget &target) {
         PrivateFolder folder;
-        FrameEditor(*target.object).insertFile(place, copyPicture(path, target.reading, folder));
+        const QString copy = copyPicture(path, target.reading, folder);
+        if (FrameEditor(*target.object).insertFile(place, copy))
+            return;
+        // Only to say why.
+        readCopy(copy, path, target.reading.memory());
+        throw Failure{path, QStringLiteral("the picture cannot be read")};
     };
 }
 
@@ -110,7 +116,10 @@ Apply replaceAll(const QString &value)
 {
     return [path = fileName(value)](EditTarget &target) {
         PrivateFolder folder;
-        FrameEditor(*target.object).replaceAll(copyPicture(path, target.reading, folder));
+        const QString copy = copyPicture(path, target.reading, folder);
+        // The object would take anything for an empty picture.
+        readCopy(copy, path, target.reading.memory());
+        FrameEditor(*target.object).replaceAll(copy);
     };
 }
 
@@ -120,12 +129,12 @@ Apply setInterval(const QString &value)
     return [ms](EditTarget &target) { FrameEditor(*target.object).setInterval(ms); };
 }
 
-/// A count of repetitions after the first pass.
+/// The object's count for a number of times that a film is played: repetitions after the first.
 int loopCount(const QString &value)
 {
     if (value == QLatin1String("forever"))
         return -1;
-    return value == QLatin1String("once") ? 0 : number(value);
+    return value == QLatin1String("once") ? 0 : number(value, 1) - 1;
 }
 
 Apply setLoops(const QString &value)
@@ -179,8 +188,7 @@ constexpr Entry entries[] = {
     {"replace", "AT=FILE", "Give frame AT the picture in FILE.", replacePicture},
     {"replace-all", "FILE", "Replace all frames by the picture in FILE.", replaceAll},
     {"interval", "MS", "Show each frame for MS milliseconds.", setInterval},
-    {"loops", "N|forever|once", "Repeat the film N times after the first, for ever, or not at all.",
-     setLoops},
+    {"loops", "N|forever|once", "Play the film N times, for ever, or once.", setLoops},
     {"type", "normal|background", "Make the object an ordinary one or a tiled background.",
      setType},
     {"mirror", "", "Mirror the object left to right.", mirror},

@@ -96,7 +96,7 @@ void FrameEditor::duplicate(int from, int place)
     });
 }
 
-void FrameEditor::insertFile(int place, const QString &path)
+bool FrameEditor::insertFile(int place, const QString &path)
 {
     checkPlace(place);
     keepScale([this, place, &path] {
@@ -104,6 +104,13 @@ void FrameEditor::insertFile(int place, const QString &path)
         request(m_object.base(), Id::InsertImageFile, indexBefore(place), path);
         settle(place, count);
     });
+    // The object inserts an empty frame for what it cannot decode.
+    if (!m_object.frameImage(place - 1).isNull())
+        return true;
+    const int shown = m_object.shownIndex();
+    remove(place);
+    m_object.showFrame(shown);
+    return false;
 }
 
 void FrameEditor::rename(int number, const QString &name)
@@ -130,8 +137,7 @@ void FrameEditor::move(int from, int to)
 
 void FrameEditor::replacePicture(int number, const QImage &picture)
 {
-    const bool unused = false;
-    ObjectProtocol::tell(m_object.base(), Id::FrameImage, unused, existing(number), picture);
+    m_object.setFrameImage(existing(number), picture);
 }
 
 void FrameEditor::replaceAll(const QString &path)

@@ -20,8 +20,9 @@ public:
     void insertBlank(int place);
     /// Inserts a copy of the frame @p from that becomes number @p place.
     void duplicate(int from, int place);
-    /// Inserts the picture in the file at @p path, which the caller has made sure can be read.
-    void insertFile(int place, const QString &path);
+    /// Inserts the picture in the file at @p path, which must be an ordinary file. False,
+    /// with the frames as they were, when it cannot be decoded.
+    [[nodiscard]] bool insertFile(int place, const QString &path);
     void rename(int number, const QString &name);
     /// The last frame left cannot be deleted.
     void remove(int number);

@@ -60,6 +60,7 @@ private:
     QString copiedPicture(int number, const QString &name);
     Picture pictureNamed(const QString &name);
     Picture copied(QFile &file);
+    void settle(const QString &copy) const;
     void count(int number, qint64 memory);
     void writeConfig(const QJsonObject &config) const;
     void warn(const QString &what);
@@ -198,7 +199,20 @@ FolderCopier::Picture FolderCopier::copied(QFile &file)
     QFile copy(path);
     if (!copy.open(QIODevice::ReadOnly))
         throw Failure{path, copy.errorString()};
-    return {name, examinePicture(copy).memory};
+    const qint64 memory = examinePicture(copy).memory;
+    if (m_reading.memory().hasRoomFor(m_needed + memory))
+        settle(path);
+    return {name, memory};
+}
+
+/// A picture that cannot be decoded is an empty frame, here as in the object.
+void FolderCopier::settle(const QString &copy) const
+{
+    try {
+        settleCopy(copy, m_path, m_reading.memory());
+    } catch (const Failure &) {
+        return;
+    }
 }
 
 void FolderCopier::count(int number, qint64 memory)

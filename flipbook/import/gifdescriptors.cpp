@@ -31,7 +31,8 @@ public:
 private:
     using SubBlock = std::array<uchar, 255>;
 
-    bool take(uchar *bytes, qint64 count);
+    int takeUpTo(uchar *bytes, int count);
+    bool take(uchar *bytes, int count);
     int takeByte();
     int takeSubBlock(SubBlock &block);
     bool skipSubBlocks();
@@ -41,13 +42,17 @@ private:
     bool readApplication();
     bool readFrame();
     bool readPicture(qint64 pixels);
-    void takeScreenFromFrame(int right, int bottom);
+    bool walkThrough(LzwWalk &walk);
+    void takeFirstFrame(const QRect &frame, bool hasOwnPalette);
     void countDelay();
+    void noteCodeSize(int codeSize);
     void noteDamage(const QString &what);
 
     QIODevice &m_device;
     GifDescriptors m_gif;
     int m_delay = DefaultDelay;
+    bool m_hasPalette = false;
+    bool m_isTransparent = false; ///< the frame that follows
 };
 
 int littleEndian16(const uchar *bytes)
@@ -60,11 +65,16 @@ int colourTableBytes(uchar flags)
     return (flags & 0x80) ? 3 * (2 << (flags & 0x07)) : 0;
 }
 
-bool GifReader::take(uchar *bytes, qint64 count)
+int GifReader::takeUpTo(uchar *bytes, int count)
 {
-    const qint64 got = m_device.read(reinterpret_cast<char *>(bytes), count);
-    m_gif.endOffset += std::max<qint64>(got, 0);
-    return got == count;
+    const qint64 got = std::max<qint64>(m_device.read(reinterpret_cast<char *>(bytes), count), 0);
+    m_gif.endOffset += got;
+    return int(got);
+}
+
+bool GifReader::take(uchar *bytes, int count)
+{
+    return takeUpTo(bytes, count) == count;
 }
 
 int GifReader::takeByte()
@@ -110,7 +120,11 @@ bool GifReader::readHeader()
     m_gif.hasScreen = true;
     m_gif.screen = QSize(littleEndian16(&screen[0]), littleEndian16(&screen[2]));
     std::array<uchar, 768> colours = {};
-    return take(colours.data(), colourTableBytes(screen[4]));
+    const int paletteBytes = colourTableBytes(screen[4]);
+    m_hasPalette = paletteBytes > 0;
+    const bool isWhole = take(colours.data(), paletteBytes);
+    m_gif.blocksOffset = m_gif.endOffset;
+    return isWhole;
 }
 
 GifDescriptors GifReader::read()
@@ -149,13 +163,14 @@ bool GifReader::readGraphicControl()
 {
     SubBlock block;
     const int length = takeSubBlock(block);
-    if (length <= 0)
-        return length == 0;
+    if (length < 0)
+        return false;
     if (length >= 4) {
+        m_isTransparent = (block[0] & 0x01) != 0;
         const int disposal = (block[0] >> 2) & 0x07;
         const int delay = littleEndian16(&block[1]) * MillisecondsPerTick;
         m_delay = delay < ShortestHonouredDelay ? DefaultDelay : delay;
-        m_gif.hasTransparency |= (block[0] & 0x01) != 0 || disposal == DisposalClear;
+        m_gif.hasTransparency |= m_isTransparent || disposal == DisposalClear;
         m_gif.restoresPrevious |= disposal == DisposalPrevious;
     }
     return skipSubBlocks();
@@ -165,8 +180,8 @@ bool GifReader::readApplication()
 {
     SubBlock block;
     int length = takeSubBlock(block);
-    if (length <= 0)
-        return length == 0;
+    if (length < 0)
+        return false;
     const QByteArray name(reinterpret_cast<const char *>(block.data()), length);
     if (name != "NETSCAPE2.0" && name != "ANIMEXTS1.0")
         return skipSubBlocks();
@@ -177,12 +192,16 @@ bool GifReader::readApplication()
     return length == 0;
 }
 
-void GifReader::takeScreenFromFrame(int right, int bottom)
+void GifReader::takeFirstFrame(const QRect &frame, bool hasOwnPalette)
 {
-    if (m_gif.screen.width() == 0)
-        m_gif.screen.setWidth(right);
-    if (m_gif.screen.height() == 0)
-        m_gif.screen.setHeight(bottom);
+    QSize &screen = m_gif.screen;
+    if (screen.width() == 0)
+        screen.setWidth(frame.x() + frame.width());
+    if (screen.height() == 0)
+        screen.setHeight(frame.y() + frame.height());
+    m_gif.firstFrame = frame;
+    const bool covers = frame.contains(QRect(QPoint(0, 0), screen));
+    m_gif.leavesScreenUnset = !covers && m_hasPalette && hasOwnPalette && !m_isTransparent;
 }
 
 void GifReader::countDelay()
@@ -207,13 +226,38 @@ bool GifReader::readFrame()
     std::array<uchar, 9> frame = {};
     if (!take(frame.data(), 9))
         return false;
-    const int width = littleEndian16(&frame[4]);
-    const int height = littleEndian16(&frame[6]);
-    takeScreenFromFrame(littleEndian16(&frame[0]) + width, littleEndian16(&frame[2]) + height);
+    const QRect place(littleEndian16(&frame[0]), littleEndian16(&frame[2]),
+                      littleEndian16(&frame[4]), littleEndian16(&frame[6]));
+    const int paletteBytes = colourTableBytes(frame[8]);
+    if (m_gif.frames == 1)
+        takeFirstFrame(place, paletteBytes > 0);
     std::array<uchar, 768> colours = {};
-    if (!take(colours.data(), colourTableBytes(frame[8])))
+    if (!take(colours.data(), paletteBytes))
         return false;
-    return readPicture(qint64(width) * height);
+    return readPicture(qint64(place.width()) * place.height());
+}
+
+void GifReader::noteCodeSize(int codeSize)
+{
+    if (!LzwWalk::isUsual(codeSize) && !m_gif.unusual)
+        m_gif.unusual = {m_gif.frames,
+                         QStringLiteral("its code size %1 is out of range").arg(codeSize)};
+}
+
+/// Feeds the picture data up to their end, or as far as they go. False when the file ends in them.
+bool GifReader::walkThrough(LzwWalk &walk)
+{
+    SubBlock block;
+    while (true) {
+        const int length = takeByte();
+        if (length <= 0)
+            return length == 0;
+        // Of data that are cut, decoders draw what there is.
+        const int got = takeUpTo(block.data(), length);
+        walk.feed(block.data(), got);
+        if (got < length)
+            return false;
+    }
 }
 
 bool GifReader::readPicture(qint64 pixels)
@@ -225,13 +269,12 @@ bool GifReader::readPicture(qint64 pixels)
         noteDamage(QStringLiteral("its code size %1 is out of range").arg(codeSize));
         return skipSubBlocks();
     }
-    LzwWalk walk(codeSize, pixels);
-    SubBlock block;
-    int length = 0;
-    while ((length = takeSubBlock(block)) > 0)
-        walk.feed(block.data(), length);
-    m_gif.pixelsFound |= walk.pixels() > 0;
-    if (length < 0)
+    noteCodeSize(codeSize);
+    // Decoders draw the first pixels of a picture even where it has no size.
+    LzwWalk walk(codeSize, std::max<qint64>(pixels, 1));
+    const bool isWhole = walkThrough(walk);
+    m_gif.pixelsFound |= walk.hasPixelCode();
+    if (!isWhole)
         return false;
     if (pixels == 0)
         noteDamage(QStringLiteral("it has no size"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QRect>
 #include <QtCore/QSize>
 #include <QtCore/QString>
 #include <QtCore/QVector>
@@ -28,9 +29,15 @@ struct GifDescriptors {
     /// The canvas that every frame is drawn on, in pixels. A side given as 0 is taken from the
     /// first frame, as decoders do.
     QSize screen = QSize(0, 0);
-    qint64 frames = 0;        ///< frames that begin in the file
-    qint64 wholeFrames = 0;   ///< frames whose picture data are there to the end, and sound
-    bool pixelsFound = false; ///< the data of at least one frame begin with a sound pixel
+    qint64 blocksOffset = 0; ///< where the blocks begin, after the screen and its palette
+    qint64 frames = 0;       ///< frames that begin in the file
+    qint64 wholeFrames = 0;  ///< frames whose picture data are there to the end, and sound
+    /// The data of at least one frame hold a code for pixels, though it may be an invalid one.
+    bool pixelsFound = false;
+    QRect firstFrame; ///< where the first frame lies on the screen
+    /// The first frame does not cover the screen, and decoders fill the rest with a colour of the
+    /// frame's own palette, which they have not read yet: with whatever is in their memory.
+    bool leavesScreenUnset = false;
     /// The number of repetitions in the loop extension, 0 for forever; none without one.
     std::optional<int> repetitions;
     /// The shortest and longest time that a frame is shown, in milliseconds; 0 without frames.
@@ -43,6 +50,8 @@ struct GifDescriptors {
     qint64 endOffset = 0;       ///< the number of bytes that stand before that end
     qint64 damagedFrames = 0;   ///< how many frames are damaged; cut ones are not counted
     QVector<GifDamage> damages; ///< the first few of them
+    /// The first frame whose code size the format does not allow, though decoders read it.
+    std::optional<GifDamage> unusual;
 };
 
 /// Reads the blocks of the GIF on @p device, from its current position on. Any bytes will do: the

@@ -18,24 +18,13 @@ QString frameCountText(qint64 frames)
     return frames == 1 ? QStringLiteral("1 frame") : QStringLiteral("%1 frames").arg(frames);
 }
 
-void refuseUnreadable(const QString &path, const GifDescriptors &gif)
+/// Only where a decoder would find nothing at all: it may find its way where the blocks stop making
+/// sense, and shows what it can of damaged frames.
+void refuseEmpty(const QString &path, const GifDescriptors &gif)
 {
-    if (!gif.hasScreen)
-        throw Failure{path, QStringLiteral("cut short within its first %1 bytes; nothing could "
-                                           "be read")
-                                .arg(gif.endOffset)};
-    // Where the blocks stop making sense, a decoder may still find its way.
-    if (gif.pixelsFound || gif.ending == GifEnding::UnknownBlock)
-        return;
-    if (!gif.damages.isEmpty())
-        throw Failure{path, QStringLiteral("damaged; nothing could be read: in frame %1, %2")
-                                .arg(gif.damages.first().frame)
-                                .arg(gif.damages.first().what)};
-    if (gif.ending == GifEnding::CutShort)
-        throw Failure{
-            path,
-            QStringLiteral("cut short after %1 bytes, before any picture").arg(gif.endOffset)};
-    throw Failure{path, QStringLiteral("a GIF without frames")};
+    const bool mayHoldPictures = gif.pixelsFound || gif.ending == GifEnding::UnknownBlock;
+    if (!gif.hasScreen || !mayHoldPictures)
+        throw Failure{path, reasonNothingIsRead(gif)};
 }
 
 void refuseUnnamed(const QString &path)
@@ -58,13 +47,24 @@ void count(const QString &copy, const QString &path, const GifDescriptors &gif,
     memory.take(MemoryBudget::keptOf(gif, frames));
 }
 
+QString cutShortText(const GifDescriptors &gif)
+{
+    const QString count = frameCountText(gif.frames);
+    if (gif.wholeFrames == gif.frames)
+        return QStringLiteral("cut short: its end is missing; its %1 %2 whole")
+            .arg(count, gif.frames == 1 ? QStringLiteral("is") : QStringLiteral("are"));
+    if (gif.frames == 1)
+        return QStringLiteral("cut short: its only frame could not be read whole");
+    const QString whole =
+        gif.wholeFrames == 0 ? QStringLiteral("none") : QString::number(gif.wholeFrames);
+    return QStringLiteral("cut short: %1 of %2 could be read whole").arg(whole, count);
+}
+
 QStringList warningsOf(const GifDescriptors &gif)
 {
     QStringList warnings;
     if (gif.ending == GifEnding::CutShort)
-        warnings << QStringLiteral("cut short: %1 of %2 could be read whole")
-                        .arg(gif.wholeFrames)
-                        .arg(frameCountText(gif.frames));
+        warnings << cutShortText(gif);
     if (gif.ending == GifEnding::UnknownBlock)
         warnings << QStringLiteral("damaged: byte %1 begins no block; %2 before it")
                         .arg(gif.endOffset)
@@ -74,10 +74,37 @@ QStringList warningsOf(const GifDescriptors &gif)
     const qint64 unnamed = gif.damagedFrames - gif.damages.size();
     if (unnamed > 0)
         warnings << QStringLiteral("%1 more damaged").arg(frameCountText(unnamed));
+    if (gif.leavesScreenUnset && !warnings.isEmpty())
+        warnings << QStringLiteral("what no frame covers is transparent");
+    if (gif.unusual)
+        warnings << QStringLiteral("frame %1 is unusual: %2, and other programs may not read it")
+                        .arg(gif.unusual->frame)
+                        .arg(gif.unusual->what);
     return warnings;
 }
 
 } // namespace
+
+QString reasonNothingIsRead(const GifDescriptors &gif)
+{
+    if (!gif.hasScreen)
+        return QStringLiteral("cut short within its first %1 bytes; nothing could be read")
+            .arg(gif.endOffset);
+    if (!gif.damages.isEmpty())
+        return QStringLiteral("damaged; nothing could be read: in frame %1, %2")
+            .arg(gif.damages.first().frame)
+            .arg(gif.damages.first().what);
+    if (gif.ending == GifEnding::UnknownBlock)
+        return QStringLiteral("damaged: byte %1 begins no block; nothing could be read")
+            .arg(gif.endOffset);
+    if (gif.ending == GifEnding::CutShort)
+        return QStringLiteral("cut short after %1 bytes%2")
+            .arg(QString::number(gif.endOffset), gif.pixelsFound
+                                                     ? QStringLiteral("; no picture could be read")
+                                                     : QStringLiteral(", before any picture"));
+    return gif.frames == 0 ? QStringLiteral("a GIF without frames")
+                           : QStringLiteral("a GIF of which no frame could be read");
+}
 
 bool isGifPath(const QString &path)
 {
@@ -101,7 +128,7 @@ GifSource examineGif(const QString &copy, const QString &path, MemoryAccount &me
     GifSource source;
     source.copy = copy;
     source.descriptors = readGifDescriptors(file);
-    refuseUnreadable(path, source.descriptors);
+    refuseEmpty(path, source.descriptors);
     count(copy, path, source.descriptors, memory);
     source.warnings = warningsOf(source.descriptors);
     return source;

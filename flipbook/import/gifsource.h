@@ -26,5 +26,8 @@ GifSource copyGif(QFile &file, const QString &path, MemoryAccount &memory, Priva
 /// Judges the GIF at @p copy, which nobody else changes, in the same way.
 GifSource examineGif(const QString &copy, const QString &path, MemoryAccount &memory);
 
+/// Why nothing of a GIF could be shown, as far as its descriptors tell.
+QString reasonNothingIsRead(const GifDescriptors &gif);
+
 /// Whether an object that is given @p path reads it as a GIF, whatever stands there.
 bool isGifPath(const QString &path);

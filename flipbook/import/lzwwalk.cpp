@@ -9,6 +9,11 @@ constexpr int MaxCodeSize = 12;
 
 bool LzwWalk::accepts(int minimumCodeSize)
 {
+    return minimumCodeSize >= 0 && minimumCodeSize <= MaxCodeSize;
+}
+
+bool LzwWalk::isUsual(int minimumCodeSize)
+{
     return minimumCodeSize >= 1 && minimumCodeSize <= 8;
 }
 
@@ -57,6 +62,7 @@ void LzwWalk::takeCode(int code)
         m_ended = true;
         return;
     }
+    m_hasPixelCode = true;
     const bool isPixel = code < clearCode;
     int length = 1;
     if (!isPixel) {

@@ -9,8 +9,10 @@
 class LzwWalk
 {
 public:
-    /// Whether a frame may announce its codes with this size.
+    /// Whether decoders read frames that announce their codes with this size.
     static bool accepts(int minimumCodeSize);
+    /// Whether the format allows the size, or a decoder at least expects it.
+    static bool isUsual(int minimumCodeSize);
 
     /// @p minimumCodeSize must be one that accepts() allows. Nothing is read any more once
     /// @p wantedPixels have been counted.
@@ -19,8 +21,9 @@ public:
     /// Goes on with the next @p count bytes.
     void feed(const uchar *bytes, int count);
 
-    qint64 pixels() const { return m_pixels; }   ///< counted so far
-    bool isDamaged() const { return m_damaged; } ///< a code occurred that means nothing yet
+    qint64 pixels() const { return m_pixels; }           ///< counted so far
+    bool hasPixelCode() const { return m_hasPixelCode; } ///< a code for pixels, sound or not
+    bool isDamaged() const { return m_damaged; }         ///< a code occurred that means nothing yet
 
 private:
     static constexpr int MaxCodes = 4096;
@@ -33,6 +36,7 @@ private:
     const int m_minimumCodeSize;
     const qint64 m_wantedPixels;
     qint64 m_pixels = 0;
+    bool m_hasPixelCode = false;
     bool m_damaged = false;
     bool m_ended = false;
     quint32 m_bits = 0;

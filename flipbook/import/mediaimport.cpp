@@ -2,6 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/import/framefolder.h"
+#include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/picturefile.h"
 #include "flipbook/import/reading.h"
@@ -37,6 +38,7 @@ void importGif(ImportedMedia &media, QFile &file, const QString &path, Reading &
     media.gif = source.descriptors;
     media.copy = source.copy;
     AnimatedObject(*media.object).loadPath(media.copy);
+    GifScreen::clear(AnimatedObject(*media.object), media.copy, source.descriptors);
 }
 
 void importFolder(ImportedMedia &media, const FileHandle &source, const QString &path,
@@ -56,6 +58,15 @@ void importPicture(ImportedMedia &media, QFile &file, const QString &path, Readi
     const QImage picture = readPicture(file, path, reading.memory());
     reading.memory().take(picture.sizeInBytes());
     AnimatedObject(*media.object).loadPicture(picture, nameOf(path, SourceKind::OtherFile));
+}
+
+QString reasonOfEmptyFrames(const ImportedMedia &media)
+{
+    if (media.gif)
+        return reasonNothingIsRead(*media.gif);
+    const QStringList reasons =
+        QStringList(QStringLiteral("no frame of it could be read")) + media.warnings.mid(0, 1);
+    return reasons.join(QStringLiteral(": "));
 }
 
 } // namespace
@@ -83,9 +94,7 @@ ImportedMedia importMedia(const Plugin &plugin, Source &source, const QString &p
         break;
     }
     if (!hasPicture(plugin.frames(*media.object)))
-        throw Failure{path, (QStringList(QStringLiteral("no frame of it could be read")) +
-                             media.warnings.mid(0, 1))
-                                .join(QStringLiteral(": "))};
+        throw Failure{path, reasonOfEmptyFrames(media)};
     return media;
 }
 

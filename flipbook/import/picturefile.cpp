@@ -3,8 +3,10 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/import/gifdescriptors.h"
+#include "flipbook/import/gifscreen.h"
 #include "flipbook/import/privatecopy.h"
 #include "flipbook/import/reading.h"
 
@@ -21,17 +23,35 @@ void setFormat(QImageReader &reader, PictureFormat format)
     reader.setFormat(format.readerName());
 }
 
-qint64 memoryFor(QIODevice &device, PictureFormat format)
+PictureFacts factsOf(QIODevice &device, PictureFormat format)
 {
     if (format.kind() == PictureFormat::Gif) {
         // The decoder's own answer for the size of a GIF does not hold for large screens.
         const GifDescriptors gif = readGifDescriptors(device);
-        return MemoryBudget::neededFor(gif, 1);
+        return {format, MemoryBudget::neededFor(gif, 1), gif.leavesScreenUnset};
     }
     QImageReader reader(&device);
     setFormat(reader, format);
     const QSize size = reader.size();
-    return size.isValid() ? MemoryBudget::neededForPicture(size.width(), size.height()) : 0;
+    if (!size.isValid())
+        return {format, 0, false};
+    return {format, MemoryBudget::neededForPicture(size.width(), size.height()),
+            format.kind() == PictureFormat::Bmp};
+}
+
+/// The first frame of the GIF on @p buffer, whose screen the decoder would leave unset.
+QImage gifOver(QBuffer &buffer)
+{
+    const GifDescriptors gif = readGifDescriptors(buffer);
+    return GifScreen::firstFrame(buffer.data(), gif);
+}
+
+/// A decoder that is handed a picture of the right size and format draws into that.
+QImage overZeros(QImageReader &reader)
+{
+    QImage picture(reader.size(), reader.imageFormat());
+    picture.fill(0);
+    return reader.read(&picture) ? picture : QImage();
 }
 
 void refuseForeign(const QString &path, PictureFormat format)
@@ -47,6 +67,14 @@ void refuseForeign(const QString &path, PictureFormat format)
                                 .arg(QString::fromLatin1(format.readerName()).toUpper())};
 }
 
+std::unique_ptr<QFile> opened(const QString &copy)
+{
+    auto file = std::make_unique<QFile>(copy);
+    if (!file->open(QIODevice::ReadOnly))
+        throw Failure{copy, file->errorString()};
+    return file;
+}
+
 /// All that is in @p file: what is looked at is what is decoded, even if the file is changed.
 QByteArray contentOf(QFile &file, const QString &path, const MemoryAccount &memory)
 {
@@ -59,11 +87,8 @@ QByteArray contentOf(QFile &file, const QString &path, const MemoryAccount &memo
 
 PictureFacts examinePicture(QIODevice &device)
 {
-    PictureFacts facts;
-    facts.format = PictureFormat::of(device.peek(PictureFormat::StartLength));
-    if (facts.format.isKnown())
-        facts.memory = memoryFor(device, facts.format);
-    return facts;
+    const PictureFormat format = PictureFormat::of(device.peek(PictureFormat::StartLength));
+    return format.isKnown() ? factsOf(device, format) : PictureFacts();
 }
 
 QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory)
@@ -77,7 +102,11 @@ QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory
     buffer.seek(0);
     QImageReader reader(&buffer);
     setFormat(reader, facts.format);
-    const QImage picture = reader.read();
+    QImage picture;
+    if (!facts.leavesPixelsUnset)
+        picture = reader.read();
+    else
+        picture = facts.format.kind() == PictureFormat::Gif ? gifOver(buffer) : overZeros(reader);
     if (picture.isNull())
         throw Failure{path, QStringLiteral("the picture cannot be read: ") + reader.errorString()};
     return picture;
@@ -88,16 +117,25 @@ QImage readPicture(const QString &path, Reading &reading)
     return readPicture(*reading.openFile(path), path, reading.memory());
 }
 
+void settleCopy(const QString &copy, const QString &path, const MemoryAccount &memory)
+{
+    if (examinePicture(*opened(copy)).leavesPixelsUnset)
+        writePng(copy, readCopy(copy, path, memory));
+}
+
+QImage readCopy(const QString &copy, const QString &path, const MemoryAccount &memory)
+{
+    return readPicture(*opened(copy), path, memory);
+}
+
 QString copyPicture(const QString &path, Reading &reading, PrivateFolder &folder)
 {
     const std::unique_ptr<QFile> file = reading.openFile(path);
     const PictureFormat format = PictureFormat::of(file->peek(PictureFormat::StartLength));
     refuseForeign(path, format);
     const QString copy = privateCopy(*file, path, format.suffix(), folder);
-    // The object would take anything for an empty picture.
-    QFile copied(copy);
-    if (!copied.open(QIODevice::ReadOnly))
-        throw Failure{copy, copied.errorString()};
-    readPicture(copied, path, reading.memory());
+    reading.memory().require(examinePicture(*opened(copy)).memory, path,
+                             QStringLiteral("the picture"));
+    settleCopy(copy, path, reading.memory());
     return copy;
 }

@@ -68,6 +68,12 @@ QImage AnimatedObject::frameImage(int index) const
     return ObjectProtocol::ask<QImage>(m_object, Id::FrameImage, qint32(index));
 }
 
+void AnimatedObject::setFrameImage(int index, const QImage &image)
+{
+    const bool unused = false;
+    ObjectProtocol::tell(m_object, Id::FrameImage, unused, qint32(index), image);
+}
+
 void AnimatedObject::showFrame(int index)
 {
     ObjectProtocol::tell(m_object, Id::ShowFrameAt, qint32(index));

@@ -25,6 +25,8 @@ public:
     QString frameName(int index) const;
     /// The full picture of a frame; null outside the list.
     QImage frameImage(int index) const;
+    /// Gives a frame another picture; it keeps its name and its size on the page.
+    void setFrameImage(int index, const QImage &image);
 
     /// Stops, then shows the frame; an index outside the list only stops.
     void showFrame(int index);

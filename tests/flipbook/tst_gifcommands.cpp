@@ -1,5 +1,6 @@
 #include "tests/flipbook/flipbookrun.h"
 #include "tests/support/gifbuilder.h"
+#include "tests/support/pictures.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
@@ -26,6 +27,9 @@ private Q_SLOTS:
     void aSheetThatCannotBeWrittenLeavesNothing();
     void playShowsEachFrameOnceAndStops();
     void aLoopCountOfTheFileIsPlayed();
+    void aSingleFrameIsShownOnce_data();
+    void aSingleFrameIsShownOnce();
+    void loopsMeanTheSameInEveryCommand();
     void filesThatCannotBeReadAreNamed_data();
     void filesThatCannotBeReadAreNamed();
     void aPipeIsNotWaitedFor();
@@ -33,6 +37,9 @@ private Q_SLOTS:
     void aCutFileTellsWhatCouldBeRead_data();
     void aCutFileTellsWhatCouldBeRead();
     void aDamagedFrameIsNamed();
+    void unusualCodeSizesAreReadWithAWarning();
+    void aFileOfWhichNothingIsReadSaysWhy_data();
+    void aFileOfWhichNothingIsReadSaysWhy();
     void hostileFilesEndInACleanMessage_data();
     void hostileFilesEndInACleanMessage();
 
@@ -248,6 +255,52 @@ void TestGifCommands::aLoopCountOfTheFileIsPlayed()
     QVERIFY(run.out.endsWith(QStringLiteral("stopped after playing once\n")));
 }
 
+void TestGifCommands::aSingleFrameIsShownOnce_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("options");
+    const QStringList twice = {QStringLiteral("--loops"), QStringLiteral("2")};
+    QTest::newRow("a picture") << QStringLiteral("still.png") << QStringList();
+    QTest::newRow("a picture, twice") << QStringLiteral("still.png") << twice;
+    QTest::newRow("a GIF") << QStringLiteral("still.gif") << QStringList();
+}
+
+void TestGifCommands::aSingleFrameIsShownOnce()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, options);
+    const QString file = path(name);
+    if (name.endsWith(QLatin1String(".gif")))
+        GifBuilder(4, 4).loop(0).add(0, 10).write(file);
+    else
+        QVERIFY(Pictures::solid(4, 4, Qt::red).save(file));
+    const FlipbookRun run = flipbook(QStringList{QStringLiteral("play"), file} + options);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+    const QString frame =
+        name.endsWith(QLatin1String(".gif")) ? QStringLiteral("still_1") : QStringLiteral("still");
+    QCOMPARE(run.out, QStringLiteral("      0 ms  frame 1 of 1  %1\n"
+                                     "      0 ms  stopped: there is only one frame\n")
+                          .arg(frame));
+}
+
+void TestGifCommands::loopsMeanTheSameInEveryCommand()
+{
+    const QString film = path(QStringLiteral("some.gif"));
+    GifBuilder(4, 4).loop(0).add(0, 2).add(1, 2).write(film);
+    const QString document = path(QStringLiteral("some.flipbook"));
+    flipbook({QStringLiteral("new"), document, QStringLiteral("--add"), film});
+    for (const auto &[loops, text] :
+         {std::pair("1", "once (loop count 0)"), std::pair("3", "3 times (loop count 2)")}) {
+        const QStringList option = {QStringLiteral("--loops"), QString::fromLatin1(loops)};
+        QCOMPARE(flipbook(QStringList{QStringLiteral("edit"), document} + option).status, 0);
+        const QString told = info(document).out;
+        QVERIFY2(told.contains(QString::fromLatin1(text)), qPrintable(told));
+        const QString played = flipbook(QStringList{QStringLiteral("play"), film} + option).out;
+        QCOMPARE(played.count(QStringLiteral("frame 1 of 2")), option.last().toInt());
+    }
+}
+
 void TestGifCommands::filesThatCannotBeReadAreNamed_data()
 {
     QTest::addColumn<QString>("name");
@@ -335,11 +388,15 @@ void TestGifCommands::aCutFileTellsWhatCouldBeRead_data()
     row(13, 1, "cut short after 13 bytes, before any picture");
     row(33, 1, "cut short after 33 bytes, before any picture");
     row(44, 1, "cut short after 44 bytes, before any picture");
-    row(48, 0, "warning: cut short: 1 of 1 frame could be read whole");
-    row(56, 0, "warning: cut short: 1 of 1 frame could be read whole");
+    // The first of its two bytes of data holds two codes: clear, and a pixel.
+    row(45, 1, "cut short after 45 bytes, before any picture");
+    row(46, 0, "warning: cut short: its only frame could not be read whole");
+    row(47, 0, "warning: cut short: its only frame could not be read whole");
+    row(48, 0, "warning: cut short: its end is missing; its 1 frame is whole");
+    row(56, 0, "warning: cut short: its end is missing; its 1 frame is whole");
     row(57, 0, "warning: cut short: 1 of 2 frames could be read whole");
     row(70, 0, "warning: cut short: 1 of 2 frames could be read whole");
-    row(71, 0, "warning: cut short: 2 of 2 frames could be read whole");
+    row(71, 0, "warning: cut short: its end is missing; its 2 frames are whole");
     row(72, 0, "");
 }
 
@@ -370,6 +427,63 @@ void TestGifCommands::aDamagedFrameIsNamed()
                  "damaged.gif: warning: frame 2 is damaged: its code size 13 is out of range\n")),
              qPrintable(run.err));
     QVERIFY(run.out.contains(QStringLiteral("named damaged_1")));
+}
+
+void TestGifCommands::unusualCodeSizesAreReadWithAWarning()
+{
+    // A frame of 2 x 1 white pixels with codes of 10 bits.
+    const QString file = write(QStringLiteral("nine.gif"),
+                               QByteArray::fromHex("47494638396102000100800000000000ffffff"
+                                                   "2c00000000020001000009"
+                                                   "050006104080003b"));
+    const FlipbookRun run = infoJson(file);
+    QCOMPARE(run.err,
+             QStringLiteral("flipbook: %1: warning: frame 1 is unusual: its code size 9 is "
+                            "out of range, and other programs may not read it\n")
+                 .arg(file));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.json().value(QStringLiteral("frames")).toInt(), 1);
+    const QString output = path(QStringLiteral("nine"));
+    QCOMPARE(flipbook({QStringLiteral("frames"), file, QStringLiteral("-o"), output}).status, 0);
+    const QImage frame(output + QStringLiteral("/frame-001.png"));
+    QCOMPARE(frame.size(), QSize(2, 1));
+    QCOMPARE(frame.pixel(0, 0), 0xffffffff);
+    QCOMPARE(frame.pixel(1, 0), 0xffffffff);
+}
+
+void TestGifCommands::aFileOfWhichNothingIsReadSaysWhy_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("reason");
+    // The screen and a palette of two colours: 19 bytes. A frame of 8 x 8: 10 bytes.
+    const QByteArray head = QByteArray::fromHex("47494638396108000800800000000000ffffff");
+    const QByteArray frame = QByteArray::fromHex("2c000000000800080000");
+    const auto row = [](const char *name, const QByteArray &bytes, const char *reason) {
+        QTest::newRow(name) << bytes << QString::fromLatin1(reason);
+    };
+    row("a code size that none reads", head + frame + "\x0d\x01" + QByteArray(2, '\0') + ';',
+        "damaged; nothing could be read: in frame 1, its code size 13 is out of range");
+    row("a picture without data", head + frame + QByteArray::fromHex("0200") + ';',
+        "damaged; nothing could be read: in frame 1, its picture ends early");
+    // Clear and twice a code that nothing has defined, where decoders give up; then a long comment
+    // that is cut short.
+    row("a picture at which decoders give up, cut short",
+        head + frame + QByteArray::fromHex("0202fc0100") + "!\xfe" + QByteArray(40000, '\x7f'),
+        "damaged; nothing could be read: in frame 1, its picture data are invalid");
+    row("an unknown block first", head + "?hello",
+        "damaged: byte 19 begins no block; nothing could "
+        "be read");
+}
+
+void TestGifCommands::aFileOfWhichNothingIsReadSaysWhy()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, reason);
+    const QString file = write(QStringLiteral("nothing.gif"), bytes);
+    const FlipbookRun run = info(file);
+    QCOMPARE(run.err, QStringLiteral("flipbook: %1: %2\n").arg(file, reason));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 1);
 }
 
 void TestGifCommands::hostileFilesEndInACleanMessage_data()

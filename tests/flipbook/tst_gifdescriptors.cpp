@@ -2,6 +2,7 @@
 #include "tests/support/gifbuilder.h"
 
 #include <QtCore/QBuffer>
+#include <QtGui/QImage>
 #include <QtTest/QTest>
 
 namespace
@@ -41,6 +42,8 @@ const char soundData[] = "02"
 
 } // namespace
 
+Q_DECLARE_METATYPE(GifBuilder::Frame)
+
 class TestGifDescriptors : public QObject
 {
     Q_OBJECT
@@ -56,6 +59,13 @@ private Q_SLOTS:
     void otherBytesAreNoGif();
     void damagedFramesAreNamed_data();
     void damagedFramesAreNamed();
+    void aFrameWithoutASizeMayShowPixelsAllTheSame();
+    void unusualCodeSizesAreReadAsDecodersReadThem_data();
+    void unusualCodeSizesAreReadAsDecodersReadThem();
+    void usualCodeSizesAreNotRemarkedOn();
+    void aScreenThatADecoderLeavesUnsetIsNoticed_data();
+    void aScreenThatADecoderLeavesUnsetIsNoticed();
+    void blocksAfterAControlWithoutContentAreFound();
     void dataBehindTheEndOfAPictureDoNoHarm();
     void onlyTheFirstDamagesAreKept();
     void anUnknownBlockEndsTheReading();
@@ -152,20 +162,23 @@ void TestGifDescriptors::damagedFramesAreNamed_data()
     QTest::addColumn<QByteArray>("data");
     QTest::addColumn<QString>("what");
     QTest::addColumn<bool>("pixelsFound");
-    QTest::newRow("a code size of zero")
-        << QByteArray("0000") << QStringLiteral("its code size 0 is out of range") << false;
-    QTest::newRow("a code size of nine")
-        << QByteArray("090100"
+    QTest::newRow("a code size of thirteen")
+        << QByteArray("0d0100"
                       "00")
-        << QStringLiteral("its code size 9 is out of range") << false;
+        << QStringLiteral("its code size 13 is out of range") << false;
+    QTest::newRow("no data for a code size of zero")
+        << QByteArray("0000") << QStringLiteral("its picture ends early") << false;
     QTest::newRow("no data") << QByteArray("0200") << QStringLiteral("its picture ends early")
                              << false;
     // Clear, one pixel, end: 100 001 101 and nothing more.
     QTest::newRow("one pixel missing")
         << QByteArray("02024c0100") << QStringLiteral("its picture ends early") << true;
-    // Clear, then code 7, which nothing has defined.
+    // Clear, then code 7, which nothing has defined. Decoders draw a pixel for it.
     QTest::newRow("an undefined code")
-        << QByteArray("02013c00") << QStringLiteral("its picture data are invalid") << false;
+        << QByteArray("02013c00") << QStringLiteral("its picture data are invalid") << true;
+    // Clear and end.
+    QTest::newRow("no pixel code")
+        << QByteArray("02012c00") << QStringLiteral("its picture ends early") << false;
 }
 
 void TestGifDescriptors::damagedFramesAreNamed()
@@ -183,6 +196,112 @@ void TestGifDescriptors::damagedFramesAreNamed()
     QCOMPARE(gif.damages.first().what, what);
     QCOMPARE(gif.ending, GifEnding::Trailer);
     QCOMPARE(read(head() + frame(data.constData()) + ';').pixelsFound, pixelsFound);
+}
+
+void TestGifDescriptors::aFrameWithoutASizeMayShowPixelsAllTheSame()
+{
+    const QByteArray sizeless =
+        QByteArray::fromHex("2c000000000000010000") + QByteArray::fromHex(soundData);
+    const GifDescriptors gif = read(head() + sizeless + ';');
+    QCOMPARE(gif.damages.size(), 1);
+    QCOMPARE(gif.damages.first().what, QStringLiteral("it has no size"));
+    QVERIFY(gif.pixelsFound);
+}
+
+void TestGifDescriptors::unusualCodeSizesAreReadAsDecodersReadThem_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<QString>("what");
+    // Two pixels of the colour 1 in codes of 10 to 13 bits: clear, 1, 1, end.
+    QTest::newRow("nine") << QByteArray("0905000610408000")
+                          << QStringLiteral("its code size 9 is out of range");
+    QTest::newRow("ten") << QByteArray("0a06000c4000020800")
+                         << QStringLiteral("its code size 10 is out of range");
+    QTest::newRow("eleven") << QByteArray("0b0600180001108000")
+                            << QStringLiteral("its code size 11 is out of range");
+    QTest::newRow("twelve") << QByteArray("0c070030000480000800")
+                            << QStringLiteral("its code size 12 is out of range");
+}
+
+void TestGifDescriptors::unusualCodeSizesAreReadAsDecodersReadThem()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(QString, what);
+    const QByteArray bytes = head() + frame(soundData) + frame(data.constData()) + ';';
+    const GifDescriptors gif = read(bytes);
+    QCOMPARE(gif.wholeFrames, 2);
+    QCOMPARE(gif.damagedFrames, 0);
+    QVERIFY(gif.unusual.has_value());
+    QCOMPARE(gif.unusual->frame, 2);
+    QCOMPARE(gif.unusual->what, what);
+
+    QByteArray alone = head() + frame(data.constData()) + ';';
+    const QImage picture = QImage::fromData(alone, "GIF");
+    QCOMPARE(picture.size(), QSize(2, 1));
+    QCOMPARE(picture.pixel(0, 0), 0xffffffff);
+    QCOMPARE(picture.pixel(1, 0), 0xffffffff);
+}
+
+void TestGifDescriptors::usualCodeSizesAreNotRemarkedOn()
+{
+    for (const char *data : {"0100", "0200", "0800"})
+        QVERIFY(!read(head() + frame(data) + ';').unusual);
+    QCOMPARE(read(head() + frame("0000") + frame("0900") + ';').unusual->frame, 1);
+}
+
+void TestGifDescriptors::aScreenThatADecoderLeavesUnsetIsNoticed_data()
+{
+    QTest::addColumn<GifBuilder::Frame>("frame");
+    QTest::addColumn<bool>("isUnset");
+    using Frame = GifBuilder::Frame;
+    const auto row = [](const char *name, const Frame &frame, bool isUnset) {
+        QTest::newRow(name) << frame << isUnset;
+    };
+    const auto own = [](const QRect &rect, int transparentIndex = -1) {
+        return Frame{rect, 0, 10, GifBuilder::Unspecified, transparentIndex, true};
+    };
+    row("own palette, all covered", own({0, 0, 4, 3}), false);
+    row("own palette, more than all covered", own({0, 0, 5, 4}), false);
+    row("own palette, not at the left", own({1, 0, 4, 3}), true);
+    row("own palette, not at the top", own({0, 1, 4, 3}), true);
+    row("own palette, not at the right", own({0, 0, 3, 3}), true);
+    row("own palette, not at the bottom", own({0, 0, 4, 2}), true);
+    row("own palette, transparent", own({0, 0, 2, 2}, 1), false);
+    row("the global palette", {{0, 0, 2, 2}}, false);
+}
+
+void TestGifDescriptors::aScreenThatADecoderLeavesUnsetIsNoticed()
+{
+    QFETCH(GifBuilder::Frame, frame);
+    QFETCH(bool, isUnset);
+    GifBuilder builder(4, 3);
+    builder.add(frame);
+    // Only the first frame counts.
+    builder.add({QRect(1, 1, 1, 1), 0, 10, GifBuilder::Unspecified, -1, true});
+    const GifDescriptors gif = read(builder.data());
+    QCOMPARE(gif.leavesScreenUnset, isUnset);
+    QCOMPARE(gif.firstFrame, frame.rect);
+    QCOMPARE(gif.blocksOffset, 25);
+
+    // Without a global palette there is no colour to fill the screen with.
+    QByteArray bytes = builder.data();
+    bytes.remove(13, 12);
+    bytes[10] = 0x11;
+    QCOMPARE(read(bytes).leavesScreenUnset, false);
+    QCOMPARE(read(bytes).blocksOffset, 13);
+}
+
+void TestGifDescriptors::blocksAfterAControlWithoutContentAreFound()
+{
+    // Decoders take the next byte for the length of another block.
+    const QByteArray control = QByteArray::fromHex("21f900"
+                                                   "0201ff00");
+    const GifDescriptors gif = read(head() + control + frame(soundData) + ';');
+    QCOMPARE(gif.ending, GifEnding::Trailer);
+    QCOMPARE(gif.wholeFrames, 1);
+    const QByteArray application = QByteArray::fromHex("21ff00"
+                                                       "0201ff00");
+    QCOMPARE(read(head() + application + frame(soundData) + ';').wholeFrames, 1);
 }
 
 void TestGifDescriptors::dataBehindTheEndOfAPictureDoNoHarm()

@@ -128,7 +128,12 @@ QByteArray GifBuilder::data() const
         appendWord(out, frame.rect.y());
         appendWord(out, frame.rect.width());
         appendWord(out, frame.rect.height());
-        out.append('\0');
+        out.append(frame.hasOwnPalette ? QByteArray::fromHex("81"
+                                                             "ffff00"
+                                                             "00ffff"
+                                                             "ff00ff"
+                                                             "000000")
+                                       : QByteArray(1, '\0'));
         out.append('\2'); // least code size
         appendSubBlocks(out,
                         pixelCodes(frame.rect.width() * frame.rect.height(), frame.colorIndex));

@@ -17,6 +17,8 @@ public:
         int delayCs = 10;   ///< hundredths of a second after the frame
         Disposal disposal = Unspecified;
         int transparentIndex = -1; ///< palette index that is transparent, -1 for none
+        /// A palette of the frame alone: 0 yellow, 1 cyan, 2 magenta, 3 black.
+        bool hasOwnPalette = false;
     };
 
     /// A palette of four colours: 0 red, 1 green, 2 blue, 3 white.
