@@ -1,8 +1,11 @@
 #include "flipbook/scratch/picture.h"
 
+#include "flipbook/base/failure.h"
+
 #include <QtCore/QBuffer>
 #include <QtCore/QCryptographicHash>
 #include <QtGui/QColorSpace>
+#include <QtGui/QImageWriter>
 
 namespace Scratch
 {
@@ -13,7 +16,10 @@ Costume costumeOf(const QString &name, const QImage &image)
     plain.setColorSpace(QColorSpace());
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    plain.save(&buffer, "PNG");
+    QImageWriter writer(&buffer, "png");
+    if (!writer.write(plain))
+        throw Failure{name,
+                      QStringLiteral("its picture cannot be written: ") + writer.errorString()};
 
     Costume costume;
     costume.name = name;

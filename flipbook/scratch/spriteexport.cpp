@@ -135,7 +135,7 @@ QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QStrin
         if (isMirrored || isFlipped) {
             const QPointF center = costume.rotationCenter;
             const QImage picture = pictureOf(costume).mirrored(isMirrored, isFlipped);
-            costume = costumeOf({}, picture);
+            costume = costumeOf(name, picture);
             costume.rotationCenter = {isMirrored ? picture.width() - center.x() : center.x(),
                                       isFlipped ? picture.height() - center.y() : center.y()};
         }
@@ -153,8 +153,8 @@ double SpriteExporter::shrinkToTexture(Sprite &sprite)
     const int longest = qMax(pixels.width(), pixels.height());
     if (longest <= LongestPictureSide)
         return 1.0;
-    const QSize reduced =
-        pixels.scaled(LongestPictureSide, LongestPictureSide, Qt::KeepAspectRatio);
+    const QSize reduced = pixels.scaled(LongestPictureSide, LongestPictureSide, Qt::KeepAspectRatio)
+                              .expandedTo(QSize(1, 1));
     for (Costume &costume : sprite.costumes) {
         const QImage picture =
             pictureOf(costume).scaled(reduced, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

@@ -63,6 +63,14 @@ private Q_SLOTS:
         QCOMPARE(sprite.playback.loopCount, -1);
     }
 
+    void aCostumeWithoutAPictureIsAFailure()
+    {
+        QVERIFY_EXCEPTION_THROWN(costumeOf(QStringLiteral("empty"), QImage()), Failure);
+        QVERIFY_EXCEPTION_THROWN(
+            costumeOf(QStringLiteral("empty"), QImage(0, 3, QImage::Format_RGB32)), Failure);
+        QVERIFY(!costumeOf(QStringLiteral("full"), twoColors()).png.isEmpty());
+    }
+
     void theSpriteStandsWhereTheObjectDoes()
     {
         load("walk.gif");
