@@ -1,6 +1,7 @@
 #include "flipbook/cli/commandline.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/version.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 
@@ -15,11 +16,6 @@ QList<Command> commands()
 {
     return {infoCommand(),   sheetCommand(),  playCommand(),   newCommand(),    editCommand(),
             renderCommand(), framesCommand(), recordCommand(), spriteCommand(), projectCommand()};
-}
-
-QString versionText()
-{
-    return QStringLiteral("flipbook " FLIPBOOK_VERSION);
 }
 
 QString overview()
@@ -82,7 +78,7 @@ int runCommand(const Command &command, const QStringList &arguments)
         return Success;
     }
     if (line.isSet(QStringLiteral("version"))) {
-        Console::print(versionText());
+        Console::print(programAndVersion());
         return Success;
     }
     return guarded(command, line);
@@ -98,7 +94,7 @@ int dispatch(const QStringList &arguments)
         return Success;
     }
     if (first == QLatin1String("--version")) {
-        Console::print(versionText());
+        Console::print(programAndVersion());
         return Success;
     }
     const QList<Command> known = commands();

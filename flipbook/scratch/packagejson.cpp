@@ -1,8 +1,8 @@
 #include "flipbook/scratch/packagejson.h"
 
+#include "flipbook/base/version.h"
 #include "flipbook/scratch/playscript.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QJsonArray>
 
 namespace Scratch
@@ -87,13 +87,12 @@ QJsonObject projectJson(const Costume &backdrop, const QVector<Sprite> &sprites)
     int layer = 0;
     for (const Sprite &sprite : sprites)
         targets.append(spriteJson(sprite, ++layer));
-    const QString agent = QStringLiteral("flipbook %1").arg(QCoreApplication::applicationVersion());
     return {
         {QStringLiteral("targets"), targets},
         {QStringLiteral("monitors"), QJsonArray()},
         {QStringLiteral("extensions"), QJsonArray()},
         {QStringLiteral("meta"), QJsonObject{{QStringLiteral("semver"), QStringLiteral("3.0.0")},
-                                             {QStringLiteral("agent"), agent}}},
+                                             {QStringLiteral("agent"), programAndVersion()}}},
     };
 }
 

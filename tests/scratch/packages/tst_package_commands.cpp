@@ -1,10 +1,13 @@
 #include "flipbook/document/documentfile.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"
+#include "tests/scratch/packages/exporter/packagefile.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/pictures.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QTest>
@@ -31,6 +34,9 @@ private Q_SLOTS:
     void manyCostumesAreRemarkedOn();
     void muchDataIsRemarkedOn();
     void picturesLargerThanATextureAreReduced();
+    void aReducedPictureKeepsAPixelOnEachSide_data();
+    void aReducedPictureKeepsAPixelOnEachSide();
+    void theProjectNamesTheProgramThatMadeIt();
     void moderateFilmsGiveNoRemark();
 
 private:
@@ -230,6 +236,59 @@ void TestPackageCommands::picturesLargerThanATextureAreReduced()
                           "flipbook: %1: warning: wide: pictures of 10000 x 200 pixels are larger "
                           "than Scratch can draw, and were reduced to 8192 x 163\n")
                           .arg(path(QStringLiteral("wide.sprite3"))));
+}
+
+void TestPackageCommands::aReducedPictureKeepsAPixelOnEachSide_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("costume");
+    QTest::addColumn<QString>("reduced");
+    QTest::newRow("one row") << QSize(20000, 1) << QStringLiteral("40000 x 2")
+                             << QStringLiteral("8192 x 1");
+    QTest::newRow("one column") << QSize(1, 20000) << QStringLiteral("2 x 40000")
+                                << QStringLiteral("1 x 8192");
+}
+
+void TestPackageCommands::aReducedPictureKeepsAPixelOnEachSide()
+{
+    QFETCH(QSize, size);
+    QFETCH(QString, costume);
+    QFETCH(QString, reduced);
+    QVERIFY(Pictures::solid(size.width(), size.height(), Qt::blue)
+                .save(path(QStringLiteral("line.png"))));
+    const FlipbookRun run = sprite(QStringLiteral("line.png"), QStringLiteral("line.sprite3"));
+    QCOMPARE(run.err,
+             QStringLiteral("flipbook: %1: warning: line: pictures of %2 pixels are larger "
+                            "than Scratch can draw, and were reduced to %3\n")
+                 .arg(path(QStringLiteral("line.sprite3")), costume, reduced));
+    QCOMPARE(run.status, 0);
+    const PackageFile package = readPackage(path(QStringLiteral("line.sprite3")));
+    QCOMPARE(package.sprites.size(), 1);
+    const QJsonObject described = package.sprites.at(0)
+                                      .toObject()
+                                      .value(QLatin1String("costumes"))
+                                      .toArray()
+                                      .at(0)
+                                      .toObject();
+    const QByteArray png = package.files.value(described.value(QLatin1String("md5ext")).toString());
+    const QImage picture = QImage::fromData(png, "PNG");
+    QCOMPARE(QStringLiteral("%1 x %2").arg(picture.width()).arg(picture.height()), reduced);
+    QCOMPARE(picture.pixelColor(0, 0), QColor(Qt::blue));
+}
+
+void TestPackageCommands::theProjectNamesTheProgramThatMadeIt()
+{
+    QCOMPARE(flipbook({QStringLiteral("project"), path(QStringLiteral("walk.gif")),
+                       QStringLiteral("-o"), path(QStringLiteral("walk.sb3"))})
+                 .status,
+             0);
+    const QString version = flipbook({QStringLiteral("--version")}).out.trimmed();
+    QVERIFY(version.startsWith(QStringLiteral("flipbook 0.")));
+    const QByteArray project =
+        readPackage(path(QStringLiteral("walk.sb3"))).files.value(QStringLiteral("project.json"));
+    const QJsonObject meta =
+        QJsonDocument::fromJson(project).object().value(QLatin1String("meta")).toObject();
+    QCOMPARE(meta.value(QLatin1String("agent")).toString(), version);
 }
 
 void TestPackageCommands::moderateFilmsGiveNoRemark()

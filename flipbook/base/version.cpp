@@ -1,0 +1,6 @@
+#include "flipbook/base/version.h"
+
+QString programAndVersion()
+{
+    return QStringLiteral("flipbook " FLIPBOOK_VERSION);
+}
