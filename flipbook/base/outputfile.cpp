@@ -96,17 +96,21 @@ void writeFile(const QString &path, const QByteArray &bytes)
 
 void prepareOutputFolder(const QString &path)
 {
-    const QFileInfo info(path);
+    QString folder = path;
+    // With a slash at its end a path would name what is in the folder.
+    while (folder.size() > 1 && folder.endsWith(QLatin1Char('/')))
+        folder.chop(1);
+    const QFileInfo info(folder);
     if (info.exists()) {
         if (!info.isDir())
             throw Failure{path, QStringLiteral("is no folder")};
-        if (!QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                QDir::NoDotAndDotDot))
+        if (!QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                  QDir::NoDotAndDotDot))
             throw Failure{path, QStringLiteral("is a folder that is not empty")};
         return;
     }
     if (!info.absoluteDir().exists())
         throw Failure{path, QStringLiteral("its folder does not exist")};
-    if (!QDir().mkdir(path))
+    if (!QDir().mkdir(folder))
         throw Failure{path, QStringLiteral("the folder cannot be made")};
 }

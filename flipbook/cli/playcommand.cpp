@@ -17,23 +17,35 @@ QString passesText(int passes)
     return passes == 1 ? QStringLiteral("once") : QStringLiteral("%1 times").arg(passes);
 }
 
+void printAt(qint64 ms, const QString &what)
+{
+    Console::print(QStringLiteral("%1 ms  %2").arg(ms, 7).arg(what));
+}
+
+QString frameText(AnimatedObject object, int index)
+{
+    return QStringLiteral("frame %1 of %2  %3")
+        .arg(index + 1)
+        .arg(object.frameCount())
+        .arg(object.frameName(index));
+}
+
+/// A single frame would be shown for ever, again and again.
+void showStill(AnimatedObject object)
+{
+    printAt(0, frameText(object, 0));
+    printAt(0, QStringLiteral("stopped: there is only one frame"));
+}
+
 void play(AnimatedObject object, int loops)
 {
     QElapsedTimer clock;
     QEventLoop loop;
     FrameWatcher watcher(object, loops);
-    const int count = object.frameCount();
-    QObject::connect(&watcher, &FrameWatcher::frameShown, &loop, [&](int index) {
-        Console::print(QStringLiteral("%1 ms  frame %2 of %3  %4")
-                           .arg(clock.elapsed(), 7)
-                           .arg(index + 1)
-                           .arg(count)
-                           .arg(object.frameName(index)));
-    });
+    QObject::connect(&watcher, &FrameWatcher::frameShown, &loop,
+                     [&](int index) { printAt(clock.elapsed(), frameText(object, index)); });
     QObject::connect(&watcher, &FrameWatcher::stopped, &loop, [&](int passes) {
-        Console::print(QStringLiteral("%1 ms  stopped after playing %2")
-                           .arg(clock.elapsed(), 7)
-                           .arg(passesText(passes)));
+        printAt(clock.elapsed(), QStringLiteral("stopped after playing ") + passesText(passes));
         loop.quit();
     });
     clock.start();
@@ -52,6 +64,10 @@ void run(const QCommandLineParser &line)
         throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
                                            "wanted here")};
     const AnimatedObject object(*opened.objects().constFirst());
+    if (object.frameCount() == 1) {
+        showStill(object);
+        return;
+    }
     if (object.intervalMs() <= 0)
         throw Failure{
             path,

@@ -205,8 +205,9 @@ void TestEditRefusals::wrongUsageIsToldBeforeAnythingIsRead_data()
     noNumber("--interval fast", "fast", "1");
     noNumber("--interval 0", "0", "1");
     noNumber("--interval -80", "-80", "1");
-    noNumber("--loops often", "often");
-    noNumber("--loops -1", "-1");
+    noNumber("--loops often", "often", "1");
+    noNumber("--loops -1", "-1", "1");
+    noNumber("--loops 0", "0", "1");
     row("--type tiled", "--type tiled: 'tiled' is neither 'normal' nor 'background'");
     row("--type Normal", "--type Normal: 'Normal' is neither 'normal' nor 'background'");
     row("--mirror=yes", "Unexpected value after '--mirror'.");

@@ -93,6 +93,25 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(path), whole);
     }
 
+    void aFolderMayBeNamedWithASlash()
+    {
+        const QTemporaryDir folder;
+        for (const char *name : {"plain", "slash/", "slashes///"}) {
+            const QString path = folder.filePath(QString::fromLatin1(name));
+            prepareOutputFolder(path);
+            QVERIFY2(QFileInfo(path).isDir(), name);
+            // And again, now that it is there.
+            prepareOutputFolder(path);
+        }
+        QString reason;
+        try {
+            prepareOutputFolder(folder.filePath(QStringLiteral("not/there/")));
+        } catch (const Failure &failure) {
+            reason = failure.reason;
+        }
+        QCOMPARE(reason, QStringLiteral("its folder does not exist"));
+    }
+
     void whatFitsIsWritten()
     {
         const QTemporaryDir folder;
