@@ -1,6 +1,9 @@
 #include "fuzz/fuzzing.h"
 
 #include "host/attributeids.h"
+#include "host/gdpage.h"
+#include "tests/support/request.h"
+#include "tests/support/stage.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -20,6 +23,61 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     return 0;
 }
 
+namespace
+{
+
+template<typename... Values>
+void send(CAnimatedImage &image, int id, const Values &...values)
+{
+    QDataStream stream(Request::packed(values...));
+    image.SetAttribute(id, stream, true);
+}
+
+/// What a view does with an object.
+void look(CAnimatedImage &image)
+{
+    QImage canvas(8, 8, QImage::Format_ARGB32);
+    QPainter painter(&canvas);
+    image.paint(&painter, nullptr, nullptr);
+    image.contains(QPointF(1, 1));
+    image.boundingRect();
+    image.getImageSize();
+    image.getPos();
+}
+
+/// The tile of a background has four times the size of the object.
+bool isPresentable(const CAnimatedImage &image)
+{
+    const QSizeF size = image.getSize();
+    constexpr double tileBytesPerPixel = 16.0;
+    return size.width() * size.height() * tileBytesPerPixel <= double(Fuzzing::maxMemory);
+}
+
+void step(CAnimatedImage &image)
+{
+    send(image, AttributeId::EnableTimer, false);
+    send(image, AttributeId::StartSteppedPlayback, false, false);
+    for (int tick = 0; tick < 3; ++tick)
+        send(image, AttributeId::SteppedTick);
+    look(image);
+    send(image, AttributeId::EnableTimer, true);
+}
+
+void present(CAnimatedImage &image)
+{
+    auto &document = dynamic_cast<StageDocument &>(*image.GetPage()->document());
+    send(image, AttributeId::EnterAlternateMode);
+    document.setAlternateMode(1);
+    look(image);
+    image.setPos(image.getPos() + QPointF(3, -2), true);
+    look(image);
+    step(image);
+    document.setAlternateMode(0);
+    send(image, AttributeId::LeaveAlternateMode);
+}
+
+} // namespace
+
 QByteArray Fuzzing::bytes(const uint8_t *data, size_t size)
 {
     return QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
@@ -37,12 +95,10 @@ QString Fuzzing::file(const uint8_t *data, size_t size, const QString &suffix)
 
 void Fuzzing::use(CAnimatedImage &image)
 {
-    QImage canvas(8, 8, QImage::Format_ARGB32);
-    QPainter painter(&canvas);
-    image.OnQPainterDraw(&painter);
-    image.shape();
-    image.boundingRect();
-    image.getImageSize();
+    look(image);
+    if (isPresentable(image))
+        present(image);
+    look(image);
 }
 
 void Fuzzing::require(bool holds, const char *what)

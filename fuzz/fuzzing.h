@@ -21,7 +21,9 @@ QByteArray bytes(const uint8_t *data, size_t size);
 /// Writes @p data to a file of this process alone and returns its path, which ends in @p suffix.
 QString file(const uint8_t *data, size_t size, const QString &suffix);
 
-/// Uses an object the way a host does: paints, presents, steps, measures and hit-tests it.
+/// Uses an object on the page of a Stage the way a host does: paints, measures and hit-tests it
+/// while it is edited and while it is presented, and steps it while it is presented. One whose
+/// tile as a background would be beyond maxMemory is not presented.
 void use(CAnimatedImage &image);
 
 /// Ends the process, with a message, when @p holds is false.
