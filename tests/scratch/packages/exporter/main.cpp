@@ -1,9 +1,10 @@
-/// export-packages samples|corpus FILMS OUT-FOLDER
+/// export-packages samples|corpus SAMPLES OUT-FOLDER
 ///
 /// Lets flipbook write Scratch packages, compares them with the objects that they were made of, and
 /// leaves each in OUT-FOLDER with the expectation that the Scratch client is to be asked with.
-/// FILMS is the folder with the samples, or any folder with GIFs. Status 1: something is not as it
-/// should be; 77: there is no such folder of GIFs, nothing was checked.
+/// SAMPLES is the folder with the samples; the films of the corpus are in the folder gif/ of the
+/// one that the variable CORPUS of the environment names. Status 1: something is not as it should
+/// be; 77: there is no corpus, nothing was checked.
 #include "flipbook/base/failure.h"
 #include "tests/scratch/packages/exporter/packagedocuments.h"
 #include "tests/scratch/packages/exporter/packagemaker.h"
@@ -140,13 +141,16 @@ void makeOfGap(PackageMaker &maker)
     makeBoth(maker, gap, QStringLiteral("gap"));
 }
 
-int makeOfCorpus(PackageMaker &maker, const QDir &corpus)
+int makeOfCorpus(PackageMaker &maker)
 {
-    const QFileInfoList gifs = gifsIn(corpus);
-    if (gifs.isEmpty()) {
-        std::fprintf(stderr, "*** SKIPPED, NOTHING CHECKED: there is no folder of further GIFs\n");
+    const QString corpus = qEnvironmentVariable("CORPUS");
+    if (corpus.isEmpty()) {
+        std::fprintf(stderr, "*** SKIPPED, NOTHING CHECKED: CORPUS names no folder of GIFs\n");
         return Skipped;
     }
+    const QFileInfoList gifs = gifsIn(QDir(corpus + QStringLiteral("/gif")));
+    if (gifs.isEmpty())
+        throw Failure{corpus, QStringLiteral("has no GIFs in gif/")};
     for (const QFileInfo &gif : gifs) {
         if (QMovie(gif.filePath()).frameCount() > mostCostumes)
             std::printf("left out: %s has more frames than Scratch holds well\n",
@@ -159,18 +163,18 @@ int makeOfCorpus(PackageMaker &maker, const QDir &corpus)
 
 int run(const QStringList &arguments)
 {
-    const QDir films(arguments.at(1));
+    const QDir samples(arguments.at(1));
     const QDir folder = emptiedFolder(arguments.at(2));
     const Plugin plugin(QStringLiteral(PLUGIN_FILE));
     PackageMaker maker(plugin, folder);
     int status = AllWell;
     if (arguments.at(0) == QLatin1String("corpus")) {
-        status = makeOfCorpus(maker, films);
+        status = makeOfCorpus(maker);
     } else {
-        makeOfSamples(maker, films);
-        makeOfPlaying(maker, films);
+        makeOfSamples(maker, samples);
+        makeOfPlaying(maker, samples);
         makeOfNames(maker, plugin);
-        makeOfPages(maker, plugin, films);
+        makeOfPages(maker, plugin, samples);
         makeOfGap(maker);
     }
     std::printf("%d packages are what their objects show\n", maker.count());
@@ -184,7 +188,7 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments().mid(1);
     if (arguments.size() != 3) {
-        std::fprintf(stderr, "usage: export-packages samples|corpus FILMS OUT-FOLDER\n");
+        std::fprintf(stderr, "usage: export-packages samples|corpus SAMPLES OUT-FOLDER\n");
         return WrongUsage;
     }
     try {
