@@ -83,21 +83,12 @@ QByteArray contentOf(QFile &file, const QString &path, const MemoryAccount &memo
     return file.read(size);
 }
 
-} // namespace
-
-PictureFacts examinePicture(QIODevice &device)
-{
-    const PictureFormat format = PictureFormat::of(device.peek(PictureFormat::StartLength));
-    return format.isKnown() ? factsOf(device, format) : PictureFacts();
-}
-
-QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory)
+QImage decoded(QFile &file, const QString &path, const MemoryAccount &memory)
 {
     QByteArray bytes = contentOf(file, path, memory);
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     const PictureFacts facts = examinePicture(buffer);
-    refuseForeign(path, facts.format);
     memory.require(facts.memory, path, QStringLiteral("the picture"));
     buffer.seek(0);
     QImageReader reader(&buffer);
@@ -110,6 +101,20 @@ QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory
     if (picture.isNull())
         throw Failure{path, QStringLiteral("the picture cannot be read: ") + reader.errorString()};
     return picture;
+}
+
+} // namespace
+
+PictureFacts examinePicture(QIODevice &device)
+{
+    const PictureFormat format = PictureFormat::of(device.peek(PictureFormat::StartLength));
+    return format.isKnown() ? factsOf(device, format) : PictureFacts();
+}
+
+QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory)
+{
+    refuseForeign(path, PictureFormat::of(file.peek(PictureFormat::StartLength)));
+    return decoded(file, path, memory);
 }
 
 QImage readPicture(const QString &path, Reading &reading)
@@ -125,7 +130,7 @@ void settleCopy(const QString &copy, const QString &path, const MemoryAccount &m
 
 QImage readCopy(const QString &copy, const QString &path, const MemoryAccount &memory)
 {
-    return readPicture(*opened(copy), path, memory);
+    return decoded(*opened(copy), path, memory);
 }
 
 QString copyPicture(const QString &path, Reading &reading, PrivateFolder &folder)
