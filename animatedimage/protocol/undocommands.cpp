@@ -69,7 +69,8 @@ void CAnimatedImageChangeCommand::setIntValue(int oldValue, int newValue)
 
 void CAnimatedImageChangeCommand::apply(bool boolValue, int intValue)
 {
-    if (!LiveObjects::holds(m_object))
+    // An object that is being destroyed is an animated image no more.
+    if (!m_object || !LiveObjects::holds(m_object))
         return;
     switch (m_type) {
     case CHANGE_SHIFT_INTERVAL:

@@ -4,6 +4,7 @@
 #include "host/undoredo.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QPointer>
 
 #include <functional>
 
@@ -63,7 +64,8 @@ private:
     void apply(bool boolValue, int intValue);
 
     ANIMATEDIMAGE_CHANGE_TYPE m_type;
-    CAnimatedImage *m_object;
+    /// Null after the end of the object, whose address may then be that of another.
+    QPointer<CAnimatedImage> m_object;
     bool m_oldBool = false;
     bool m_newBool = false;
     int m_oldInt = 0;

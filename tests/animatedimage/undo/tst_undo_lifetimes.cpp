@@ -9,7 +9,9 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
+#include <array>
 #include <memory>
+#include <new>
 
 namespace
 {
@@ -81,6 +83,7 @@ private Q_SLOTS:
     void theRealCommandsGoWithTheirDocument();
     void commandsForNoObjectMayStay();
     void afterTheEndOfItsObjectACommandDoesNothing();
+    void aChangeDoesNotReachAnotherObjectAtTheSameAddress();
     void anObjectMayEndWhileItsCommandRuns_data();
     void anObjectMayEndWhileItsCommandRuns();
 };
@@ -211,6 +214,24 @@ void TestUndoLifetimes::afterTheEndOfItsObjectACommandDoesNothing()
         stack().setIndex(3);
     }
     QCOMPARE(log.entries(), QStringList());
+}
+
+void TestUndoLifetimes::aChangeDoesNotReachAnotherObjectAtTheSameAddress()
+{
+    alignas(CAnimatedImage) std::array<unsigned char, sizeof(CAnimatedImage)> place;
+    auto *first = new (place.data()) CAnimatedImage(1, true, nullptr);
+    auto *change = new CAnimatedImageChangeCommand(first, CHANGE_SHIFT_INTERVAL);
+    change->setIntValue(70, 300);
+    CUndoRedo::GetInstance()->push(change);
+    QCOMPARE(AnimatedImageProbe(*first).shiftInterval(), 300);
+    first->~CAnimatedImage();
+
+    auto *second = new (place.data()) CAnimatedImage(2, true, nullptr);
+    stack().undo();
+    QCOMPARE(AnimatedImageProbe(*second).shiftInterval(), 200);
+    stack().redo();
+    QCOMPARE(AnimatedImageProbe(*second).shiftInterval(), 200);
+    second->~CAnimatedImage();
 }
 
 void TestUndoLifetimes::anObjectMayEndWhileItsCommandRuns_data()
