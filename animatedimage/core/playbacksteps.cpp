@@ -10,9 +10,7 @@ namespace PlaybackSteps
 namespace
 {
 
-constexpr int LoopForever = -1;
-
-// An endless film on a wall screen must not overflow its counter.
+/// Saturates: an animation may loop for years.
 int saturated(qint64 value)
 {
     return static_cast<int>(qMin<qint64>(value, std::numeric_limits<int>::max()));
@@ -23,32 +21,33 @@ bool mayRepeat(int loopsDone, int loopCount)
     return loopCount == LoopForever || loopsDone <= loopCount;
 }
 
-} // namespace
-
-Step afterTick(int index, int frameCount, int loopsDone, int loopCount)
+/// The step at the end of a pass.
+Step afterPass(const Progress &progress, const Animation &animation)
 {
-    if (index < frameCount - 1)
-        return {index + 1, loopsDone, false};
-
-    const int passes = saturated(qint64(loopsDone) + 1);
-    if (mayRepeat(passes, loopCount))
-        return {0, passes, false};
-    return {frameCount - 1, passes, true};
+    if (mayRepeat(progress.loopsDone, animation.loopCount))
+        return {0, progress, false};
+    return {animation.frameCount - 1, progress, true};
 }
 
-HostStep afterHostTick(int elapsedMs, int intervalMs, int frameCount, int loopsDone, int loopCount)
-{
-    const qint64 elapsed = qint64(elapsedMs) + HostTickMs;
-    const qint64 frame = elapsed / intervalMs;
-    if (frame < frameCount)
-        return {static_cast<int>(frame), saturated(elapsed), loopsDone, false};
+} // namespace
 
-    const qint64 passMs = qint64(intervalMs) * frameCount;
-    const int passes = saturated(loopsDone + elapsed / passMs);
-    const int rest = static_cast<int>(elapsed % passMs);
-    if (mayRepeat(passes, loopCount))
-        return {0, rest, passes, false};
-    return {frameCount - 1, rest, passes, true};
+Step afterTick(int index, const Progress &progress, const Animation &animation)
+{
+    if (index < animation.frameCount - 1)
+        return {index + 1, progress, false};
+    return afterPass({saturated(qint64(progress.loopsDone) + 1), progress.elapsedMs}, animation);
+}
+
+Step afterHostTick(const Progress &progress, const Animation &animation)
+{
+    const qint64 elapsed = qint64(progress.elapsedMs) + HostTickMs;
+    const qint64 frame = elapsed / animation.intervalMs;
+    if (frame < animation.frameCount)
+        return {static_cast<int>(frame), {progress.loopsDone, saturated(elapsed)}, false};
+
+    const qint64 passMs = qint64(animation.intervalMs) * animation.frameCount;
+    const int passes = saturated(progress.loopsDone + elapsed / passMs);
+    return afterPass({passes, static_cast<int>(elapsed % passMs)}, animation);
 }
 
 } // namespace PlaybackSteps

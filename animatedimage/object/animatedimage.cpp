@@ -1,8 +1,11 @@
 #include "animatedimage/object/animatedimage.h"
+#include "animatedimage/core/framelist.h"
+#include "animatedimage/core/jsonkeys.h"
 #include "animatedimage/object/liveobjects.h"
 #include "host/framework.h"
 #include "host/gddocument.h"
 #include "host/gdpage.h"
+#include "host/notificationcodes.h"
 
 #include <QtCore/QTimer>
 
@@ -66,7 +69,6 @@ QSize CAnimatedImage::getImageSize()
     return isFrame(m_runningIndex) ? m_portraits.at(m_runningIndex).image.size() : QSize(0, 0);
 }
 
-/// Refreshes the cached document: that of the page, or, on no page, the one that was known last.
 void CAnimatedImage::getBelongDoc()
 {
     if (const IGdPage *page = GetPage())
@@ -77,7 +79,7 @@ void CAnimatedImage::getBelongDoc()
 
 bool CAnimatedImage::isFrame(int index) const
 {
-    return index >= 0 && index < m_portraits.size();
+    return FrameList::holds(m_portraits.size(), index);
 }
 
 bool CAnimatedImage::isBackgroundType() const
@@ -85,14 +87,23 @@ bool CAnimatedImage::isBackgroundType() const
     return m_animatedType == BackgroundType;
 }
 
-/// Judged by the document as cached.
 bool CAnimatedImage::isAlternateMode() const
 {
     return m_belongDoc && m_belongDoc->alternateMode() != 0;
 }
 
-/// The user's name for the object.
-QString CAnimatedImage::objectName() const
+QString CAnimatedImage::nameOnPage() const
 {
-    return getOtherParams(QStringLiteral("object_name")).toString();
+    return getOtherParams(JsonKey::objectName).toString();
+}
+
+void CAnimatedImage::addFrames(const QList<CAnimatedPortrait> &frames)
+{
+    m_portraits += frames;
+    m_regions.noteNewFrames();
+}
+
+bool CAnimatedImage::notifyShownContent()
+{
+    return outlives([this] { notifyObjPropertyChanged(PropertyChange::ShownContent, QString()); });
 }

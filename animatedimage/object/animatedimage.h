@@ -3,14 +3,15 @@
 #include "animatedimage/animatedimageglobal.h"
 #include "animatedimage/core/animatedportrait.h"
 #include "animatedimage/core/frameregions.h"
+#include "animatedimage/core/playbacksteps.h"
 #include "host/baseobject.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QList>
 #include <QtCore/QPair>
+#include <QtCore/QPointer>
 
 class IGdDocument;
-class QImageReader;
 class QTimer;
 
 /// Frame names with their pictures, in frame order.
@@ -34,7 +35,7 @@ public:
     /// number is the normal type.
     static constexpr int BackgroundType = 1;
     /// A loop count that never ends.
-    static constexpr int LoopForever = -1;
+    static constexpr int LoopForever = PlaybackSteps::LoopForever;
 
     /// A stopped object without frames. @p objectId, @p editable and @p parent as CBaseObject
     /// takes them; the object begins on no page.
@@ -174,119 +175,81 @@ public:
     /// changes nothing.
     void loadFromGifFile(const QString &fileName, QIODevice *device);
 
+    // Belonging.
+
+    /// Refreshes the document that the object remembers: that of its page; on no page the one
+    /// known last, or else the framework's default document.
+    void getBelongDoc();
+
 private Q_SLOTS:
+    /// One step of playback, at each tick of the timer.
     void onShiftTimeout();
 
 private:
     friend class AnimatedImageProbe;
 
-    void getBelongDoc();
-    bool isFrame(int index) const;
-    bool isBackgroundType() const;
-    bool isAlternateMode() const;
-    QString objectName() const;
+    // The helpers of one subject each, defined beside its sources. Nothing of them is exported.
+    struct Q_DECL_HIDDEN Playback;      // object/playback.h
+    struct Q_DECL_HIDDEN Import;        // object/import.h
+    struct Q_DECL_HIDDEN SavedForm;     // object/savedform.h
+    struct Q_DECL_HIDDEN Requests;      // protocol/requests.h
+    struct Q_DECL_HIDDEN UndoableEdits; // protocol/undoableedits.cpp
+    struct Q_DECL_HIDDEN Attributes;    // protocol/attributes.cpp
 
-    // playback.cpp
-    void restartTimer();
-    void showStep(int index);
-    void scaleFramesLike(int index);
-    void refreshShownFrame();
-    static void postSetting(const QString &id, const QJsonValue &value);
+    Q_DECL_HIDDEN bool isFrame(int index) const;
+    Q_DECL_HIDDEN bool isBackgroundType() const;
+    /// Judged by the document as cached.
+    Q_DECL_HIDDEN bool isAlternateMode() const;
+    /// The user's name for the object.
+    Q_DECL_HIDDEN QString nameOnPage() const;
 
-    // painting.cpp
-    void drawBackground(QPainter *painter) const;
-    QRectF visibleRect();
+    /// Appends frames that are not measured yet.
+    Q_DECL_HIDDEN void addFrames(const QList<CAnimatedPortrait> &frames);
+
+    /// Takes a step in which the host may release the object. False when it has done so: nothing
+    /// of the object may be touched then.
+    template<typename Step>
+    [[nodiscard]] bool outlives(const Step &step)
+    {
+        const QPointer<CAnimatedImage> self(this);
+        step();
+        return !self.isNull();
+    }
+    /// Tells the host that the object shows something else. False when that was its end.
+    [[nodiscard]] Q_DECL_HIDDEN bool notifyShownContent();
+
+    /// The part of the object that lies on its page, in item coordinates; all of it without a page.
+    Q_DECL_HIDDEN QRectF visibleRect();
+    Q_DECL_HIDDEN void followMirrorOrFlip();
 
     // shape.cpp
-    FrameRegions::View view() const;
-    void measureOnce(int index);
-    void addHandles(QPainterPath &path) const;
+    Q_DECL_HIDDEN FrameRegions::View view() const;
+    Q_DECL_HIDDEN void measureOnce(int index);
+    Q_DECL_HIDDEN void addHandles(QPainterPath &path) const;
 
-    // geometry.cpp
-    void followObjectSize();
-    void followMirrorOrFlip();
-
-    // gifimport.cpp, folderimport.cpp
-    void importGif(const QString &fileName, QImageReader &probe);
-    void readFrameFolder(const QString &path);
-    void readFolderSettings(const QJsonObject &config);
-    void sizeToFirstFrame(bool notify);
-
-    // otherparams.cpp
-    struct SavedFrames;
-    QList<QImage> storeOtherParams();
-    SavedFrames restoreOtherParams();
-    void rebuildFrames(const SavedFrames &saved);
-    void finishLoading();
-    void finishTakingOver();
-
-    // attributes.cpp
-    void saveEditingState();
-    void restoreEditingState();
-    void setTimerEnabled(bool enabled);
-    void restartPlayback();
-    void startSteppedPlayback(bool resume);
-    void steppedTick();
-
-    // specialproperties.cpp
-    void stop();
-    void showFrame(int index);
-    void showFrameAndNotify(int index);
-    void stopAndStep(int step);
-    void stopAndShowAt(QDataStream &stream);
-    void stopAndShowNamed(QDataStream &stream);
-    void playOrStop(QDataStream &stream);
-    void answerFrameName(QDataStream &stream) const;
-    void answerFrameImage(QDataStream &stream) const;
-    void answerThumbnails(QDataStream &stream) const;
-    ThumbnailList thumbnails() const;
-    QString frameName(int index) const;
-
-    // frameediting.cpp
-    void renameFrame(QDataStream &stream);
-    void replaceFrameImage(QDataStream &stream);
-    void deleteFrame(QDataStream &stream);
-    void moveFrame(QDataStream &stream);
-
-    // frameinsertion.cpp
-    void insertBlankFrame(QDataStream &stream);
-    void duplicateFrame(QDataStream &stream);
-    void insertImageFile(QDataStream &stream);
-    void insertAfter(int index, const CAnimatedPortrait &frame, QDataStream &stream);
-    QString numberedObjectName() const;
-
-    // undoableedits.cpp
-    void replaceAllFrames(QDataStream &stream);
-    void setFrameList(const QList<CAnimatedPortrait> &frames);
-    void changeAnimatedType(QDataStream &stream);
-    void pushAnimatedType(int oldType, int newType);
-    void applyAnimatedType(int type);
-
-    // copying.cpp
-    void copyFrom(QDataStream &stream);
-    void takeOver(CAnimatedImage &other);
-
-    IGdDocument *m_belongDoc;
-    QTimer *m_shiftTimer;
-    QList<CAnimatedPortrait> m_portraits;
-    bool m_isRunning;
-    int m_runningIndex;
-    int m_loopsDone;
-    int m_shiftInterval;
-    bool m_keepRatio;
-    bool m_mirror;
-    bool m_flip;
-    int m_loopCount;
-    bool m_playEnabled;
-    bool m_wasRunning;
-    int m_elapsedMs;
-    int m_animatedType;
-    QRectF m_bgRect;
-    QImage m_bgImage;
-    QPointF m_bgPos;
-    bool m_savedRunning;
-    int m_savedIndex;
-    double m_handleSize;
-    QList<QSizeF> m_savedFrameSizes;
-    mutable FrameRegions m_regions; ///< shape() works out what it is asked for
+    // The fields, in the order in which hosts know them. "Settings" are the user's, saved with the
+    // object; "edits" are special properties.
+    IGdDocument *m_belongDoc; ///< as found last, not owned; written by getBelongDoc() alone
+    QTimer *m_shiftTimer;     ///< the frame timer, a child; its interval is that of the last start
+    QList<CAnimatedPortrait> m_portraits; ///< in play order; written by imports, loading, edits
+    bool m_isRunning;                     ///< playback is on; playImage() and the host's steps
+    int m_runningIndex;  ///< the frame shown, from 0; may lie outside the list after loading
+    int m_loopsDone;     ///< passes completed since play started; the ticks count
+    int m_shiftInterval; ///< ms for each frame, a setting; 0 or less does not tick
+    bool m_keepRatio;    ///< whether the host's resizing keeps proportions, a setting
+    bool m_mirror;       ///< a saved value alone: what is painted is the base's m_mirrored
+    bool m_flip;         ///< a saved value alone: what is painted is the base's m_flipped
+    int m_loopCount;     ///< passes after the first, a setting; LoopForever never ends
+    bool m_playEnabled;  ///< ticks advance frames; off while the host plays (attribute 2704)
+    bool m_wasRunning;   ///< m_isRunning when m_playEnabled was last turned off
+    int m_elapsedMs;     ///< ms counted by the host's ticks since the pass began (attribute 2705)
+    int m_animatedType;  ///< BackgroundType, or any other number for the normal type
+    QRectF m_bgRect;     ///< the part on the page, item coordinates; regenBGImage(), attribute 2804
+    QImage m_bgImage;    ///< the frame at the object's size, 2 x 2 times; generateBGImage()
+    QPointF m_bgPos;     ///< where the pattern was moved to, in units; setPos() while presented
+    bool m_savedRunning; ///< m_isRunning at the last attribute 2804
+    int m_savedIndex;    ///< m_runningIndex at the last attribute 2804
+    double m_handleSize; ///< side of the host's handles in units, at construction and at 2805
+    QList<QSizeF> m_savedFrameSizes; ///< display sizes of all frames at the last attribute 2804
+    mutable FrameRegions m_regions;  ///< of all frames; shape() works out what it is asked for
 };

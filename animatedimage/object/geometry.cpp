@@ -1,7 +1,6 @@
+#include "animatedimage/core/framelist.h"
 #include "animatedimage/object/animatedimage.h"
 #include "host/notificationcodes.h"
-
-#include <QtCore/QPointer>
 
 namespace
 {
@@ -13,20 +12,12 @@ constexpr int movedByHost = 2;
 
 void CAnimatedImage::setSize(QSizeF size, bool keepCenter, bool notify)
 {
-    const QPointer<CAnimatedImage> self(this);
-    CBaseObject::setSize(size, keepCenter, notify);
-    if (!self)
+    if (!outlives([&] { CBaseObject::setSize(size, keepCenter, notify); }))
         return;
     updateRegion(false);
+    // A background has one size for all its frames: that of the object.
     if (isBackgroundType())
-        followObjectSize();
-}
-
-/// A background has one size for all its frames: that of the object.
-void CAnimatedImage::followObjectSize()
-{
-    for (CAnimatedPortrait &frame : m_portraits)
-        frame.size = m_rect.size();
+        FrameList::resize(m_portraits, m_rect.size());
 }
 
 void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, double angle,
@@ -34,7 +25,7 @@ void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, dou
 {
     CGDRootObject::setCenterPos(center, size, angle, update);
     if (isBackgroundType()) {
-        followObjectSize();
+        FrameList::resize(m_portraits, m_rect.size());
         regenBGImage();
     }
     if (update) {
@@ -60,17 +51,13 @@ void CAnimatedImage::setPos(QPointF pos, bool notify)
 
 void CAnimatedImage::setMirror(bool mirror, bool notify)
 {
-    const QPointer<CAnimatedImage> self(this);
-    CGDRootObject::setMirror(mirror, notify);
-    if (self)
+    if (outlives([=] { CGDRootObject::setMirror(mirror, notify); }))
         followMirrorOrFlip();
 }
 
 void CAnimatedImage::setFlip(bool flip, bool notify)
 {
-    const QPointer<CAnimatedImage> self(this);
-    CGDRootObject::setFlip(flip, notify);
-    if (self)
+    if (outlives([=] { CGDRootObject::setFlip(flip, notify); }))
         followMirrorOrFlip();
 }
 

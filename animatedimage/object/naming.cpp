@@ -1,13 +1,10 @@
-#include "animatedimage/core/framenames.h"
+#include "animatedimage/core/framelist.h"
 #include "animatedimage/core/thumbnail.h"
 #include "animatedimage/object/animatedimage.h"
 
 QString CAnimatedImage::generatePortraitName(const QString &baseText, bool stemAllowed) const
 {
-    QSet<QString> taken;
-    for (const CAnimatedPortrait &frame : m_portraits)
-        taken.insert(frame.name);
-    return FrameNames::firstFree(baseText, stemAllowed, taken);
+    return FrameList::freeName(m_portraits, baseText, stemAllowed);
 }
 
 void CAnimatedImage::GetAllThumbnail(bool fullSize, ThumbnailList &out) const

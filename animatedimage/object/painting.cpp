@@ -16,6 +16,17 @@ bool isFinite(const QRectF &rect)
            std::isfinite(rect.height());
 }
 
+/// Paints @p part of a pattern of tiles that was moved to @p position.
+void paintPattern(QPainter &painter, const QRectF &part, const QPointF &position,
+                  const QImage &tile)
+{
+    const double x = BackgroundTile::wrappedOffset(part.x() - position.x(), tile.width() / 2);
+    const double y = BackgroundTile::wrappedOffset(part.y() - position.y(), tile.height() / 2);
+    // A damaged document may hold any rectangle; the painter must not be asked for an endless one.
+    if (isFinite(part) && std::isfinite(x) && std::isfinite(y))
+        BackgroundTile::paint(painter, part, tile, QPointF(x, y));
+}
+
 } // namespace
 
 void CAnimatedImage::OnQPainterDraw(QPainter *painter)
@@ -29,24 +40,13 @@ void CAnimatedImage::OnQPainterDraw(QPainter *painter)
     if (!m_belongDoc)
         getBelongDoc();
     if (isAlternateMode() && isBackgroundType()) {
-        drawBackground(painter);
+        paintPattern(*painter, m_bgRect, m_bgPos, m_bgImage);
         return;
     }
     if (!isFrame(m_runningIndex))
         return;
     const QImage &image = m_portraits.at(m_runningIndex).image;
     painter->drawImage(m_rect, image, QRectF(QPointF(0.0, 0.0), QSizeF(image.size())));
-}
-
-void CAnimatedImage::drawBackground(QPainter *painter) const
-{
-    const double x =
-        BackgroundTile::wrappedOffset(m_bgRect.x() - m_bgPos.x(), m_bgImage.width() / 2);
-    const double y =
-        BackgroundTile::wrappedOffset(m_bgRect.y() - m_bgPos.y(), m_bgImage.height() / 2);
-    // A damaged document may hold any rectangle; the painter must not be asked for an endless one.
-    if (isFinite(m_bgRect) && std::isfinite(x) && std::isfinite(y))
-        BackgroundTile::paint(*painter, m_bgRect, m_bgImage, QPointF(x, y));
 }
 
 QRectF CAnimatedImage::boundingRect() const
@@ -67,7 +67,6 @@ void CAnimatedImage::regenBGImage()
     generateBGImage(m_runningIndex);
 }
 
-/// The part of the object that lies on its page, in item coordinates; all of it without a page.
 QRectF CAnimatedImage::visibleRect()
 {
     const QSizeF size = getSize();

@@ -1,138 +1,102 @@
-#include "animatedimage/core/playbacksteps.h"
-#include "animatedimage/object/animatedimage.h"
+#include "animatedimage/object/playback.h"
+#include "animatedimage/core/framelist.h"
+#include "animatedimage/core/jsonkeys.h"
 #include "host/framework.h"
 #include "host/notificationcodes.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QPointer>
 #include <QtCore/QTimer>
+
+namespace
+{
+
+/// The rotation type of an object that turns freely; any other keeps its direction.
+constexpr int TurnsFreely = 2;
+
+void postSetting(const QString &id, const QJsonValue &value)
+{
+    const QJsonObject setting{{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};
+    const QJsonObject message{{QStringLiteral("settings"), QJsonArray{setting}}};
+    const QByteArray text = QJsonDocument(message).toJson();
+    GetFramework()->notifier()->post(MessageId::SettingValues, 0,
+                                     QString::fromLatin1(text.constData()), -1);
+}
+
+} // namespace
 
 void CAnimatedImage::playImage(bool run)
 {
-    const QPointer<CAnimatedImage> self(this);
     if (run != m_isRunning) {
         if (run)
             m_loopsDone = 0;
         else
             m_shiftTimer->stop();
-        setCurrentIndex(0);
-        if (!self)
+        if (!outlives([this] { setCurrentIndex(0); }))
             return;
         if (run)
-            restartTimer();
+            Playback{*this}.restartTimer();
         m_isRunning = run;
-        notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
-        if (!self)
+        if (!notifyShownContent())
             return;
     }
     notifyPlayStatus();
-}
-
-/// Ticks at the present interval from now on; an interval of nothing does not tick.
-void CAnimatedImage::restartTimer()
-{
-    m_shiftTimer->stop();
-    if (m_shiftInterval > 0)
-        m_shiftTimer->start(m_shiftInterval);
 }
 
 void CAnimatedImage::onShiftTimeout()
 {
     if (!m_playEnabled || !m_isRunning)
         return;
-    const QPointer<CAnimatedImage> self(this);
+    const Playback playback{*this};
     const PlaybackSteps::Step step =
-        PlaybackSteps::afterTick(m_runningIndex, m_portraits.size(), m_loopsDone, m_loopCount);
-    m_loopsDone = step.loopsDone;
-    if (step.finished) {
-        // Stopping rewinds to the first frame; showing the step afterwards rests on the last one.
-        playImage(false);
-        if (!self)
-            return;
-    }
-    showStep(step.index);
-    if (self)
-        notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
-}
-
-/// Shows the frame of a step of playback: the background type redraws its tile instead of
-/// resizing the object.
-void CAnimatedImage::showStep(int index)
-{
-    if (m_portraits.isEmpty())
+        PlaybackSteps::afterTick(m_runningIndex, playback.progress(), playback.animation());
+    m_loopsDone = step.progress.loopsDone;
+    // Stopping rewinds to the first frame; showing the step afterwards rests on the last one.
+    if (step.finished && !outlives([this] { playImage(false); }))
         return;
-    if (isBackgroundType()) {
-        m_runningIndex = index;
-        generateBGImage(index);
-    } else {
-        setCurrentIndex(index);
-    }
+    if (playback.showFrame(step.index))
+        notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
 }
 
 void CAnimatedImage::setCurrentIndex(int index)
 {
+    const Playback playback{*this};
     if (isBackgroundType()) {
         m_runningIndex = index;
-        refreshShownFrame();
+        (void)playback.refreshShownFrame();
         return;
     }
     if (m_portraits.isEmpty())
         return;
-    const int shown = qBound(0, index, m_portraits.size() - 1);
+    const int shown = FrameList::clamped(index, m_portraits.size());
     if (shown == m_runningIndex)
         return;
 
     const int previous = m_runningIndex;
     m_runningIndex = shown;
     if (isFrame(previous))
-        scaleFramesLike(previous);
+        FrameList::scaleLike(m_portraits, previous, m_rect.size());
 
     const QSizeF size = m_portraits.at(shown).size;
     const QPointF center = GetGraphicsItemPtr()->mapToScene(getClientRect().center());
     // Only an object that turns freely keeps its angle from frame to frame. The direction of any
     // other is asked for and not used.
-    constexpr int turnsFreely = 2;
     double angle = 0.0;
-    if (getKTRotateType() == turnsFreely)
+    if (getKTRotateType() == TurnsFreely)
         angle = getRotate();
     else
         getKTRotateDegree();
 
-    const QPointer<CAnimatedImage> self(this);
-    setCenterPos(center, size, angle, true);
-    if (self)
-        refreshShownFrame();
-    if (self)
-        notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
-}
-
-/// Gives every frame the scale that the user gave to the frame @p index by resizing the object.
-void CAnimatedImage::scaleFramesLike(int index)
-{
-    const QSize pixels = m_portraits.at(index).image.size();
-    if (pixels.isEmpty())
+    if (!outlives([&] { setCenterPos(center, size, angle, true); }))
         return;
-    const QSizeF object = m_rect.size();
-    for (CAnimatedPortrait &frame : m_portraits) {
-        frame.size = QSizeF(frame.image.width() * object.width() / pixels.width(),
-                            frame.image.height() * object.height() / pixels.height());
-    }
-}
-
-void CAnimatedImage::refreshShownFrame()
-{
-    const QPointer<CAnimatedImage> self(this);
-    updateRegion(m_runningIndex, false);
-    updateAfterObjRectChanged(GetGraphicsItemPtr(), true);
-    if (self && m_hasLayerEffects)
-        clearLayerEffectCache(ClearLayerEffectCacheReason::ContentChanged);
+    if (playback.refreshShownFrame())
+        notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
 }
 
 void CAnimatedImage::setShiftInterval(int ms)
 {
     m_shiftInterval = ms;
-    restartTimer();
+    Playback{*this}.restartTimer();
 }
 
 void CAnimatedImage::setKeepRatio(bool keepRatio)
@@ -149,19 +113,60 @@ void CAnimatedImage::notifyPlayStatus()
 {
     const QString running = m_isRunning ? QStringLiteral("true") : QStringLiteral("false");
     qDebug("notifyPlayStatus = %s", qPrintable(running));
-    postSetting(QStringLiteral("idImagePlay"), running);
+    postSetting(SettingId::play, running);
 }
 
 void CAnimatedImage::notifyAnimatedType()
 {
-    postSetting(QStringLiteral("idAnimatedType"), m_animatedType);
+    postSetting(SettingId::animatedType, m_animatedType);
 }
 
-void CAnimatedImage::postSetting(const QString &id, const QJsonValue &value)
+void CAnimatedImage::Playback::restartTimer() const
 {
-    const QJsonObject setting{{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};
-    const QJsonObject message{{QStringLiteral("settings"), QJsonArray{setting}}};
-    const QByteArray text = QJsonDocument(message).toJson();
-    GetFramework()->notifier()->post(MessageId::SettingValues, 0,
-                                     QString::fromLatin1(text.constData()), -1);
+    object.m_shiftTimer->stop();
+    if (object.m_shiftInterval > 0)
+        object.m_shiftTimer->start(object.m_shiftInterval);
+}
+
+bool CAnimatedImage::Playback::stop() const
+{
+    return !object.m_isRunning || object.outlives([this] { object.playImage(false); });
+}
+
+bool CAnimatedImage::Playback::restart() const
+{
+    return object.outlives([this] { object.playImage(false); }) &&
+           object.outlives([this] { object.playImage(true); });
+}
+
+bool CAnimatedImage::Playback::showFrame(int index) const
+{
+    if (object.m_portraits.isEmpty())
+        return true;
+    if (!object.isBackgroundType())
+        return object.outlives([this, index] { object.setCurrentIndex(index); });
+    object.m_runningIndex = index;
+    object.generateBGImage(index);
+    return true;
+}
+
+bool CAnimatedImage::Playback::refreshShownFrame() const
+{
+    object.updateRegion(object.m_runningIndex, false);
+    if (!object.outlives(
+            [this] { object.updateAfterObjRectChanged(object.GetGraphicsItemPtr(), true); }))
+        return false;
+    if (object.m_hasLayerEffects)
+        object.clearLayerEffectCache(ClearLayerEffectCacheReason::ContentChanged);
+    return true;
+}
+
+PlaybackSteps::Animation CAnimatedImage::Playback::animation() const
+{
+    return {object.m_portraits.size(), object.m_loopCount, object.m_shiftInterval};
+}
+
+PlaybackSteps::Progress CAnimatedImage::Playback::progress() const
+{
+    return {object.m_loopsDone, object.m_elapsedMs};
 }

@@ -1,13 +1,12 @@
 #include "animatedimage/core/picturestream.h"
-#include "animatedimage/object/animatedimage.h"
-#include "animatedimage/object/savedframes.h"
+#include "animatedimage/object/savedform.h"
 #include "host/gddocument.h"
 
 #include <QtCore/QDataStream>
 
 bool CAnimatedImage::save(QDataStream &stream)
 {
-    QList<QImage> images = storeOtherParams();
+    QList<QImage> images = SavedForm{*this}.storeOtherParams();
     CBaseObject::save(stream);
     getBelongDoc();
 
@@ -30,7 +29,7 @@ bool CAnimatedImage::save(QDataStream &stream)
 bool CAnimatedImage::load(QDataStream &stream)
 {
     CBaseObject::load(stream);
-    SavedFrames saved = restoreOtherParams();
+    SavedForm::Frames saved = SavedForm{*this}.restoreOtherParams();
     getBelongDoc();
 
     bool isGifReference = false;
@@ -58,7 +57,6 @@ bool CAnimatedImage::load(QDataStream &stream)
 
     if (isGifReference)
         loadFromGifFile(gifPath);
-    rebuildFrames(saved);
-    finishLoading();
+    SavedForm{*this}.finishLoading(saved);
     return true;
 }

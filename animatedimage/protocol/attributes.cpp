@@ -1,18 +1,29 @@
-#include "animatedimage/core/playbacksteps.h"
-#include "animatedimage/object/animatedimage.h"
-#include "animatedimage/protocol/requests.h"
+#include "animatedimage/core/framelist.h"
+#include "animatedimage/object/playback.h"
+#include "animatedimage/protocol/requeststream.h"
 #include "host/attributeids.h"
 #include "host/notificationcodes.h"
 
-#include <QtCore/QPointer>
+/// What the attributes do.
+struct CAnimatedImage::Attributes {
+    /// Remembers what editing shows, and works out what a presentation will show of a background.
+    void saveEditingState() const;
+    void restoreEditingState() const;
+    void setTimerEnabled(bool enabled) const;
+    void startSteppedPlayback(bool resume) const;
+    void steppedTick() const;
+
+    CAnimatedImage &object;
+};
 
 bool CAnimatedImage::SetAttribute(int id, QDataStream &stream, bool flag)
 {
+    const Attributes attributes{*this};
     if (CGDRootObject::SetAttribute(id, stream, flag)) {
         if (id == AttributeId::EnterAlternateMode)
-            saveEditingState();
+            attributes.saveEditingState();
         else if (id == AttributeId::LeaveAlternateMode)
-            restoreEditingState();
+            attributes.restoreEditingState();
         return true;
     }
 
@@ -20,117 +31,98 @@ bool CAnimatedImage::SetAttribute(int id, QDataStream &stream, bool flag)
     bool second = false;
     switch (id) {
     case AttributeId::StartSteppedPlayback:
-        if (Requests::read(stream, first, second))
-            startSteppedPlayback(second);
+        if (RequestStream::read(stream, first, second))
+            attributes.startSteppedPlayback(second);
         return true;
     case AttributeId::EnableTimer:
-        if (Requests::read(stream, first))
-            setTimerEnabled(first);
+        if (RequestStream::read(stream, first))
+            attributes.setTimerEnabled(first);
         return true;
     case AttributeId::SteppedTick:
-        steppedTick();
+        attributes.steppedTick();
         return true;
     default:
         return false;
     }
 }
 
-/// Remembers what editing shows, and works out what a presentation will show of a background.
-void CAnimatedImage::saveEditingState()
+void CAnimatedImage::Attributes::saveEditingState() const
 {
-    m_bgRect = visibleRect();
-    m_savedIndex = m_runningIndex;
-    m_savedFrameSizes.clear();
-    for (const CAnimatedPortrait &frame : qAsConst(m_portraits))
-        m_savedFrameSizes.append(frame.size);
-    if (isBackgroundType()) {
-        m_bgPos = QPointF(0.0, 0.0);
-        generateBGImage(m_savedIndex);
+    object.m_bgRect = object.visibleRect();
+    object.m_savedIndex = object.m_runningIndex;
+    object.m_savedFrameSizes = FrameList::sizes(object.m_portraits);
+    if (object.isBackgroundType()) {
+        object.m_bgPos = QPointF(0.0, 0.0);
+        object.generateBGImage(object.m_savedIndex);
     } else {
-        m_bgImage = QImage();
+        object.m_bgImage = QImage();
     }
-    m_savedRunning = m_isRunning;
+    object.m_savedRunning = object.m_isRunning;
 }
 
-void CAnimatedImage::restoreEditingState()
+void CAnimatedImage::Attributes::restoreEditingState() const
 {
-    m_handleSize = getHandleSize();
-    const QPointer<CAnimatedImage> self(this);
-    if (isFrame(m_savedIndex)) {
-        // Sizes of frames that came or went meanwhile cannot be told apart: all stay.
-        if (m_savedFrameSizes.size() == m_portraits.size()) {
-            for (int i = 0; i < m_portraits.size(); ++i)
-                m_portraits[i].size = m_savedFrameSizes.at(i);
-        }
-        m_runningIndex = m_savedIndex;
-        measureOnce(m_savedIndex);
-        if (isBackgroundType())
-            generateBGImage(m_savedIndex);
-        notifyObjPropertyChanged(PropertyChange::GeometryRestored, QString());
-    }
-    if (self)
-        playImage(m_savedRunning);
-}
-
-void CAnimatedImage::setTimerEnabled(bool enabled)
-{
-    m_playEnabled = enabled;
-    if (!enabled) {
-        m_wasRunning = m_isRunning;
-        return;
-    }
-    if (m_wasRunning)
-        restartPlayback();
-}
-
-/// Begins again at the first frame.
-void CAnimatedImage::restartPlayback()
-{
-    const QPointer<CAnimatedImage> self(this);
-    playImage(false);
-    if (self)
-        playImage(true);
-}
-
-void CAnimatedImage::startSteppedPlayback(bool resume)
-{
-    const QPointer<CAnimatedImage> self(this);
-    if (resume) {
-        if (!m_wasRunning)
+    object.m_handleSize = object.getHandleSize();
+    const int index = object.m_savedIndex;
+    if (object.isFrame(index)) {
+        FrameList::restoreSizes(object.m_portraits, object.m_savedFrameSizes);
+        object.m_runningIndex = index;
+        object.measureOnce(index);
+        if (object.isBackgroundType())
+            object.generateBGImage(index);
+        const bool isAlive = object.outlives([this] {
+            object.notifyObjPropertyChanged(PropertyChange::GeometryRestored, QString());
+        });
+        if (!isAlive)
             return;
-        stop();
-        if (self)
-            m_isRunning = true;
-        return;
     }
-    if (m_playEnabled) {
-        if (m_isRunning)
-            restartPlayback();
-        return;
-    }
-    stop();
-    if (!self)
-        return;
-    m_isRunning = true;
-    setCurrentIndex(0);
-    if (!self)
-        return;
-    m_elapsedMs = 0;
-    notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
+    object.playImage(object.m_savedRunning);
 }
 
-void CAnimatedImage::steppedTick()
+void CAnimatedImage::Attributes::setTimerEnabled(bool enabled) const
 {
-    const QPointer<CAnimatedImage> self(this);
-    if (m_isRunning && m_shiftInterval > 0 && !m_portraits.isEmpty()) {
-        const PlaybackSteps::HostStep step = PlaybackSteps::afterHostTick(
-            m_elapsedMs, m_shiftInterval, m_portraits.size(), m_loopsDone, m_loopCount);
-        m_elapsedMs = step.elapsedMs;
-        m_loopsDone = step.loopsDone;
-        if (step.finished)
-            m_isRunning = false;
-        showStep(step.index);
+    object.m_playEnabled = enabled;
+    if (!enabled)
+        object.m_wasRunning = object.m_isRunning;
+    else if (object.m_wasRunning)
+        (void)Playback{object}.restart();
+}
+
+void CAnimatedImage::Attributes::startSteppedPlayback(bool resume) const
+{
+    const Playback playback{object};
+    if (resume) {
+        if (object.m_wasRunning && playback.stop())
+            object.m_isRunning = true;
+        return;
     }
-    if (self)
-        notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
+    if (object.m_playEnabled) {
+        if (object.m_isRunning)
+            (void)playback.restart();
+        return;
+    }
+    if (!playback.stop())
+        return;
+    object.m_isRunning = true;
+    if (!object.outlives([this] { object.setCurrentIndex(0); }))
+        return;
+    object.m_elapsedMs = 0;
+    object.notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
+}
+
+void CAnimatedImage::Attributes::steppedTick() const
+{
+    const Playback playback{object};
+    const PlaybackSteps::Animation animation = playback.animation();
+    if (object.m_isRunning && animation.intervalMs > 0 && animation.frameCount > 0) {
+        const PlaybackSteps::Step step =
+            PlaybackSteps::afterHostTick(playback.progress(), animation);
+        object.m_elapsedMs = step.progress.elapsedMs;
+        object.m_loopsDone = step.progress.loopsDone;
+        if (step.finished)
+            object.m_isRunning = false;
+        if (!playback.showFrame(step.index))
+            return;
+    }
+    object.notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
 }

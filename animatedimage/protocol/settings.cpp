@@ -1,19 +1,12 @@
 #include "animatedimage/core/framenames.h"
+#include "animatedimage/core/jsonkeys.h"
 #include "animatedimage/object/animatedimage.h"
 
 #include <QtCore/QJsonDocument>
-#include <QtCore/QPointer>
 #include <QtCore/QTimer>
 
 namespace
 {
-
-namespace SettingId
-{
-const QLatin1String play("idImagePlay");
-const QLatin1String shiftInterval("idShiftInterval");
-const QLatin1String loopCount("idLoopCount");
-} // namespace SettingId
 
 bool isOn(const QString &value)
 {
@@ -54,9 +47,8 @@ bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool
     if (!ParseSettingJson(json, changes))
         return false;
     if (changes.contains(SettingId::play)) {
-        const QPointer<CAnimatedImage> self(this);
-        playImage(isOn(changes.value(SettingId::play)));
-        if (!self)
+        const bool plays = isOn(changes.value(SettingId::play));
+        if (!outlives([this, plays] { playImage(plays); }))
             return true;
     }
     if (changes.contains(SettingId::shiftInterval)) {
@@ -75,7 +67,7 @@ bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool
 
 bool CAnimatedImage::setOtherParams(const QString &key, const QVariant &value)
 {
-    if (key == QLatin1String("object_name")) {
+    if (key == JsonKey::objectName) {
         const QString name = value.toString();
         for (int i = 0; i < m_portraits.size(); ++i)
             m_portraits[i].name = FrameNames::numbered(name, i + 1);

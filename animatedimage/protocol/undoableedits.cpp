@@ -1,18 +1,29 @@
-#include "animatedimage/object/animatedimage.h"
+#include "animatedimage/core/framelist.h"
+#include "animatedimage/object/playback.h"
 #include "animatedimage/protocol/requests.h"
 #include "animatedimage/protocol/undocommands.h"
 #include "host/framework.h"
 #include "host/gdpage.h"
 #include "host/notificationcodes.h"
 
-#include <QtCore/QFileInfo>
-#include <QtCore/QPointer>
+/// What the commands of these requests do to their object.
+struct CAnimatedImage::UndoableEdits {
+    /// Only the first frame is measured at once; the others are when they are shown.
+    void setFrameList(const QList<CAnimatedPortrait> &frames) const;
+    /// Stops first: that rewinds the way the old type does.
+    void setAnimatedType(int type) const;
+    void pushAnimatedType(int oldType, int newType) const;
+
+    CAnimatedImage &object;
+};
 
 namespace
 {
 
 using Closure = std::function<void(QDataStream &)>;
 using Frames = QList<CAnimatedPortrait>;
+
+constexpr int NormalType = 0;
 
 /// What a command keeps of frames: their regions are measured again when they come back.
 void write(QDataStream &stream, const Frames &frames)
@@ -35,106 +46,109 @@ Frames readFrames(QDataStream &stream)
     return frames;
 }
 
+struct Types {
+    qint32 before = 0;
+    qint32 after = 0;
+};
+
+Types readTypes(QDataStream &stream)
+{
+    Types types;
+    stream >> types.before >> types.after;
+    return types;
+}
+
 } // namespace
 
-void CAnimatedImage::replaceAllFrames(QDataStream &stream)
+void CAnimatedImage::Requests::replaceAllFrames() const
 {
-    const QPointer<CAnimatedImage> self(this);
-    stop();
     QString path;
-    if (!self || !Requests::rewind(stream) || !Requests::read(stream, path))
+    if (!Playback{object}.stop() || !RequestStream::rewind(stream) ||
+        !RequestStream::read(stream, path)) {
         return;
-    const QString name = generatePortraitName(QFileInfo(path).baseName(), true);
-
+    }
     // The buffer holds the list to come and then the list before.
+    const QPointer<CAnimatedImage> self(&object);
     Closure redo = [self](QDataStream &data) {
         const Frames frames = readFrames(data);
         readFrames(data);
         if (self)
-            self->setFrameList(frames);
+            UndoableEdits{*self}.setFrameList(frames);
     };
     Closure undo = [self](QDataStream &data) {
         readFrames(data);
         if (self)
-            self->setFrameList(readFrames(data));
+            UndoableEdits{*self}.setFrameList(readFrames(data));
     };
     auto *command = new CAnimatedUndoRedoCommand(redo, undo);
     command->setText(GetFramework()->translated(QStringLiteral("IDS_KT_PORTRAIT_REPLACE"),
                                                 QStringLiteral("Replace Portrait")));
     QDataStream data(command->data_ptr(), QIODevice::WriteOnly);
-    write(data, {CAnimatedPortrait(name, QImage(path))});
-    write(data, m_portraits);
+    write(data, {FrameList::frameFromFile(object.m_portraits, path)});
+    write(data, object.m_portraits);
     CUndoRedo::GetInstance()->push(command);
 }
 
-/// Only the first frame is measured at once; the others are when they are shown.
-void CAnimatedImage::setFrameList(const Frames &frames)
-{
-    m_portraits = frames;
-    m_regions.noteNewFrames();
-    m_runningIndex = 0;
-    updateRegion(0, true);
-    if (isBackgroundType())
-        generateBGImage(0);
-    notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
-    GetFramework()->notifier()->notify(NotificationCode::FrameListReplaced, 0, 0, -1);
-}
-
-void CAnimatedImage::changeAnimatedType(QDataStream &stream)
+void CAnimatedImage::Requests::changeAnimatedType() const
 {
     qint32 type = 0;
     bool isUndoable = false;
-    if (!Requests::read(stream, type, isUndoable))
+    if (!RequestStream::read(stream, type, isUndoable))
         return;
     if (!isUndoable) {
-        m_animatedType = type;
-        notifyAnimatedType();
+        object.m_animatedType = type;
+        object.notifyAnimatedType();
         return;
     }
-    IGdPage *page = GetPage();
+    IGdPage *page = object.GetPage();
     if (!page)
         return;
-    GetGraphicsItemPtr(); // asked for and not used
+    object.GetGraphicsItemPtr(); // asked for and not used
 
     // A background lies on the page's background layer, and any other object above it.
-    constexpr int normalType = 0;
     constexpr int backgroundLayer = 2;
     constexpr int normalLayer = 0;
-    const bool changesLayer =
-        type != m_animatedType && (type == BackgroundType || type == normalType);
+    const int oldType = object.m_animatedType;
+    const bool changesLayer = type != oldType && (type == BackgroundType || type == NormalType);
     qint64 layer = 0;
     if (changesLayer)
-        layer = page->queryObject(this, type == BackgroundType ? backgroundLayer : normalLayer);
+        layer = page->queryObject(&object, type == BackgroundType ? backgroundLayer : normalLayer);
 
     IFramework *framework = GetFramework();
     const bool ownsMacro = !framework->isUndoMacroOpen();
     if (ownsMacro)
         framework->openUndoMacro(QStringLiteral("IDS_KT_UNDOREDO_NAME_ANNIMATED_TYPE"));
-    const QPointer<CAnimatedImage> self(this);
-    const int oldType = m_animatedType;
-    if (changesLayer)
-        page->applyObject(0, layer, {this}, true, QString(), true);
-    if (self)
-        pushAnimatedType(oldType, type);
+    const bool isAlive = !changesLayer || object.outlives([&] {
+        page->applyObject(0, layer, {&object}, true, QString(), true);
+    });
+    if (isAlive)
+        UndoableEdits{object}.pushAnimatedType(oldType, type);
     if (ownsMacro)
         framework->closeUndoMacro();
 }
 
-void CAnimatedImage::pushAnimatedType(int oldType, int newType)
+void CAnimatedImage::UndoableEdits::setFrameList(const Frames &frames) const
 {
-    const auto readTypes = [](QDataStream &data) {
-        QPair<qint32, qint32> types;
-        data >> types.first >> types.second;
-        return types;
-    };
-    const QPointer<CAnimatedImage> self(this);
-    Closure redo = [self, readTypes](QDataStream &data) {
+    object.m_portraits.clear();
+    object.addFrames(frames);
+    object.m_runningIndex = 0;
+    object.updateRegion(0, true);
+    if (object.isBackgroundType())
+        object.generateBGImage(0);
+    object.notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
+    GetFramework()->notifier()->notify(NotificationCode::FrameListReplaced, 0, 0, -1);
+}
+
+void CAnimatedImage::UndoableEdits::pushAnimatedType(int oldType, int newType) const
+{
+    const QPointer<CAnimatedImage> self(&object);
+    Closure redo = [self](QDataStream &data) {
         if (self)
-            self->applyAnimatedType(readTypes(data).second);
+            UndoableEdits{*self}.setAnimatedType(readTypes(data).after);
     };
-    Closure undo = [self, readTypes](QDataStream &data) {
+    Closure undo = [self](QDataStream &data) {
         if (self)
-            self->applyAnimatedType(readTypes(data).first);
+            UndoableEdits{*self}.setAnimatedType(readTypes(data).before);
     };
     auto *command = new CAnimatedUndoRedoCommand(redo, undo);
     QDataStream data(command->data_ptr(), QIODevice::WriteOnly);
@@ -142,14 +156,10 @@ void CAnimatedImage::pushAnimatedType(int oldType, int newType)
     CUndoRedo::GetInstance()->push(command);
 }
 
-/// Stopping comes first: it rewinds the way the old type does.
-void CAnimatedImage::applyAnimatedType(int type)
+void CAnimatedImage::UndoableEdits::setAnimatedType(int type) const
 {
-    const QPointer<CAnimatedImage> self(this);
-    if (type == BackgroundType)
-        stop();
-    if (!self)
+    if (type == BackgroundType && !Playback{object}.stop())
         return;
-    m_animatedType = type;
-    notifyAnimatedType();
+    object.m_animatedType = type;
+    object.notifyAnimatedType();
 }

@@ -61,7 +61,7 @@ public:
     void setIntValue(int oldValue, int newValue);
 
 private:
-    void apply(bool boolValue, int intValue);
+    Q_DECL_HIDDEN void apply(bool boolValue, int intValue);
 
     ANIMATEDIMAGE_CHANGE_TYPE m_type;
     /// Null after the end of the object, whose address may then be that of another.

@@ -61,10 +61,12 @@ void TestPlaybackSteps::aTickLeadsTo()
     QFETCH(int, frameCount);
     QFETCH(int, loopsDone);
     QFETCH(int, loopCount);
+    // Interval and time are the host's clock's.
     const PlaybackSteps::Step step =
-        PlaybackSteps::afterTick(index, frameCount, loopsDone, loopCount);
+        PlaybackSteps::afterTick(index, {loopsDone, 123}, {frameCount, loopCount, 0});
     QTEST(step.index, "nextIndex");
-    QTEST(step.loopsDone, "nextLoopsDone");
+    QTEST(step.progress.loopsDone, "nextLoopsDone");
+    QCOMPARE(step.progress.elapsedMs, 123);
     QTEST(step.finished, "finished");
 }
 
@@ -120,11 +122,11 @@ void TestPlaybackSteps::aHostTickLeadsTo()
     QFETCH(int, frameCount);
     QFETCH(int, loopsDone);
     QFETCH(int, loopCount);
-    const PlaybackSteps::HostStep step =
-        PlaybackSteps::afterHostTick(elapsedMs, intervalMs, frameCount, loopsDone, loopCount);
+    const PlaybackSteps::Step step =
+        PlaybackSteps::afterHostTick({loopsDone, elapsedMs}, {frameCount, loopCount, intervalMs});
     QTEST(step.index, "nextIndex");
-    QTEST(step.elapsedMs, "nextElapsedMs");
-    QTEST(step.loopsDone, "nextLoopsDone");
+    QTEST(step.progress.elapsedMs, "nextElapsedMs");
+    QTEST(step.progress.loopsDone, "nextLoopsDone");
     QTEST(step.finished, "finished");
 }
 
