@@ -1,6 +1,8 @@
 #include "flipbook/cli/commandline.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/window/windowmain.h"
 
+#include <QtCore/QFileInfo>
 #include <QtWidgets/QApplication>
 
 #include <clocale>
@@ -19,23 +21,34 @@ void preferUtf8()
     qputenv("LC_ALL", "C.UTF-8");
 }
 
+/// Whether the arguments ask for the window: there are none, or the first is a file and no command.
+bool wantsWindow(const QStringList &arguments)
+{
+    if (!hasDisplay())
+        return false;
+    return arguments.isEmpty() ||
+           (!isCommand(arguments.first()) && !arguments.first().startsWith(QLatin1Char('-')) &&
+            QFileInfo::exists(arguments.first()));
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     preferUtf8();
     Console::setVerbose(false);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const bool isWindow = wantsWindow(arguments);
     // The command line needs no display, and works the same where there is one.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!isWindow)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 
     // The application sees its name alone: Qt would take options of its own out of the arguments.
     char name[] = "flipbook";
     char *names[] = {name, nullptr};
     int nameCount = 1;
     const QApplication application(nameCount, names);
-
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
-    return runCommandLine(arguments);
+    return isWindow ? runWindow(arguments) : runCommandLine(arguments);
 }

@@ -71,6 +71,11 @@ void Document::setKeepsImagesInline(bool keepsInline)
     m_keepsImagesInline = keepsInline;
 }
 
+void Document::setOmitsPictures(bool omits)
+{
+    m_omitsPictures = omits;
+}
+
 ImageStore &Document::imageStore()
 {
     return m_imageStore;

@@ -37,6 +37,8 @@ public:
     /// once. Reading takes both forms, whatever is set.
     void setKeepsImagesInline(bool keepsInline);
     ImageStore &imageStore();
+    /// While set, saving writes no pictures: for callers that want the rest of an object's state.
+    void setOmitsPictures(bool omits);
 
     /// Digests that reading asked for and that the store did not have (or had damaged); each is
     /// listed once. At their places stand null images.
@@ -78,6 +80,7 @@ private:
     QList<Page *> m_pages;
     int m_alternateMode = 0;
     bool m_keepsImagesInline = true;
+    bool m_omitsPictures = false;
     ImageStore m_imageStore;
     QStringList m_missingPictures;
     QString m_baseFolder;

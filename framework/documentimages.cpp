@@ -28,7 +28,7 @@ void Document::streamImageList(QDataStream &stream, QList<QImage> &images, QStri
                                QStringList &, bool saving)
 {
     if (saving)
-        writeImages(stream, images);
+        writeImages(stream, m_omitsPictures ? QList<QImage>() : images);
     else
         images = readImages(stream);
 }
@@ -76,6 +76,10 @@ QList<QImage> Document::readImages(QDataStream &stream)
 void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QString &key,
                              bool saving)
 {
+    if (saving && m_omitsPictures) {
+        json.insert(key, QJsonArray());
+        return;
+    }
     if (saving) {
         QJsonArray elements;
         QHash<qint64, QJsonValue> encoded;

@@ -9,6 +9,7 @@
 
 #include <QtGui/QPainter>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -141,6 +142,46 @@ bool Page::holds(const CBaseObject *object) const
 {
     auto *key = const_cast<CBaseObject *>(object);
     return m_normal.contains(key) || m_background.contains(key);
+}
+
+QList<CBaseObject *> Page::selectedObjects() const
+{
+    QList<CBaseObject *> selected = objects();
+    selected.erase(std::remove_if(selected.begin(), selected.end(),
+                                  [](const CBaseObject *object) { return !object->isSelected(); }),
+                   selected.end());
+    return selected;
+}
+
+void Page::selectObjects(const QList<CBaseObject *> &objects)
+{
+    const QList<CBaseObject *> present = this->objects();
+    if (selectedObjects() == objects)
+        return;
+    {
+        // One change, one signal.
+        const QSignalBlocker blocker(this);
+        for (CBaseObject *object : present)
+            object->setSelected(objects.contains(object));
+    }
+    Q_EMIT selectionChanged();
+    update();
+}
+
+CBaseObject *Page::objectAt(const QPointF &point) const
+{
+    const QList<CBaseObject *> present = objects();
+    CBaseObject *transparent = nullptr;
+    for (auto object = present.rbegin(); object != present.rend(); ++object) {
+        const QPointF own = (*object)->mapFromScene(point);
+        if (!(*object)->isEditable() || !(*object)->getClientRect().contains(own))
+            continue;
+        if ((*object)->shape().contains(own))
+            return *object;
+        if (!transparent)
+            transparent = *object;
+    }
+    return transparent;
 }
 
 Page::Place Page::placeOf(const CBaseObject *object) const

@@ -54,6 +54,13 @@ public:
     /// From bottom to top.
     QList<CBaseObject *> objects() const;
     bool holds(const CBaseObject *object) const;
+    /// Those that the user has selected, from bottom to top.
+    QList<CBaseObject *> selectedObjects() const;
+    /// Selects these objects alone; those that are not here or not editable are left out.
+    void selectObjects(const QList<CBaseObject *> &objects);
+    /// The topmost editable object at @p point, in page coordinates: one that shows a pixel there
+    /// goes before one whose rectangle is only transparent there. Null when there is none.
+    CBaseObject *objectAt(const QPointF &point) const;
 
     /// Where @p object stands; it must be on this page.
     Place placeOf(const CBaseObject *object) const;

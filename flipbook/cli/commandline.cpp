@@ -116,3 +116,10 @@ int runCommandLine(const QStringList &arguments)
     }
     return status;
 }
+
+bool isCommand(const QString &word)
+{
+    const QList<Command> known = commands();
+    return std::any_of(known.begin(), known.end(),
+                       [&word](const Command &command) { return command.name == word; });
+}

@@ -95,7 +95,6 @@ void AnimatedObject::setLoopsForever(bool forever)
                 forever ? QStringLiteral("true") : QStringLiteral("false"));
 }
 
-/// Sets one value the way the settings panel does.
 void AnimatedObject::answerPanel(const QString &id, const QString &value)
 {
     const QJsonObject setting = {{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};

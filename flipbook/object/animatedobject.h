@@ -52,9 +52,10 @@ public:
 
     CBaseObject &base() const { return m_object; }
 
-private:
+    /// Sets one value the way the settings panel does.
     void answerPanel(const QString &id, const QString &value);
 
+private:
     CBaseObject &m_object;
 };
 

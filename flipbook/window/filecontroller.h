@@ -1,0 +1,39 @@
+#pragma once
+
+#include "flipbook/window/recentfiles.h"
+
+#include <QtCore/QObject>
+
+class ActionSet;
+class MessageBar;
+class QWidget;
+class Session;
+
+/// New, open, save: what happens to the document's file.
+class FileController : public QObject
+{
+    Q_OBJECT
+
+public:
+    FileController(Session &session, ActionSet &actions, MessageBar &messages, QWidget &window);
+
+    /// Opens the document at @p path in the place of the one that is open, after the question
+    /// about unsaved work. What goes wrong is told in the message bar; the document stays then.
+    bool open(const QString &path);
+    void startNew();
+    bool save();
+    bool saveAs();
+    /// Asks about unsaved work where there is some. False when it must not be lost.
+    bool mayLose();
+
+private:
+    void chooseAndOpen();
+    bool saveTo(const QString &path);
+    QString folder() const;
+
+    Session &m_session;
+    MessageBar &m_messages;
+    QWidget &m_window;
+    RecentFiles m_recent;
+    bool m_isIncomplete = false; ///< not all of the document's file could be read
+};

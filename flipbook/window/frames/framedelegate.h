@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtWidgets/QStyledItemDelegate>
+
+/// Paints a frame of the strip: its thumbnail on a checkerboard, its number and its name, and a bar
+/// in the highlight colour over the one that is shown.
+class FrameDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) const override;
+
+    static constexpr int Margin = 6;
+};

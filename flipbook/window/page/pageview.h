@@ -1,0 +1,72 @@
+#pragma once
+
+#include "flipbook/window/page/selectiontool.h"
+
+#include <QtWidgets/QGraphicsView>
+
+class Page;
+class QMimeData;
+class Session;
+
+/// Shows a page on a desk, at any zoom. The mouse and the arrow keys work on its objects through
+/// the selection tool.
+class PageView : public QGraphicsView
+{
+    Q_OBJECT
+
+public:
+    explicit PageView(Session &session, QWidget *parent = nullptr);
+
+    /// Pixels on the screen for a unit of the page.
+    double zoom() const;
+    /// Bounded by SmallestZoom and LargestZoom; the middle of the view stays where it is.
+    void setZoom(double zoom);
+    void zoomBy(double factor);
+    /// Shows the whole page, also when the view is resized, until another zoom is chosen.
+    void fit();
+    bool isFitted() const { return m_isFitted; }
+
+    SelectionTool &tool() { return m_tool; }
+
+    static constexpr double SmallestZoom = 0.05;
+    static constexpr double LargestZoom = 32.0;
+
+Q_SIGNALS:
+    void zoomChanged(double zoom);
+    /// The space bar was pressed and let go without dragging.
+    void spaceTapped();
+    /// Something was dropped at @p place, in page coordinates.
+    void dropped(const QMimeData *data, const QPointF &place);
+    /// A line for the status bar; empty when there is nothing to say any more.
+    void hinted(const QString &text);
+
+protected:
+    bool event(QEvent *event) override;
+    void drawBackground(QPainter *painter, const QRectF &exposed) override;
+    void drawForeground(QPainter *painter, const QRectF &exposed) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void showPage(Page *page);
+    void applyZoom(double zoom);
+    void startPanning(const QPoint &position);
+    void updateSceneRect();
+
+    Session &m_session;
+    SelectionTool m_tool;
+    bool m_isFitted = true;
+    bool m_spaceIsDown = false;
+    bool m_spaceWasUsed = false;
+    bool m_isPanning = false;
+    QPoint m_lastPan;
+};

@@ -1,0 +1,63 @@
+#include "flipbook/window/panels/objectpanel.h"
+
+#include "flipbook/window/panels/objecteditor.h"
+#include "flipbook/window/panels/settingsform.h"
+#include "flipbook/window/session.h"
+#include "framework/framework.h"
+
+#include <QtCore/QTimer>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QVBoxLayout>
+
+ObjectPanel::ObjectPanel(Session &session, QWidget *parent)
+    : QScrollArea(parent)
+    , m_session(session)
+    , m_empty(new QLabel(tr("Select an object to change it.")))
+    , m_form(new ObjectEditor(session))
+    , m_settings(new SettingsForm(session))
+{
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    m_empty->setWordWrap(true);
+    m_empty->setEnabled(false);
+    layout->addWidget(m_empty);
+    layout->addWidget(m_form);
+    layout->addWidget(m_settings);
+    layout->addStretch();
+    setWidget(content);
+    setMinimumWidth(content->sizeHint().width());
+
+    connect(&session, &Session::selectionChanged, this, &ObjectPanel::followSelection);
+    connect(&session.undoStack(), &QUndoStack::indexChanged, this, &ObjectPanel::scheduleRefresh);
+    connect(Framework::instance().notifier(), &Notifier::propertyChanged, this,
+            [this](CBaseObject *object) {
+                if (object->isSelected())
+                    scheduleRefresh();
+            });
+    followSelection();
+}
+
+void ObjectPanel::followSelection()
+{
+    const QList<CBaseObject *> selected = m_session.selection();
+    m_empty->setVisible(selected.isEmpty());
+    m_form->setVisible(!selected.isEmpty());
+    m_settings->setVisible(selected.size() == 1);
+    m_settings->setObject(m_session.film());
+    m_form->refresh();
+}
+
+/// A step may tell of several changes: one look at the end is enough.
+void ObjectPanel::scheduleRefresh()
+{
+    if (m_refreshIsDue)
+        return;
+    m_refreshIsDue = true;
+    QTimer::singleShot(0, this, [this] {
+        m_refreshIsDue = false;
+        m_form->refresh();
+    });
+}

@@ -1,0 +1,34 @@
+#include "flipbook/window/windowmain.h"
+
+#include "flipbook/base/failure.h"
+#include "flipbook/cli/console.h"
+#include "flipbook/window/mainwindow.h"
+
+#include <QtWidgets/QApplication>
+
+bool hasDisplay()
+{
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return true;
+    }
+    return false;
+}
+
+int runWindow(const QStringList &files)
+{
+    QApplication::setApplicationName(QStringLiteral("flipbook"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Flipbook"));
+    QApplication::setDesktopFileName(QStringLiteral("flipbook"));
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    try {
+        const Plugin plugin;
+        MainWindow window(plugin);
+        window.show();
+        window.openFiles(files);
+        return QApplication::exec();
+    } catch (const Failure &failure) {
+        Console::fail(failure.subject, failure.reason);
+        return 1;
+    }
+}

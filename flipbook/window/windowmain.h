@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QtCore/QStringList>
+
+/// Whether the environment offers a display to open a window on.
+bool hasDisplay();
+
+/// Opens the window with the documents, films and pictures in @p files and runs until it is closed.
+/// Needs a QApplication. Returns the exit status of the process.
+int runWindow(const QStringList &files);

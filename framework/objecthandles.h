@@ -1,0 +1,73 @@
+#pragma once
+
+#include "framework/frameworkglobal.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QSizeF>
+#include <QtCore/QVector>
+
+class CBaseObject;
+
+/// Where an object lies on its page: what its handles change.
+struct FRAMEWORK_API ObjectGeometry {
+    QPointF pos;        ///< the unrotated top left corner, in page coordinates
+    QSizeF size;        ///< in units of the page
+    double angle = 0.0; ///< clockwise around the centre, in degrees
+
+    QPointF center() const { return pos + QPointF(size.width() / 2, size.height() / 2); }
+    /// A point of the unrotated object, in page coordinates, to where it lies on the page.
+    QPointF toPage(const QPointF &point) const;
+    QPointF fromPage(const QPointF &point) const;
+
+    bool operator==(const ObjectGeometry &other) const;
+    bool operator!=(const ObjectGeometry &other) const { return !(*this == other); }
+};
+
+/// The handles around an edited object and the arithmetic of dragging them. Knows no view: points
+/// are in page coordinates.
+namespace ObjectHandles
+{
+
+/// In rows from the top left, as the hit shapes of objects list them; rotation last.
+enum class Handle {
+    TopLeft,
+    Top,
+    TopRight,
+    Left,
+    Right,
+    BottomLeft,
+    Bottom,
+    BottomRight,
+    Rotation
+};
+
+FRAMEWORK_API const QVector<Handle> &all();
+
+/// The smallest side that resizing leaves.
+constexpr double SmallestSide = 1.0;
+/// Rotation snaps to this step, in degrees, where the user wants it to.
+constexpr double SnapDegrees = 15.0;
+
+FRAMEWORK_API ObjectGeometry geometryOf(const CBaseObject &object);
+/// Gives @p object exactly this geometry, and tells the host that it has changed.
+FRAMEWORK_API void setGeometry(CBaseObject &object, const ObjectGeometry &geometry);
+
+/// Where @p handle of an object of this geometry lies, with handles of @p handleSize units: the
+/// rotation handle stands two of them above the top edge.
+FRAMEWORK_API QPointF place(const ObjectGeometry &geometry, Handle handle, double handleSize);
+
+struct Resizing {
+    bool keepsRatio = false;
+    bool aboutCenter = false; ///< the centre stays, otherwise the opposite corner or edge
+};
+
+/// The geometry after @p handle was dragged by @p way from where it was at @p start. A side becomes
+/// no shorter than SmallestSide. Not for the rotation handle.
+FRAMEWORK_API ObjectGeometry resized(const ObjectGeometry &start, Handle handle, const QPointF &way,
+                                     Resizing resizing);
+
+/// The geometry after the rotation handle was dragged from @p from to @p to.
+FRAMEWORK_API ObjectGeometry turned(const ObjectGeometry &start, const QPointF &from,
+                                    const QPointF &to, bool snaps);
+
+} // namespace ObjectHandles

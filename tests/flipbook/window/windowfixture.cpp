@@ -1,0 +1,136 @@
+#include "tests/flipbook/window/windowfixture.h"
+
+#include "flipbook/window/messagebar.h"
+#include "flipbook/window/settings.h"
+#include "tests/flipbook/documentfixture.h"
+#include "tests/support/pictures.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QTimer>
+#include <QtTest/QtTest>
+#include <QtWidgets/QAction>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+
+WindowFixture::WindowFixture()
+    : m_plugin(QStringLiteral(PLUGIN_FILE))
+{
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
+    open();
+}
+
+WindowFixture::~WindowFixture() = default;
+
+void WindowFixture::open()
+{
+    m_window = std::make_unique<MainWindow>(m_plugin);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+    // One unit of the page is one pixel, so that the figures of the tests are those of the mouse.
+    view().setZoom(1.0);
+}
+
+void WindowFixture::reopen()
+{
+    m_window->close();
+    m_window.reset();
+    open();
+}
+
+CBaseObject &WindowFixture::addFilm(const QList<QColor> &colours, const QPointF &pos)
+{
+    // Frames enter through the door: as a frame folder.
+    const QTemporaryDir folder;
+    QJsonArray list;
+    for (int i = 0; i < colours.size(); ++i) {
+        const QString name = QStringLiteral("%1.png").arg(i);
+        Pictures::solid(40, 30, colours.at(i)).save(folder.filePath(name));
+        list.append(QJsonObject{{QStringLiteral("filename"), name}});
+    }
+    writeBytes(folder.filePath(QStringLiteral("config.json")),
+               QJsonDocument(QJsonObject{{QStringLiteral("ImageList"), list},
+                                         {QStringLiteral("ShiftInterval"), 100}})
+                   .toJson());
+    CBaseObject &object = *m_plugin.createObject().release();
+    page().addObject(&object);
+    AnimatedObject(object).loadPath(folder.path());
+    object.setOtherParams(QStringLiteral("object_name"), QStringLiteral("film"));
+    object.setPos(pos, false);
+    return object;
+}
+
+void WindowFixture::trigger(const char *id)
+{
+    QAction *action = m_window->actions().action(QLatin1String(id));
+    QVERIFY2(action, id);
+    QVERIFY2(action->isEnabled(), id);
+    action->trigger();
+}
+
+bool WindowFixture::isEnabled(const char *id)
+{
+    const QAction *action = m_window->actions().action(QLatin1String(id));
+    return action && action->isEnabled();
+}
+
+void WindowFixture::press(const QPointF &place, Qt::KeyboardModifiers modifiers)
+{
+    QTest::mousePress(view().viewport(), Qt::LeftButton, modifiers, view().mapFromScene(place));
+}
+
+void WindowFixture::moveTo(const QPointF &place, Qt::KeyboardModifiers modifiers)
+{
+    movePointer(view().mapFromScene(place), modifiers);
+}
+
+void WindowFixture::movePointer(const QPoint &position, Qt::KeyboardModifiers modifiers)
+{
+    // The test library's own moves carry no modifiers, and need a real pointer.
+    QMouseEvent event(QEvent::MouseMove, position, view().viewport()->mapToGlobal(position),
+                      Qt::NoButton, Qt::LeftButton, modifiers);
+    QApplication::sendEvent(view().viewport(), &event);
+}
+
+void WindowFixture::release(const QPointF &place, Qt::KeyboardModifiers modifiers)
+{
+    QTest::mouseRelease(view().viewport(), Qt::LeftButton, modifiers, view().mapFromScene(place));
+}
+
+void WindowFixture::drag(const QPointF &from, const QPointF &to, Qt::KeyboardModifiers modifiers)
+{
+    press(from, modifiers);
+    moveTo((from + to) / 2, modifiers);
+    moveTo(to, modifiers);
+    release(to, modifiers);
+}
+
+void WindowFixture::click(const QPointF &place, Qt::KeyboardModifiers modifiers)
+{
+    press(place, modifiers);
+    release(place, modifiers);
+}
+
+QStringList WindowFixture::history()
+{
+    QStringList texts;
+    const QUndoStack &stack = session().undoStack();
+    for (int i = 0; i < stack.count(); ++i)
+        texts << stack.text(i);
+    return texts;
+}
+
+QStringList WindowFixture::messages()
+{
+    return m_window->messages().texts();
+}
+
+void WindowFixture::answerNext(int standardButton)
+{
+    QTimer::singleShot(0, qApp, [standardButton] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY2(box, "no question came up");
+        box->button(QMessageBox::StandardButton(standardButton))->click();
+    });
+}

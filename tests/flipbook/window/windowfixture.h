@@ -1,0 +1,57 @@
+#pragma once
+
+#include "flipbook/window/mainwindow.h"
+#include "flipbook/window/page/pageview.h"
+
+#include <QtCore/QTemporaryDir>
+
+#include <memory>
+
+/// The real window, shown, with settings of its own that nobody else sees.
+class WindowFixture
+{
+public:
+    WindowFixture();
+    ~WindowFixture();
+
+    MainWindow &window() { return *m_window; }
+    Session &session() { return m_window->session(); }
+    PageView &view() { return m_window->view(); }
+    Page &page() { return *session().page(); }
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    /// Closes the window and opens another one with the same settings.
+    void reopen();
+
+    /// A film of solid frames of these colours on the shown page, at @p pos; each frame is
+    /// 40 x 30 pixels. Not undoable.
+    CBaseObject &addFilm(const QList<QColor> &colours, const QPointF &pos = QPointF(100, 100));
+
+    /// Chooses the action as a menu does; fails the test when it is missing or disabled.
+    void trigger(const char *id);
+    bool isEnabled(const char *id);
+
+    /// Mouse on the page, at places in its coordinates.
+    void press(const QPointF &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void moveTo(const QPointF &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// The same in pixels of the view.
+    void movePointer(const QPoint &position, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void release(const QPointF &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void drag(const QPointF &from, const QPointF &to,
+              Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void click(const QPointF &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+    /// The texts of the history, from the first step.
+    QStringList history();
+    QStringList messages();
+
+    /// Presses this button of the question that comes up next.
+    void answerNext(int standardButton);
+
+private:
+    void open();
+
+    QTemporaryDir m_folder;
+    Plugin m_plugin;
+    std::unique_ptr<MainWindow> m_window;
+};
