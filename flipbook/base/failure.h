@@ -20,6 +20,11 @@ struct ForbiddenFile : Failure {
 struct OutsideFile : ForbiddenFile {
 };
 
+/// Thrown when pictures would need more memory than was allowed: with more they could be read.
+struct OverBudget : Failure {
+    qint64 neededBytes = 0; ///< or more
+};
+
 /// Thrown when the command line itself is wrong.
 struct UsageError {
     QString reason;

@@ -17,7 +17,7 @@ public:
     bool hasRoomFor(qint64 bytes) const;
 
     /// Makes sure that there is room for @p bytes more.
-    /// @throw Failure of @p subject; @p what is the beginning of a clause, such as "3 frames".
+    /// @throw OverBudget of @p subject; @p what is the beginning of a clause, such as "3 frames".
     void require(qint64 bytes, const QString &subject, const QString &what) const;
 
     /// Counts @p bytes as in use. Saturates.

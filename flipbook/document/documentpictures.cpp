@@ -137,10 +137,12 @@ void PictureReader::count(qint64 decodedBytes)
     m_largest = std::max(m_largest, decodedBytes);
     m_memory.take(decodedBytes);
     if (!m_memory.hasRoomFor(m_largest))
-        throw Failure{m_subject, QStringLiteral("its pictures would need more memory than the %1 "
-                                                "that --max-memory allows, %2 for one alone")
-                                     .arg(MemoryBudget::text(m_memory.limit()),
-                                          MemoryBudget::text(m_largest))};
+        throw OverBudget{
+            {m_subject, QStringLiteral("its pictures would need more memory than the %1 that "
+                                       "--max-memory allows, %2 for one alone")
+                            .arg(MemoryBudget::text(m_memory.limit()),
+                                 MemoryBudget::text(m_largest))},
+            m_memory.taken()};
 }
 
 void PictureReader::warn(const QString &what)

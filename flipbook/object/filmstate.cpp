@@ -1,17 +1,26 @@
 #include "flipbook/object/filmstate.h"
 
+#include "flipbook/object/framesupply.h"
 #include "flipbook/object/objectprotocol.h"
 #include "framework/document.h"
 #include "framework/framework.h"
 #include "host/gdpage.h"
+#include "host/jsonutil.h"
 #include "host/specialpropertyids.h"
+
+#include <QtCore/QJsonArray>
 
 namespace
 {
 
 const QLatin1String KeepsRatio("LockScale");
 const QLatin1String LoopCount("LoopCount");
+const QLatin1String Interval("ShiftInterval");
+const QLatin1String Params("OtherParams");
+const QLatin1String NameKey("object_name");
 const QLatin1String NamesKey("animatedImageNames");
+const QLatin1String SizesKey("animatedImageSizes");
+const QLatin1String ShownKey("animatedRunningIndex");
 
 Document &documentOf(const CBaseObject &object)
 {
@@ -30,6 +39,7 @@ FilmState::FilmState(CBaseObject &object)
     document.setOmitsPictures(false);
     // Where it is loaded playback has ended.
     m_json.insert(QStringLiteral("IsRunning"), false);
+    m_pixels = object.getImageSize();
 }
 
 bool FilmState::keepsRatio() const
@@ -45,6 +55,53 @@ void FilmState::setKeepsRatio(bool keeps)
 void FilmState::setLoopCount(int count)
 {
     m_json.insert(LoopCount, count);
+}
+
+void FilmState::setInterval(int ms)
+{
+    m_json.insert(Interval, ms);
+}
+
+void FilmState::setName(const QString &name)
+{
+    QJsonObject params = m_json.value(Params).toObject();
+    params.insert(NameKey, name);
+    m_json.insert(Params, params);
+}
+
+OwnedObject FilmState::withFrames(const Plugin &plugin, const Plugin::Frames &frames,
+                                  int shown) const
+{
+    OwnedObject object = plugin.createObject();
+    QJsonArray names;
+    QJsonArray sizes;
+    QList<QImage> pictures;
+    for (const auto &frame : frames) {
+        names.append(frame.first);
+        sizes.append(GetJsonUtil()->variantToText(shownSize(frame.second)));
+        pictures.append(frame.second);
+    }
+    QJsonObject json = m_json;
+    QJsonObject params = json.value(Params).toObject();
+    params.insert(NamesKey, names);
+    params.insert(SizesKey, sizes);
+    params.insert(ShownKey, shown);
+    json.insert(Params, params);
+    FrameSupply::load(*object, json, pictures);
+    const QSizeF size = shownSize(pictures.value(shown));
+    if (!size.isEmpty() && size != object->getSize())
+        object->setSize(size, true, false);
+    return object;
+}
+
+/// The size of a frame with @p picture, at the scale of the frame that was shown.
+QSizeF FilmState::shownSize(const QImage &picture) const
+{
+    const QJsonArray size = m_json.value(QLatin1String("Size")).toArray();
+    if (m_pixels.isEmpty())
+        return picture.size();
+    return QSizeF(picture.width() * size.at(0).toDouble() / m_pixels.width(),
+                  picture.height() * size.at(1).toDouble() / m_pixels.height());
 }
 
 void FilmState::giveTo(const Plugin &plugin, CBaseObject &object) const

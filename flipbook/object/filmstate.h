@@ -18,6 +18,14 @@ public:
     bool keepsRatio() const;
     void setKeepsRatio(bool keeps);
     void setLoopCount(int count);
+    /// Milliseconds, at least 1.
+    void setInterval(int ms);
+    /// The user's name for the object.
+    void setName(const QString &name);
+
+    /// A new object of this state with @p frames in the place of its own, which share their pixels
+    /// with it. It shows the frame @p shown, at the scale and around the centre of the one before.
+    OwnedObject withFrames(const Plugin &plugin, const Plugin::Frames &frames, int shown) const;
 
     /// Gives @p object this state, and its frames their names where there are as many. It is
     /// stopped then. Its frames keep their pictures.
@@ -27,5 +35,8 @@ public:
     bool operator!=(const FilmState &other) const { return !(*this == other); }
 
 private:
+    QSizeF shownSize(const QImage &picture) const;
+
     QJsonObject m_json;
+    QSizeF m_pixels; ///< of the frame that was shown
 };

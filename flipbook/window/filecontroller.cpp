@@ -3,6 +3,7 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/document/documentfile.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/session.h"
@@ -94,7 +95,8 @@ bool FileController::open(const QString &path)
     QString problem;
     LoadedDocument loaded;
     try {
-        loaded = loadDocument(m_session.plugin(), path, MemoryBudget::Default);
+        Reading reading(MemoryBudget::Default, false);
+        loaded = loadDocument(m_session.plugin(), path, reading);
     } catch (const Failure &failure) {
         problem = told(failure);
     } catch (const std::bad_alloc &) {

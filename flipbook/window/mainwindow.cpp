@@ -2,9 +2,12 @@
 
 #include "flipbook/window/filecontroller.h"
 #include "flipbook/window/frames/framepanel.h"
+#include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/icons/icons.h"
+#include "flipbook/window/import/importcontroller.h"
 #include "flipbook/window/menus.h"
 #include "flipbook/window/messagebar.h"
+#include "flipbook/window/page/emptyhint.h"
 #include "flipbook/window/page/pageview.h"
 #include "flipbook/window/panels/objectpanel.h"
 #include "flipbook/window/panels/pagespanel.h"
@@ -13,6 +16,7 @@
 #include "flipbook/window/undocontroller.h"
 #include "flipbook/window/zoomcontroller.h"
 
+#include <QtCore/QMimeData>
 #include <QtGui/QCloseEvent>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QDockWidget>
@@ -111,9 +115,14 @@ void MainWindow::makeDocks()
 void MainWindow::makeControllers()
 {
     m_files = new FileController(m_session, m_actions, *m_messages, *this);
+    m_import = new ImportController(m_session, m_actions, *m_messages, *this);
     new UndoController(m_session, m_actions);
     m_play = new PlayController(m_session, m_actions);
     new ZoomController(*m_view, m_actions, *this);
+    connect(m_view, &PageView::dropped, m_import, &ImportController::dropOnPage);
+    connect(m_import, &ImportController::documentFound, m_files, &FileController::open);
+    connect(&m_frames->strip(), &FrameStrip::dropped, m_import, &ImportController::dropOnStrip);
+    new EmptyHint(m_session, *m_view, *m_actions.action(QStringLiteral("import")));
     connect(m_view, &PageView::spaceTapped, m_play, &PlayController::togglePlaying);
     m_frames->addButtons(m_actions, {QStringLiteral("previous-frame"), QStringLiteral("play"),
                                      QStringLiteral("next-frame")});
@@ -196,8 +205,8 @@ void MainWindow::updateSelectionText()
 
 void MainWindow::openFiles(const QStringList &paths)
 {
-    for (const QString &path : paths)
-        m_files->open(path);
+    // Documents are opened, and everything else goes on the page.
+    m_import->importToPage(paths);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

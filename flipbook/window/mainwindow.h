@@ -7,6 +7,7 @@
 
 class FileController;
 class FramePanel;
+class ImportController;
 class MessageBar;
 class PageView;
 class PlayController;
@@ -33,6 +34,7 @@ public:
     PageView &view() { return *m_view; }
     FramePanel &frames() { return *m_frames; }
     FileController &files() { return *m_files; }
+    ImportController &importer() { return *m_import; }
     MessageBar &messages() { return *m_messages; }
 
 protected:
@@ -58,6 +60,7 @@ private:
     MessageBar *m_messages;
     FramePanel *m_frames;
     FileController *m_files;
+    ImportController *m_import;
     PlayController *m_play;
     QList<QDockWidget *> m_docks;
     QLabel *m_selectionText;

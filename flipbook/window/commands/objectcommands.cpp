@@ -50,7 +50,9 @@ void PlacedObjects::take()
     for (Entry &entry : m_entries) {
         if (!entry.object)
             continue;
-        AnimatedObject(*entry.object).setPlaying(false);
+        AnimatedObject animated(*entry.object);
+        if (animated.isPlaying())
+            animated.setPlaying(false);
         entry.owned.reset(m_page->takeObject(entry.object));
     }
 }

@@ -28,7 +28,7 @@ FrameStrip::FrameStrip(FrameModel &model, QWidget *parent)
     setSelectionRectVisible(true);
     setEditTriggers(DoubleClicked);
     setDragEnabled(true);
-    setAcceptDrops(true);
+    viewport()->setAcceptDrops(true);
     setHorizontalScrollMode(ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     model.setPixelRatio(devicePixelRatioF());

@@ -107,7 +107,7 @@ void ObjectEditor::layOut()
 }
 
 QDoubleSpinBox *ObjectEditor::addNumber(const QString &id, const QString &name, double least,
-                                      double most, const Change &change)
+                                        double most, const Change &change)
 {
     auto *box = new QDoubleSpinBox(this);
     box->setObjectName(id);
@@ -124,7 +124,7 @@ QDoubleSpinBox *ObjectEditor::addNumber(const QString &id, const QString &name, 
 }
 
 QCheckBox *ObjectEditor::addSwitch(const QString &id, const QString &name,
-                                 const std::function<void(CBaseObject &, bool)> &change)
+                                   const std::function<void(CBaseObject &, bool)> &change)
 {
     auto *box = new QCheckBox(name, this);
     box->setObjectName(id);
@@ -185,7 +185,7 @@ void ObjectEditor::changeGeometry(const QString &text, double value, const Chang
 }
 
 void ObjectEditor::showNumber(QDoubleSpinBox *box,
-                            const std::function<double(const ObjectGeometry &)> &of)
+                              const std::function<double(const ObjectGeometry &)> &of)
 {
     const QSignalBlocker blocker(box);
     const QList<CBaseObject *> objects = m_session.selection();

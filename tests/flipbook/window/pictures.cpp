@@ -1,5 +1,6 @@
 #include "flipbook/document/documentfile.h"
 #include "flipbook/import/mediaimport.h"
+#include "flipbook/import/reading.h"
 #include "flipbook/window/mainwindow.h"
 #include "flipbook/window/page/pageview.h"
 
@@ -15,7 +16,8 @@ namespace
 /// Films of the samples on a page, as a person would have put them there.
 CBaseObject &put(MainWindow &window, const QString &file, const QPointF &pos, double scale)
 {
-    ImportedMedia media = importMedia(window.session().plugin(), file, qint64(1) << 30);
+    Reading reading(qint64(1) << 30, false);
+    ImportedMedia media = importMedia(window.session().plugin(), file, reading);
     CBaseObject &object = *media.object.release();
     window.session().page()->addObject(&object);
     object.setPos(pos, false);

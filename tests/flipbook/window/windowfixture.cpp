@@ -7,7 +7,9 @@
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QMimeData>
 #include <QtCore/QTimer>
+#include <QtCore/QUrl>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
@@ -133,4 +135,55 @@ void WindowFixture::answerNext(int standardButton)
         QVERIFY2(box, "no question came up");
         box->button(QMessageBox::StandardButton(standardButton))->click();
     });
+}
+
+void WindowFixture::drop(QWidget &viewport, const QPoint &position, const QStringList &files)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString &file : files)
+        urls << QUrl::fromLocalFile(file);
+    data.setUrls(urls);
+    QDragEnterEvent enter(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&viewport, &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent event(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&viewport, &event);
+    QVERIFY(event.isAccepted());
+    QApplication::processEvents();
+}
+
+void WindowFixture::dropOnPage(const QPointF &place, const QStringList &files)
+{
+    drop(*view().viewport(), view().mapFromScene(place), files);
+}
+
+void WindowFixture::choose(const QString &text)
+{
+    const QList<QAction *> actions = m_window->messages().findChildren<QAction *>();
+    for (QAction *action : actions) {
+        if (action->text() == text) {
+            action->trigger();
+            return;
+        }
+    }
+    QFAIL(qPrintable(QStringLiteral("no button '%1'").arg(text)));
+}
+
+QStringList WindowFixture::frameNames(CBaseObject &object) const
+{
+    QStringList names;
+    const Plugin::Frames frames = m_plugin.frames(object);
+    for (const auto &frame : frames)
+        names << frame.first;
+    return names;
+}
+
+QList<QColor> WindowFixture::frameColours(CBaseObject &object) const
+{
+    QList<QColor> colours;
+    const Plugin::Frames frames = m_plugin.frames(object);
+    for (const auto &frame : frames)
+        colours << frame.second.pixelColor(frame.second.width() / 2, frame.second.height() / 2);
+    return colours;
 }

@@ -41,12 +41,24 @@ public:
               Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(const QPointF &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
+    /// Drops files on a view's contents, at a position in its pixels, and lets the window work.
+    void drop(QWidget &viewport, const QPoint &position, const QStringList &files);
+    /// The same on the page, at a place in its coordinates.
+    void dropOnPage(const QPointF &place, const QStringList &files);
+    /// Presses the button with this text in the message bar.
+    void choose(const QString &text);
+
     /// The texts of the history, from the first step.
     QStringList history();
     QStringList messages();
 
     /// Presses this button of the question that comes up next.
     void answerNext(int standardButton);
+
+    /// The names of the frames of @p object, in order.
+    QStringList frameNames(CBaseObject &object) const;
+    /// The colours of their middles.
+    QList<QColor> frameColours(CBaseObject &object) const;
 
 private:
     void open();

@@ -1,0 +1,212 @@
+#include "flipbook/window/import/filmreader.h"
+
+#include "flipbook/base/failure.h"
+#include "flipbook/base/privatefolder.h"
+#include "flipbook/editing/keeptiming.h"
+#include "flipbook/import/gifframes.h"
+#include "flipbook/import/gifsource.h"
+#include "flipbook/import/mediaimport.h"
+#include "flipbook/import/picturefile.h"
+#include "flipbook/import/sourcefile.h"
+#include "flipbook/object/filmstate.h"
+#include "flipbook/window/progress.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QLocale>
+#include <QtCore/QSet>
+
+#include <algorithm>
+
+namespace
+{
+
+QString fileName(const QString &path)
+{
+    return QFileInfo(QDir::cleanPath(path)).fileName();
+}
+
+/// The name of a repeat: the first that is free.
+QString repeatName(const QString &name, QSet<QString> &taken)
+{
+    int number = 2;
+    QString candidate;
+    do {
+        candidate = QStringLiteral("%1 (%2)").arg(name, QString::number(number++));
+    } while (taken.contains(candidate));
+    taken.insert(candidate);
+    return candidate;
+}
+
+Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
+{
+    QSet<QString> taken;
+    for (const auto &frame : frames)
+        taken.insert(frame.first);
+    Plugin::Frames result;
+    for (int i = 0; i < frames.size(); ++i) {
+        result.append(frames.at(i));
+        for (int repeat = 1; repeat < plan.repeats.value(i, 1); ++repeat)
+            result.append({repeatName(frames.at(i).first, taken), frames.at(i).second});
+    }
+    return result;
+}
+
+/// The number at @p place of @p text, which moves behind it.
+QString numberAt(const QString &text, int &place)
+{
+    const int start = place;
+    while (place < text.size() && text.at(place).isDigit())
+        ++place;
+    return text.mid(start, place - start);
+}
+
+int compareNumbers(QString one, QString two)
+{
+    while (one.size() > 1 && one.startsWith(QLatin1Char('0')))
+        one.remove(0, 1);
+    while (two.size() > 1 && two.startsWith(QLatin1Char('0')))
+        two.remove(0, 1);
+    return one.size() != two.size() ? one.size() - two.size() : one.compare(two);
+}
+
+/// Numbers count as a whole, also where the locale knows no such order.
+int compareNaturally(const QString &one, const QString &two)
+{
+    int i = 0;
+    int j = 0;
+    while (i < one.size() && j < two.size()) {
+        if (one.at(i).isDigit() && two.at(j).isDigit()) {
+            const QString number = numberAt(one, i);
+            const int order = compareNumbers(number, numberAt(two, j));
+            if (order != 0)
+                return order;
+        } else {
+            const QChar left = one.at(i++).toCaseFolded();
+            const QChar right = two.at(j++).toCaseFolded();
+            if (left != right)
+                return QString(left).localeAwareCompare(right);
+        }
+    }
+    return (one.size() - i) - (two.size() - j);
+}
+
+} // namespace
+
+void sortNaturally(QStringList &paths)
+{
+    std::sort(paths.begin(), paths.end(), [](const QString &one, const QString &two) {
+        const int order = compareNaturally(fileName(one), fileName(two));
+        return order != 0 ? order < 0 : one < two;
+    });
+}
+
+QStringList picturesInFolder(const QString &folder)
+{
+    static const QStringList patterns = {
+        QStringLiteral("*.png"), QStringLiteral("*.jpg"), QStringLiteral("*.jpeg"),
+        QStringLiteral("*.bmp"), QStringLiteral("*.ppm"), QStringLiteral("*.pgm"),
+        QStringLiteral("*.pbm")};
+    QStringList paths;
+    const QDir dir(folder);
+    const QStringList names = dir.entryList(patterns, QDir::Files | QDir::Readable);
+    for (const QString &name : names)
+        paths << dir.filePath(name);
+    sortNaturally(paths);
+    return paths;
+}
+
+FilmReader::FilmReader(const Plugin &plugin, Progress &progress, qint64 maxMemory)
+    : m_plugin(plugin)
+    , m_progress(progress)
+    , m_reading(maxMemory, false)
+{
+}
+
+ReadFilm FilmReader::read(const QString &path)
+{
+    Source source = m_reading.open(path);
+    const SourceKind kind = kindOf(source, path);
+    if (kind == SourceKind::Gif)
+        return readGif(*source.file, path);
+    const bool isPlainFolder = kind == SourceKind::FrameFolder &&
+                               !QFileInfo::exists(path + QStringLiteral("/config.json"));
+    if (isPlainFolder) {
+        const QStringList pictures = picturesInFolder(path);
+        if (pictures.isEmpty())
+            throw Failure{path, QStringLiteral("there are no pictures in the folder")};
+        return readPictures(pictures, fileName(path));
+    }
+    m_progress.step(tr("Reading %1").arg(fileName(path)), 0, 0);
+    ImportedMedia media = importMedia(m_plugin, source, path, m_reading);
+    ReadFilm film;
+    film.path = path;
+    film.object = std::move(media.object);
+    film.warnings = media.warnings;
+    return film;
+}
+
+ReadFilm FilmReader::readGif(QFile &file, const QString &path)
+{
+    PrivateFolder folder;
+    const GifSource source = copyGif(file, path, m_reading.memory(), folder);
+    const qint64 all = source.descriptors.frames;
+    const QLocale locale;
+    const QString name = QFileInfo(path).baseName();
+    const GifFrames gif = readGifFrames(source.copy, name, [&](int done) {
+        m_progress.step(tr("Reading %1, %2 of %3 frames")
+                            .arg(fileName(path), locale.toString(done), locale.toString(all)),
+                        done, all);
+    });
+    const bool hasPicture = std::any_of(gif.frames.begin(), gif.frames.end(),
+                                        [](const auto &frame) { return !frame.second.isNull(); });
+    if (!hasPicture)
+        throw Failure{path, QStringLiteral("no frame of it could be read")};
+    FilmState state(*m_plugin.createObject());
+    state.setName(name);
+    state.setInterval(gif.intervalMs);
+    state.setLoopCount(gif.loopCount);
+    ReadFilm film;
+    film.path = path;
+    film.warnings = source.warnings;
+    film.object = state.withFrames(m_plugin, gif.frames, 0);
+    if (isUneven(gif.delaysMs))
+        keepRhythm(film, gif.delaysMs);
+    return film;
+}
+
+void FilmReader::keepRhythm(ReadFilm &film, const QVector<int> &delaysMs)
+{
+    film.lengthMs = totalMs(delaysMs);
+    const RepeatPlan plan = planRepeats(delaysMs);
+    if (plan.frameCount() > MostRepeatedFrames) {
+        film.warnings << tr("its frames are shown for different times; keeping the rhythm would "
+                            "take more than %1 frames, so all are shown for the same time")
+                             .arg(QLocale().toString(MostRepeatedFrames));
+        return;
+    }
+    FilmState state(*film.object);
+    state.setInterval(plan.intervalMs);
+    film.even = std::move(film.object);
+    film.object = state.withFrames(m_plugin, repeated(m_plugin.frames(*film.even), plan), 0);
+}
+
+ReadFilm FilmReader::readPictures(const QStringList &paths, const QString &name)
+{
+    const QLocale locale;
+    Plugin::Frames frames;
+    for (const QString &path : paths) {
+        m_progress.step(tr("Reading %1, %2 of %3 pictures")
+                            .arg(fileName(path), locale.toString(frames.size() + 1),
+                                 locale.toString(paths.size())),
+                        frames.size(), paths.size());
+        const QImage picture = readPicture(path, m_reading);
+        m_reading.memory().take(picture.sizeInBytes());
+        frames.append({QFileInfo(path).completeBaseName(), picture});
+    }
+    FilmState state(*m_plugin.createObject());
+    state.setName(name);
+    ReadFilm film;
+    film.path = paths.first();
+    film.object = state.withFrames(m_plugin, frames, 0);
+    return film;
+}

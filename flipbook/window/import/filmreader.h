@@ -1,0 +1,54 @@
+#pragma once
+
+#include "flipbook/import/reading.h"
+#include "flipbook/object/plugin.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+#include <vector>
+
+class Progress;
+
+/// A film that was read from a file or folder, on no page yet.
+struct ReadFilm {
+    QString path;
+    OwnedObject object;
+    QStringList warnings; ///< clauses without a full stop
+    /// Of a GIF whose frames are shown for different times: @a object keeps the rhythm by repeating
+    /// frames, and this one shows all for the same time. Null for any other film.
+    OwnedObject even;
+    qint64 lengthMs = 0; ///< of one pass of the GIF
+};
+
+/// Reads films for the window, with progress.
+class FilmReader
+{
+    Q_DECLARE_TR_FUNCTIONS(FilmReader)
+
+public:
+    /// All films together may take @p maxMemory bytes.
+    FilmReader(const Plugin &plugin, Progress &progress, qint64 maxMemory);
+
+    /// Reads a GIF, a frame folder, a folder of pictures, or a picture.
+    /// @throw Failure, Cancelled
+    ReadFilm read(const QString &path);
+
+    /// Makes one film of the pictures in these files, in this order. @throw Failure, Cancelled
+    ReadFilm readPictures(const QStringList &paths, const QString &name);
+
+private:
+    ReadFilm readGif(QFile &file, const QString &path);
+    void keepRhythm(ReadFilm &film, const QVector<int> &delaysMs);
+
+    const Plugin &m_plugin;
+    Progress &m_progress;
+    Reading m_reading;
+};
+
+/// The picture files in a folder, in natural order: 2 before 10.
+QStringList picturesInFolder(const QString &folder);
+
+/// Sorts paths by their names in natural order.
+void sortNaturally(QStringList &paths);

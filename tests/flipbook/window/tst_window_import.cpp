@@ -1,0 +1,254 @@
+#include "flipbook/import/gifframes.h"
+#include "flipbook/import/mediaimport.h"
+#include "flipbook/import/reading.h"
+#include "flipbook/window/frames/framepanel.h"
+#include "flipbook/window/frames/framestrip.h"
+#include "flipbook/window/import/importcontroller.h"
+#include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/window/windowfixture.h"
+#include "tests/support/gifbuilder.h"
+#include "tests/support/pictures.h"
+
+#include <QtTest/QtTest>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QToolButton>
+
+/// Films and pictures that come to the page and to the frames of a film.
+class TestWindowImport : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_fixture = std::make_unique<WindowFixture>(); }
+    void cleanup() { m_fixture.reset(); }
+
+    void aDroppedGifBecomesAnObjectWhereItWasDropped();
+    void readingInPiecesGivesTheFilmThatTheObjectItselfImports();
+    void anUnevenGifKeepsItsRhythmAndOffersOneTime();
+    void picturesOfOneSizeBecomeOneFilmInNaturalOrder();
+    void theyCanBecomeSingleObjectsInstead();
+    void aFolderOfPicturesBecomesAFilm();
+    void aFrameFolderIsReadAsItsFileSays();
+    void filesDroppedOnTheStripBecomeFramesAtThatPlace();
+    void aFileThatIsNoPictureIsNamedAndNothingChanges();
+    void theGoodOnesAmongBadFilesAreImported();
+    void beyondTheBudgetAQuestionIsAsked();
+    void aCancelledImportLeavesTheDocumentAsItWas();
+    void theHintOfTheEmptyPageGoesWithTheFirstObject();
+
+private:
+    QString gif(const QString &name, const QVector<int> &delaysCs);
+    QString picture(const QString &name, const QColor &colour, int width = 40);
+    QList<CBaseObject *> objects() { return m_fixture->page().objects(); }
+
+    std::unique_ptr<WindowFixture> m_fixture;
+};
+
+/// A GIF of 20 x 10 pixels with frames of red, green and blue in turn.
+QString TestWindowImport::gif(const QString &name, const QVector<int> &delaysCs)
+{
+    GifBuilder builder(20, 10);
+    builder.loop(0);
+    for (int i = 0; i < delaysCs.size(); ++i)
+        builder.add(i % 3, delaysCs.at(i));
+    builder.write(m_fixture->path(name));
+    return m_fixture->path(name);
+}
+
+QString TestWindowImport::picture(const QString &name, const QColor &colour, int width)
+{
+    const QString path = m_fixture->path(name);
+    Pictures::solid(width, 30, colour).save(path);
+    return path;
+}
+
+void TestWindowImport::aDroppedGifBecomesAnObjectWhereItWasDropped()
+{
+    m_fixture->dropOnPage({200, 150}, {gif(QStringLiteral("a.gif"), {10, 10, 10})});
+    QCOMPARE(objects().size(), 1);
+    CBaseObject &object = *objects().first();
+    QCOMPARE(object.getPos(), QPointF(190, 145));
+    QCOMPARE(object.getSize(), QSizeF(20, 10));
+    QCOMPARE(AnimatedObject(object).frameCount(), 3);
+    QCOMPARE(AnimatedObject(object).name(), QStringLiteral("a"));
+    QCOMPARE(m_fixture->session().film(), &object);
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Add a.gif")}));
+    m_fixture->trigger("undo");
+    QVERIFY(objects().isEmpty());
+    m_fixture->trigger("redo");
+    QCOMPARE(objects(), QList<CBaseObject *>({&object}));
+}
+
+void TestWindowImport::readingInPiecesGivesTheFilmThatTheObjectItselfImports()
+{
+    const QString path = gif(QStringLiteral("a.gif"), {7, 7, 7, 7});
+    const Plugin &plugin = m_fixture->session().plugin();
+    Reading reading(1 << 30, false);
+    const ImportedMedia media = importMedia(plugin, path, reading);
+    const AnimatedObject own(*media.object);
+    const GifFrames pieces = readGifFrames(path, QStringLiteral("a"), [](int) {});
+    QCOMPARE(pieces.intervalMs, own.intervalMs());
+    QCOMPARE(pieces.loopCount, own.loopCount());
+    QCOMPARE(pieces.frames, plugin.frames(*media.object));
+
+    m_fixture->dropOnPage({200, 150}, {path});
+    const AnimatedObject dropped(*objects().first());
+    QCOMPARE(dropped.intervalMs(), 70);
+    QCOMPARE(dropped.loopCount(), -1);
+    QCOMPARE(m_fixture->frameNames(dropped.base()),
+             QStringList({QStringLiteral("a_1"), QStringLiteral("a_2"), QStringLiteral("a_3"),
+                          QStringLiteral("a_4")}));
+}
+
+void TestWindowImport::anUnevenGifKeepsItsRhythmAndOffersOneTime()
+{
+    // 100, 300 and 200 ms: six frames of 100 ms. With the first time for all, 0.3 s.
+    m_fixture->dropOnPage({200, 150}, {gif(QStringLiteral("u.gif"), {10, 30, 20})});
+    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 6);
+    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
+    QCOMPARE(m_fixture->frameColours(*objects().first()),
+             QList<QColor>({QColor(Qt::red), QColor(Qt::green), QColor(Qt::green),
+                            QColor(Qt::green), QColor(Qt::blue), QColor(Qt::blue)}));
+    QCOMPARE(m_fixture->messages(),
+             QStringList({QStringLiteral("u.gif shows its frames for different times, 0.6 s in "
+                                         "all. The rhythm is kept with 6 frames.")}));
+    m_fixture->choose(QStringLiteral("One time for all: 0.3 s"));
+    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 3);
+    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
+    QCOMPARE(objects().first()->getPos(), QPointF(190, 145));
+    QCOMPARE(m_fixture->messages(), QStringList());
+    m_fixture->trigger("undo");
+    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 6);
+}
+
+void TestWindowImport::picturesOfOneSizeBecomeOneFilmInNaturalOrder()
+{
+    const QStringList files = {picture(QStringLiteral("p10.png"), Qt::blue),
+                               picture(QStringLiteral("p2.png"), Qt::green),
+                               picture(QStringLiteral("p1.png"), Qt::red)};
+    m_fixture->dropOnPage({200, 150}, files);
+    QCOMPARE(objects().size(), 1);
+    QCOMPARE(m_fixture->frameNames(*objects().first()),
+             QStringList({QStringLiteral("p1"), QStringLiteral("p2"), QStringLiteral("p10")}));
+    QCOMPARE(AnimatedObject(*objects().first()).name(), QStringLiteral("p"));
+}
+
+void TestWindowImport::theyCanBecomeSingleObjectsInstead()
+{
+    m_fixture->dropOnPage({200, 150}, {picture(QStringLiteral("p1.png"), Qt::red),
+                                       picture(QStringLiteral("p2.png"), Qt::green)});
+    QCOMPARE(objects().size(), 1);
+    m_fixture->choose(QStringLiteral("One object for each"));
+    QCOMPARE(objects().size(), 2);
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Add 2 Objects")}));
+    QCOMPARE(objects().first()->getPos(), QPointF(180, 135));
+    QCOMPARE(objects().last()->getPos(), QPointF(204, 159));
+}
+
+void TestWindowImport::aFolderOfPicturesBecomesAFilm()
+{
+    QDir(m_fixture->path(QString())).mkdir(QStringLiteral("walk"));
+    picture(QStringLiteral("walk/b.png"), Qt::green, 50);
+    picture(QStringLiteral("walk/a.png"), Qt::red);
+    m_fixture->dropOnPage({200, 150}, {m_fixture->path(QStringLiteral("walk"))});
+    QCOMPARE(objects().size(), 1);
+    QCOMPARE(AnimatedObject(*objects().first()).name(), QStringLiteral("walk"));
+    QCOMPARE(m_fixture->frameNames(*objects().first()),
+             QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(objects().first()->getSize(), QSizeF(40, 30));
+}
+
+void TestWindowImport::aFrameFolderIsReadAsItsFileSays()
+{
+    QDir(m_fixture->path(QString())).mkdir(QStringLiteral("walk"));
+    picture(QStringLiteral("walk/b.png"), Qt::green);
+    picture(QStringLiteral("walk/a.png"), Qt::red);
+    writeBytes(m_fixture->path(QStringLiteral("walk/config.json")),
+               "{\"ImageList\":[{\"filename\":\"b.png\"}],\"ShiftInterval\":40}");
+    m_fixture->dropOnPage({200, 150}, {m_fixture->path(QStringLiteral("walk"))});
+    QCOMPARE(m_fixture->frameNames(*objects().first()), QStringList({QStringLiteral("walk_1")}));
+    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 40);
+}
+
+void TestWindowImport::filesDroppedOnTheStripBecomeFramesAtThatPlace()
+{
+    CBaseObject &film = m_fixture->addFilm({Qt::red, Qt::green});
+    m_fixture->page().selectObjects({&film});
+    FrameStrip &strip = m_fixture->window().frames().strip();
+    const QPoint beforeSecond(strip.visualRect(strip.model()->index(1, 0)).left() + 2, 30);
+    m_fixture->drop(*strip.viewport(), beforeSecond,
+                    {picture(QStringLiteral("x10.png"), Qt::blue),
+                     picture(QStringLiteral("x9.png"), Qt::white)});
+    CBaseObject &now = *m_fixture->session().film();
+    QCOMPARE(m_fixture->frameColours(now), QList<QColor>({QColor(Qt::red), QColor(Qt::white),
+                                                          QColor(Qt::blue), QColor(Qt::green)}));
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Insert 2 Frames")}));
+    QCOMPARE(now.getPos(), QPointF(100, 100));
+    m_fixture->trigger("undo");
+    QCOMPARE(m_fixture->session().film(), &film);
+    QCOMPARE(m_fixture->frameColours(film), QList<QColor>({QColor(Qt::red), QColor(Qt::green)}));
+}
+
+void TestWindowImport::aFileThatIsNoPictureIsNamedAndNothingChanges()
+{
+    const QString path = m_fixture->path(QStringLiteral("bad.gif"));
+    writeBytes(path, "GIF89a");
+    m_fixture->dropOnPage({200, 150}, {path});
+    QCOMPARE(m_fixture->messages().size(), 1);
+    QVERIFY2(m_fixture->messages().first().startsWith(path + QStringLiteral(": ")),
+             qPrintable(m_fixture->messages().first()));
+    QVERIFY(objects().isEmpty());
+    QVERIFY(!m_fixture->session().isDirty());
+}
+
+void TestWindowImport::theGoodOnesAmongBadFilesAreImported()
+{
+    const QString bad = m_fixture->path(QStringLiteral("bad.png"));
+    writeBytes(bad, "no picture");
+    m_fixture->dropOnPage({200, 150}, {bad, gif(QStringLiteral("a.gif"), {10})});
+    QCOMPARE(objects().size(), 1);
+    QCOMPARE(m_fixture->messages(),
+             QStringList({bad + QStringLiteral(": not a picture that can be read; those are PNG, JPEG, "
+                                          "GIF, BMP, PBM, PGM and PPM")}));
+}
+
+void TestWindowImport::beyondTheBudgetAQuestionIsAsked()
+{
+    m_fixture->window().importer().setMemoryBudget(1000);
+    const QString path = gif(QStringLiteral("a.gif"), {10, 10});
+    m_fixture->answerNext(QMessageBox::Cancel);
+    m_fixture->window().importer().importToPage({path});
+    QVERIFY(objects().isEmpty());
+    m_fixture->answerNext(QMessageBox::Yes);
+    m_fixture->window().importer().importToPage({path});
+    QCOMPARE(objects().size(), 1);
+}
+
+void TestWindowImport::aCancelledImportLeavesTheDocumentAsItWas()
+{
+    // Escape waits in the queue and is heard when the first of the frames have been read.
+    GifBuilder builder(200, 200);
+    for (int i = 0; i < 600; ++i)
+        builder.add(i % 3, 10);
+    builder.write(m_fixture->path(QStringLiteral("long.gif")));
+    CBaseObject &film = m_fixture->addFilm({Qt::red});
+    QCoreApplication::postEvent(&m_fixture->view(),
+                                new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+    m_fixture->window().importer().importToPage({m_fixture->path(QStringLiteral("long.gif"))});
+    QCOMPARE(objects(), QList<CBaseObject *>({&film}));
+    QCOMPARE(m_fixture->history(), QStringList());
+    QCOMPARE(m_fixture->messages(), QStringList());
+}
+
+void TestWindowImport::theHintOfTheEmptyPageGoesWithTheFirstObject()
+{
+    auto *hint = m_fixture->window().findChild<QWidget *>(QStringLiteral("emptyHint"));
+    QVERIFY(hint->isVisible());
+    m_fixture->dropOnPage({200, 150}, {gif(QStringLiteral("a.gif"), {10})});
+    QVERIFY(!hint->isVisible());
+    m_fixture->trigger("undo");
+    QVERIFY(hint->isVisible());
+}
+
+QTEST_MAIN(TestWindowImport)
+#include "tst_window_import.moc"
