@@ -1,8 +1,8 @@
 #include "fuzz/fuzzing.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/object/plugin.h"
 #include "framework/page.h"
 

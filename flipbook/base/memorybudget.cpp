@@ -1,7 +1,5 @@
 #include "flipbook/base/memorybudget.h"
 
-#include "flipbook/import/gifdescriptors.h"
-
 #include <array>
 #include <limits>
 
@@ -25,18 +23,9 @@ qint64 saturatingSum(qint64 a, qint64 b)
     return __builtin_add_overflow(a, b, &sum) ? std::numeric_limits<qint64>::max() : sum;
 }
 
-qint64 pictureBytes(const GifDescriptors &gif)
+qint64 pictureBytes(const QSize &size)
 {
-    return qint64(gif.screen.width()) * qint64(gif.screen.height()) * BytesPerPixel;
-}
-
-// Measured: the picture that the decoder works on, one more when frames are transparent or are
-// cleared, and two more when the decoder must be able to go back to an earlier picture.
-qint64 workingCopies(const GifDescriptors &gif)
-{
-    if (gif.restoresPrevious)
-        return 4;
-    return gif.hasTransparency ? 2 : 1;
+    return qint64(size.width()) * qint64(size.height()) * BytesPerPixel;
 }
 
 } // namespace
@@ -79,15 +68,15 @@ QString MemoryBudget::text(qint64 bytes)
     return number + QLatin1Char(' ') + (bytes == 1 ? QStringLiteral("byte") : units[unit]);
 }
 
-qint64 MemoryBudget::neededFor(const GifDescriptors &gif, qint64 frames)
+qint64 MemoryBudget::neededForFilm(const QSize &size, qint64 frames, int workingPictures)
 {
-    return saturatingSum(keptOf(gif, frames),
-                         saturatingProduct(workingCopies(gif), pictureBytes(gif)));
+    return saturatingSum(keptForFilm(size, frames),
+                         saturatingProduct(workingPictures, pictureBytes(size)));
 }
 
-qint64 MemoryBudget::keptOf(const GifDescriptors &gif, qint64 frames)
+qint64 MemoryBudget::keptForFilm(const QSize &size, qint64 frames)
 {
-    return saturatingSum(saturatingProduct(frames, pictureBytes(gif)),
+    return saturatingSum(saturatingProduct(frames, pictureBytes(size)),
                          saturatingProduct(frames, BytesPerFrameRecord));
 }
 

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <QtCore/QSize>
 #include <QtCore/QString>
 
 #include <optional>
-
-struct GifDescriptors;
 
 /// How much memory pictures may take when they are decoded, and how such amounts are written.
 namespace MemoryBudget
@@ -20,12 +19,13 @@ std::optional<qint64> parse(const QString &text);
 /// An amount for a person to read, such as "1.5 MiB"; bytes below 1 KiB are written in full.
 QString text(qint64 bytes);
 
-/// The bytes that @p frames pictures of the screen of @p gif take at four bytes a pixel, with
-/// what the decoder holds beside them. Saturates rather than overflows.
-qint64 neededFor(const GifDescriptors &gif, qint64 frames);
+/// The bytes that a film of @p frames frames of @p size pixels takes while it is decoded, at four
+/// bytes a pixel, with @p workingPictures more that the decoder holds. Saturates rather than
+/// overflows.
+qint64 neededForFilm(const QSize &size, qint64 frames, int workingPictures);
 
-/// The part of that which the pictures go on taking when they are decoded.
-qint64 keptOf(const GifDescriptors &gif, qint64 frames);
+/// The part of that which the film still takes when it is decoded.
+qint64 keptForFilm(const QSize &size, qint64 frames);
 
 /// The bytes of one picture of @p width by @p height pixels while it is decoded and converted.
 qint64 neededForPicture(qint64 width, qint64 height);

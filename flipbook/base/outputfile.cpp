@@ -1,7 +1,7 @@
 #include "flipbook/base/outputfile.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/import/reading.h"
+#include "flipbook/base/reading.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>

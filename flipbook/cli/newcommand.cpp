@@ -96,7 +96,7 @@ QString takeDocument(QStringList &files)
     const auto document = std::find_if(files.begin(), files.end(), isDocumentPath);
     if (document == files.end())
         throw UsageError{QStringLiteral("'%1' does not end in .flipbook").arg(files.first())};
-    const QString path = *document;
+    QString path = *document;
     files.erase(document);
     const auto second = std::find_if(files.begin(), files.end(), isDocumentPath);
     if (second != files.end())

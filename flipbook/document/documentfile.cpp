@@ -2,12 +2,12 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentjson.h"
 #include "flipbook/document/documentpictures.h"
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
-#include "flipbook/import/reading.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>

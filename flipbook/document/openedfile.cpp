@@ -1,7 +1,7 @@
 #include "flipbook/document/openedfile.h"
 
+#include "flipbook/base/reading.h"
 #include "flipbook/import/mediaimport.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
 

@@ -2,10 +2,10 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
 #include "flipbook/import/picturefile.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
 

@@ -3,8 +3,8 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/import/picturefile.h"
-#include "flipbook/import/reading.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QHash>

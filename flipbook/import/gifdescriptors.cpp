@@ -293,3 +293,12 @@ GifDescriptors readGifDescriptors(QIODevice &device)
 {
     return GifReader(device).read();
 }
+
+int GifDescriptors::workingPictures() const
+{
+    // Measured: the picture that the decoder works on, one more when frames are transparent or are
+    // cleared, and two more when the decoder must be able to go back to an earlier picture.
+    if (restoresPrevious)
+        return 4;
+    return hasTransparency ? 2 : 1;
+}

@@ -52,6 +52,9 @@ struct GifDescriptors {
     QVector<GifDamage> damages; ///< the first few of them
     /// The first frame whose code size the format does not allow, though decoders read it.
     std::optional<GifDamage> unusual;
+
+    /// How many pictures a decoder holds besides those of the frames.
+    int workingPictures() const;
 };
 
 /// Reads the blocks of the GIF on @p device, from its current position on. Any bytes will do: the

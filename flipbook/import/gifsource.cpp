@@ -39,12 +39,12 @@ void count(const QString &copy, const QString &path, const GifDescriptors &gif,
 {
     // Decoders do not give up at the same places as we do: the larger count is the safer one.
     const qint64 frames = std::max<qint64>(gif.frames, QImageReader(copy, "gif").imageCount());
-    memory.require(MemoryBudget::neededFor(gif, frames), path,
+    memory.require(MemoryBudget::neededForFilm(gif.screen, frames, gif.workingPictures()), path,
                    QStringLiteral("%1 of %2 x %3 pixels")
                        .arg(frameCountText(frames))
                        .arg(gif.screen.width())
                        .arg(gif.screen.height()));
-    memory.take(MemoryBudget::keptOf(gif, frames));
+    memory.take(MemoryBudget::keptForFilm(gif.screen, frames));
 }
 
 QString cutShortText(const GifDescriptors &gif)

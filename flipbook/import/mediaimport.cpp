@@ -1,11 +1,11 @@
 #include "flipbook/import/mediaimport.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/import/framefolder.h"
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/picturefile.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QDir>

@@ -5,10 +5,10 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/import/gifdescriptors.h"
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/privatecopy.h"
-#include "flipbook/import/reading.h"
 
 #include <QtCore/QBuffer>
 #include <QtGui/QImageReader>
@@ -28,7 +28,8 @@ PictureFacts factsOf(QIODevice &device, PictureFormat format)
     if (format.kind() == PictureFormat::Gif) {
         // The decoder's own answer for the size of a GIF does not hold for large screens.
         const GifDescriptors gif = readGifDescriptors(device);
-        return {format, MemoryBudget::neededFor(gif, 1), gif.leavesScreenUnset};
+        return {format, MemoryBudget::neededForFilm(gif.screen, 1, gif.workingPictures()),
+                gif.leavesScreenUnset};
     }
     QImageReader reader(&device);
     setFormat(reader, format);

@@ -1,7 +1,7 @@
 #include "flipbook/import/sourcefile.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/import/reading.h"
+#include "flipbook/base/reading.h"
 
 QString plainPath(const QString &path)
 {

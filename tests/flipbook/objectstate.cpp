@@ -1,7 +1,7 @@
 #include "tests/flipbook/objectstate.h"
 
+#include "flipbook/base/reading.h"
 #include "flipbook/document/openedfile.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/object/objectprotocol.h"
 #include "host/specialpropertyids.h"
 

@@ -1,6 +1,6 @@
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/document/documentjson.h"
-#include "flipbook/import/reading.h"
 #include "tests/flipbook/documentfixture.h"
 
 #include <QtCore/QRandomGenerator>

@@ -1,7 +1,7 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/import/framefolder.h"
-#include "flipbook/import/reading.h"
 #include "tests/support/pictures.h"
 
 #include <QtCore/QDir>

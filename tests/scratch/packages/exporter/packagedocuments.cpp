@@ -1,8 +1,8 @@
 #include "tests/scratch/packages/exporter/packagedocuments.h"
 
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/editing/frameeditor.h"
-#include "flipbook/import/reading.h"
 #include "framework/page.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/scratch/packages/exporter/packagemaker.h"

@@ -1,8 +1,8 @@
 #include "tests/scratch/packages/exporter/packagemaker.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/document/openedfile.h"
-#include "flipbook/import/reading.h"
 #include "framework/page.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"

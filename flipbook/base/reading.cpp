@@ -1,4 +1,4 @@
-#include "flipbook/import/reading.h"
+#include "flipbook/base/reading.h"
 
 #include "flipbook/base/failure.h"
 
