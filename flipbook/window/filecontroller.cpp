@@ -2,8 +2,8 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/session.h"

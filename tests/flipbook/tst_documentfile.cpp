@@ -1,8 +1,8 @@
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/document/documentjson.h"
-#include "flipbook/import/reading.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/support/gifbuilder.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "flipbook/import/reading.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/object/plugin.h"
 
 #include <QtCore/QCoreApplication>

@@ -1,8 +1,8 @@
 #include "flipbook/window/import/picturegroup.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 #include "flipbook/import/pictureformat.h"
-#include "flipbook/import/reading.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>

@@ -1,6 +1,6 @@
+#include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/import/mediaimport.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/window/mainwindow.h"
 #include "flipbook/window/page/pageview.h"
 

@@ -1,6 +1,6 @@
+#include "flipbook/base/reading.h"
 #include "flipbook/import/gifframes.h"
 #include "flipbook/import/mediaimport.h"
-#include "flipbook/import/reading.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/import/importcontroller.h"
@@ -207,8 +207,9 @@ void TestWindowImport::theGoodOnesAmongBadFilesAreImported()
     writeBytes(bad, "no picture");
     m_fixture->dropOnPage({200, 150}, {bad, gif(QStringLiteral("a.gif"), {10})});
     QCOMPARE(objects().size(), 1);
-    QCOMPARE(m_fixture->messages(),
-             QStringList({bad + QStringLiteral(": not a picture that can be read; those are PNG, JPEG, "
+    QCOMPARE(
+        m_fixture->messages(),
+        QStringList({bad + QStringLiteral(": not a picture that can be read; those are PNG, JPEG, "
                                           "GIF, BMP, PBM, PGM and PPM")}));
 }
 
