@@ -3,6 +3,7 @@
 #include <QtCore/QFile>
 #include <QtGui/QIconEngine>
 #include <QtGui/QPainter>
+#include <QtGui/QPalette>
 #include <QtGui/QPixmap>
 #include <QtSvg/QSvgRenderer>
 #include <QtWidgets/QApplication>
