@@ -1,4 +1,5 @@
 #include "framework/document.h"
+#include "tests/support/quiet.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QJsonArray>
@@ -65,8 +66,6 @@ class TestFrameworkImages : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
 
     void picturesAreInlineAtFirst();
     void inlinePicturesNeedNoStore();
@@ -85,20 +84,6 @@ private Q_SLOTS:
     void whatStandsBehindAPictureDoesNoHarm();
     void savingAgainGivesTheSame();
 };
-
-void TestFrameworkImages::initTestCase()
-{
-    // Damaged pictures make the decoder talk.
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
-        if (type == QtFatalMsg)
-            qFatal("%s", qPrintable(text));
-    });
-}
-
-void TestFrameworkImages::cleanupTestCase()
-{
-    qInstallMessageHandler(nullptr);
-}
 
 void TestFrameworkImages::picturesAreInlineAtFirst()
 {
@@ -236,6 +221,7 @@ void TestFrameworkImages::cutStreamsGiveFewerPictures()
 
 void TestFrameworkImages::changedBytesDoNotHarm()
 {
+    const Quiet quiet;
     Document document;
     const QByteArray bytes = streamed(document, redNullBlue());
     for (int at = 0; at < bytes.size(); ++at) {

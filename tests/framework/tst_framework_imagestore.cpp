@@ -1,4 +1,5 @@
 #include "framework/imagestore.h"
+#include "tests/support/quiet.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QCryptographicHash>
@@ -373,7 +374,7 @@ void TestFrameworkImageStore::whatIsNoPngIsNoPicture()
 
 void TestFrameworkImageStore::damagedPngsDoNotHarm()
 {
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const Quiet quiet;
     const QByteArray png = pngOf(colourful());
     int nulls = 0;
     for (int at = 0; at < png.size(); ++at) {
@@ -383,13 +384,12 @@ void TestFrameworkImageStore::damagedPngsDoNotHarm()
         const QImage image = decoded(damaged);
         QVERIFY(image.isNull() || image.width() * image.height() < 1 << 24);
     }
-    qInstallMessageHandler(nullptr);
     QVERIFY(nulls > png.size() / 2);
 }
 
 void TestFrameworkImageStore::aDeclaredSizeMustBePlausible()
 {
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const Quiet quiet;
     const QByteArray png = pngOf(solid(Qt::red));
     const qint64 peak = peakOfAddressSpace();
     QVERIFY(peak > 0);
@@ -397,7 +397,6 @@ void TestFrameworkImageStore::aDeclaredSizeMustBePlausible()
     const QImage large = decoded(resized(png, 30000, 30000));
     const QImage negative = decoded(resized(png, 0xffffffff, 8));
     const QImage same = decoded(resized(png, 8, 8));
-    qInstallMessageHandler(nullptr);
     // The second would have taken 3433 MiB before the decoder noticed that its rows are missing.
     QVERIFY(peakOfAddressSpace() < peak + 500);
     QVERIFY(huge.isNull());

@@ -1,4 +1,5 @@
 #include "tests/animatedimage/saving/forms.h"
+#include "tests/support/quiet.h"
 #include "tests/support/stage.h"
 
 #include <QtCore/QJsonArray>
@@ -59,6 +60,7 @@ private Q_SLOTS:
 
     void aStreamWithAnyByteChangedIsRead()
     {
+        const Quiet quiet;
         const QByteArray bytes = threeFrames();
         const qint64 before = peakMemory();
         for (int at = 0; at < bytes.size(); ++at) {
@@ -146,6 +148,7 @@ private Q_SLOTS:
 
     void jsonOfAnyOddKindIsRead()
     {
+        const Quiet quiet;
         QFETCH(QJsonValue, value);
         Stage from(solidFrames({{4, 3}, {5, 6}}));
         const QJsonObject good = Forms::savedJson(*from.image);
