@@ -12,7 +12,9 @@ class FRAMEWORK_API Notifier final : public QObject, public INotifier
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    /// If the logging category "framework.notifications" is enabled by now, everything that is told
+    /// from here on is logged too.
+    Notifier();
 
     void post(int id, int first, const QString &text, int last) override;
     void notify(int code, int first, int second, int third) override;
