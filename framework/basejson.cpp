@@ -24,7 +24,7 @@ const QLatin1String Color("Color");
 const QLatin1String Offset("Offset");
 const QLatin1String OtherParams("OtherParams");
 
-/// A point that no object can stand at unless @p json is an array of two numbers.
+/// A position that no object can have, unless @p json is an array of two numbers.
 QPointF pairOf(const QJsonValue &json)
 {
     constexpr double none = std::numeric_limits<double>::quiet_NaN();

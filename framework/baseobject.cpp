@@ -35,7 +35,7 @@ bool CBaseObject::isEditable() const
 
 QRectF CBaseObject::boundingRect() const
 {
-    // Handles are discs of radius handle size + 2 around the edges; that for rotation stands two
+    // Handles are discs of radius handle size + 2 around the edges; the one for rotation is two
     // handle sizes above the top. One unit more for smooth edges.
     const double side = getHandleSize() + 3.0;
     const double above = 3.0 * getHandleSize() + 3.0;

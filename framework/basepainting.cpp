@@ -10,7 +10,7 @@
 namespace
 {
 
-/// A shadow has no detail that would show beyond this many pixels on a side.
+/// A shadow needs no more pixels than this on a side: it has no finer detail.
 constexpr double MaxShadowSide = 2048.0;
 
 QSize shadowPixels(const QSizeF &size)

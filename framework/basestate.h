@@ -26,7 +26,7 @@ struct BaseState {
 };
 
 /// One block, so that what follows it in the stream is found even when its content is damaged.
-/// Inside it bytes are in a fixed order, whatever the stream is set to.
+/// Its byte order is fixed, independent of that of the stream.
 void writeBaseState(QDataStream &stream, const BaseState &state);
 /// Reads over @p state as far as the block goes: what is missing or no possible value stays as
 /// it was; parameters are replaced as a whole. False when anything was missing.

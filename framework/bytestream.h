@@ -7,11 +7,11 @@ class QDataStream;
 
 /// Reading and writing of streams that may be damaged or hostile. A reader never throws and
 /// takes no memory ahead of the bytes that are there; a value that is cut short comes back as
-/// nothing and leaves QDataStream::ReadPastEnd behind.
+/// nothing and sets the status QDataStream::ReadPastEnd.
 namespace ByteStream
 {
 
-/// Bytes behind their 32-bit length.
+/// Bytes, preceded by their 32-bit length.
 void writeBlock(QDataStream &stream, const QByteArray &block);
 QByteArray readBlock(QDataStream &stream);
 
@@ -19,7 +19,7 @@ QByteArray readBlock(QDataStream &stream);
 void writeText(QDataStream &stream, const QString &text);
 QString readText(QDataStream &stream);
 
-/// The 64 bits of a double, whatever precision the stream is set to.
+/// The 64 bits of a double, independent of the precision of the stream.
 void writeDouble(QDataStream &stream, double value);
 double readDouble(QDataStream &stream);
 

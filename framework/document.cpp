@@ -88,7 +88,7 @@ void Document::forget(Page *page)
 
 void Document::sendAttribute(int id)
 {
-    // An object's answer is heard by listeners, who may release objects.
+    // Objects notify when they handle an attribute, and listeners may release objects.
     QList<QPointer<CBaseObject>> receivers;
     for (const Page *page : std::as_const(m_pages)) {
         const QList<CBaseObject *> objects = page->objects();

@@ -19,7 +19,7 @@ public:
     /// then the pages.
     ~Document() override;
 
-    /// A new, empty page behind the others; owned by the document.
+    /// A new, empty page after the others; owned by the document.
     Page *addPage(const QRectF &rect);
     /// Destroys @p page with its objects. A page of another document is ignored.
     void removePage(Page *page);
@@ -34,14 +34,14 @@ public:
 
     bool keepsImagesInline() const override;
     /// Inline (the default) suits a clipboard; the store suits a file that keeps each picture
-    /// once. Reading takes both forms, whatever is set.
+    /// once. Both forms can be read, independent of this setting.
     void setKeepsImagesInline(bool keepsInline);
     ImageStore &imageStore();
     /// While set, saving writes no pictures: for callers that want the rest of an object's state.
     void setOmitsPictures(bool omits);
 
     /// Digests that reading asked for and that the store did not have (or had damaged); each is
-    /// listed once. At their places stand null images.
+    /// listed once. Null images take their places.
     QStringList missingPictures() const;
     void clearMissingPictures();
 

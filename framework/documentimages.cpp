@@ -11,7 +11,7 @@
 namespace
 {
 
-/// What stands for a picture in a stream, before a block with its content. An unknown kind, of a
+/// How a picture is stored in a stream, before a block with its content. An unknown kind, of a
 /// later version perhaps, is passed over by its block.
 enum class Kind : quint8 {
     Null = 0,

@@ -34,7 +34,7 @@ Framework::Framework()
 {
     setLanguage(QLocale());
     QObject::connect(&m_undoStack, &QUndoStack::indexChanged, &m_notifier, [this] {
-        // An open macro stands on the stack: an empty one was cleared, and its macros with it.
+        // An open macro is on the stack: if the stack is empty, it was cleared with its macros.
         if (m_undoStack.count() == 0)
             m_openMacros = 0;
     });

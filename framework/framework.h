@@ -10,12 +10,12 @@
 #include <QtCore/QLocale>
 #include <QtCore/QTranslator>
 
-/// The one framework of the process, behind GetFramework(). GUI thread only.
+/// The one framework of the process, returned by GetFramework(). GUI thread only.
 class FRAMEWORK_API Framework final : public IFramework, public ILocalize
 {
 public:
     /// Made on first use, which must come after the application object; never destroyed, so that
-    /// objects may call it however late they die.
+    /// objects may call it at any time, also during exit.
     static Framework &instance();
 
     Document *defaultDocument() override;

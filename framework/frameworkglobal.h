@@ -2,8 +2,7 @@
 
 #include <QtCore/qglobal.h>
 
-/// Marks the classes that the framework library offers to applications beyond what stands in
-/// host/.
+/// Marks the classes that the framework library offers to applications in addition to host/.
 #if defined(FRAMEWORK_LIBRARY)
 #define FRAMEWORK_API Q_DECL_EXPORT
 #else

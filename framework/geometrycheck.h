@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-/// Whether an object can stand at @p point.
+/// Whether an object can have the position @p point.
 inline bool isPlace(const QPointF &point)
 {
     return std::isfinite(point.x()) && std::isfinite(point.y());

@@ -10,7 +10,7 @@
 
 /// The pictures of a document, each distinct one kept once, as a PNG file in memory. A picture is
 /// known by its digest: the MD5 of the PNG bytes as 32 lower-case hexadecimal digits.
-/// The same pixels always give the same bytes, on every machine and however often they were
+/// The same pixels always give the same bytes, on every machine, even if they were
 /// saved and loaded (see picturecodec.h).
 class FRAMEWORK_API ImageStore
 {
@@ -20,9 +20,9 @@ public:
     /// Keeps the PNG file @p bytes. False, with nothing kept, when they have another digest.
     bool addPng(const QString &digest, const QByteArray &bytes);
 
-    /// The picture behind @p digest; a null image when there is none or its file is damaged.
+    /// The picture with the digest @p digest; a null image if there is none or its file is damaged.
     QImage image(const QString &digest) const;
-    /// The PNG file behind @p digest; empty when there is none.
+    /// The PNG file with the digest @p digest; empty if there is none.
     QByteArray png(const QString &digest) const;
     bool contains(const QString &digest) const;
     /// All digests, in ascending order.

@@ -6,14 +6,14 @@
 
 #include <QtCore/QObject>
 
-/// Turns what objects tell their host into signals that panels and views connect to.
+/// Emits a signal for each message from an object to its host.
 class FRAMEWORK_API Notifier final : public QObject, public INotifier
 {
     Q_OBJECT
 
 public:
-    /// If the logging category "framework.notifications" is enabled by now, everything that is told
-    /// from here on is logged too.
+    /// If the logging category "framework.notifications" is enabled by now, all messages are logged
+    /// from now on.
     Notifier();
 
     void post(int id, int first, const QString &text, int last) override;
@@ -21,7 +21,7 @@ public:
 
 Q_SIGNALS:
     /// The property @p id of @p object (see PropertyChange) has changed. A listener may release
-    /// the object; listeners behind it in the order of connection must then not use it.
+    /// the object; listeners that were connected later must then not use it.
     void propertyChanged(CBaseObject *object, int id, const QString &value);
 
     /// A message was posted; see MessageId.

@@ -3,7 +3,7 @@
 #include <QtCore/QString>
 
 /// The shortest decimal text that gives exactly @p value back, in any locale; "nan", "inf" and
-/// "-inf" for what is no number, "-0" for negative zero.
+/// "-inf" for values that are not finite, "-0" for negative zero.
 QString numberText(double value);
 
 /// Reads a text that numberText() made. False, with @p value untouched, for any other.

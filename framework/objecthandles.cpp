@@ -91,7 +91,7 @@ const QVector<Handle> &ObjectHandles::all()
 
 ObjectGeometry ObjectHandles::geometryOf(const CBaseObject &object)
 {
-    // The position is a virtual question that only a presentation answers otherwise.
+    // getPos() is virtual: while presenting, it may return another position.
     return {const_cast<CBaseObject &>(object).getPos(), object.getSize(), object.getRotate()};
 }
 

@@ -8,14 +8,14 @@
 
 class CBaseObject;
 
-/// Where an object lies on its page: what its handles change.
+/// The geometry of an object on its page, which its handles change.
 struct FRAMEWORK_API ObjectGeometry {
     QPointF pos;        ///< the unrotated top left corner, in page coordinates
     QSizeF size;        ///< in units of the page
     double angle = 0.0; ///< clockwise around the centre, in degrees
 
     QPointF center() const { return pos + QPointF(size.width() / 2, size.height() / 2); }
-    /// A point of the unrotated object, in page coordinates, to where it lies on the page.
+    /// Maps a point of the unrotated object, in page coordinates, to its place on the page.
     QPointF toPage(const QPointF &point) const;
     QPointF fromPage(const QPointF &point) const;
 
@@ -49,11 +49,11 @@ constexpr double SmallestSide = 1.0;
 constexpr double SnapDegrees = 15.0;
 
 FRAMEWORK_API ObjectGeometry geometryOf(const CBaseObject &object);
-/// Gives @p object exactly this geometry, and tells the host that it has changed.
+/// Gives @p object exactly this geometry, and notifies the host.
 FRAMEWORK_API void setGeometry(CBaseObject &object, const ObjectGeometry &geometry);
 
-/// Where @p handle of an object of this geometry lies, with handles of @p handleSize units: the
-/// rotation handle stands two of them above the top edge.
+/// The position of @p handle of an object with this geometry, with handles of @p handleSize units:
+/// the rotation handle is two of them above the top edge.
 FRAMEWORK_API QPointF place(const ObjectGeometry &geometry, Handle handle, double handleSize);
 
 struct Resizing {

@@ -233,7 +233,7 @@ bool Page::removeFromLayers(CBaseObject *object)
 
 void Page::restack()
 {
-    // Normal objects stand at 0 and above, those of the background below.
+    // Normal objects have z values from 0 up, those of the background below 0.
     for (int i = 0; i < m_background.size(); ++i)
         m_background[i]->setZValue(i - m_background.size());
     for (int i = 0; i < m_normal.size(); ++i)

@@ -20,7 +20,7 @@ class FRAMEWORK_API Page : public QGraphicsScene, public IGdPage
 public:
     enum class Layer { Normal, Background };
 
-    /// Where an object stands: its layer, and how many objects of that layer are below it.
+    /// The place of an object: its layer, and how many objects of that layer are below it.
     struct Place {
         Layer layer = Layer::Normal;
         int index = 0;
@@ -62,7 +62,7 @@ public:
     /// goes before one whose rectangle is only transparent there. Null when there is none.
     CBaseObject *objectAt(const QPointF &point) const;
 
-    /// Where @p object stands; it must be on this page.
+    /// The place of @p object, which must be on this page.
     Place placeOf(const CBaseObject *object) const;
     /// Moves an object of this page; an index outside the layer counts as its nearest end. Not
     /// undoable by itself.

@@ -15,7 +15,7 @@ namespace
 constexpr char PngFormat[] = "png";
 /// 96 dots per inch. QImage would otherwise ask the screen, and the bytes depend on the machine.
 constexpr int DotsPerMeter = 3780;
-/// What a picture may take in memory however few its bytes are, and how far deflate can shrink.
+/// How much memory a picture may take even if it has few bytes, and how far deflate can shrink it.
 constexpr qint64 SmallPicture = qint64(64) << 20;
 constexpr qint64 MostDeflated = 1032;
 constexpr qint64 BytesPerPixel = 4;
@@ -44,7 +44,7 @@ bool hasPlausibleChunks(const QByteArray &png)
         const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
         if (length > SmallPicture && length > png.size() - at - FrameLength)
             return false;
-        // What stands behind the end is never read.
+        // Bytes after the end are never read.
         if (std::memcmp(png.constData() + at + LengthSize, "IEND", LengthSize) == 0)
             return true;
         at += FrameLength + length;

@@ -13,7 +13,7 @@ namespace PictureCodec
 /// Empty for a null image.
 QByteArray encode(const QImage &image);
 
-/// A null image for what is no PNG, is damaged, or declares a size that so few bytes cannot hold.
+/// A null image if the bytes are not a PNG, are damaged, or declare a size that they cannot hold.
 QImage decode(const QByteArray &png);
 
 } // namespace PictureCodec

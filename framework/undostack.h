@@ -5,8 +5,8 @@
 #include <QtWidgets/QUndoStack>
 
 /// An undo stack that may be emptied at any time, also by one of its commands: QUndoStack still
-/// uses a command that has just returned. It can tell only when its commands are run through this
-/// class, not through a reference to QUndoStack.
+/// uses a command that has just returned. It can know this only if its commands are run through
+/// this class, not through a reference to QUndoStack.
 class FRAMEWORK_API UndoStack final : public QUndoStack
 {
     Q_OBJECT

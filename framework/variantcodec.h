@@ -7,7 +7,7 @@ class QDataStream;
 
 /// Named parameters in the two saved forms. Only values of these types are kept: bool, int, uint,
 /// qlonglong, double, QString, QStringList, QPointF, QSizeF, QRectF, QByteArray. A closed set,
-/// because a document may come from anyone and Qt's own reader makes whatever type is asked of it.
+/// because a document may be hostile, and Qt's own reader creates any type that is requested.
 namespace VariantCodec
 {
 

@@ -15,7 +15,7 @@
 namespace
 {
 
-/// JSON has no text for what is no number and for negative zero: these travel as texts.
+/// JSON cannot represent NaN, infinities and negative zero: they are stored as texts.
 QJsonValue jsonOfNumber(double number)
 {
     const bool plain = std::isfinite(number) && !(number == 0.0 && std::signbit(number));

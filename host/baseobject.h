@@ -37,7 +37,7 @@ public:
     int type() const override;
 
     /// Calls OnQPainterDraw() with mirror and flip applied around the centre of the object, and
-    /// the layer effect behind it. Rotation is the item's own.
+    /// the layer effect beneath it. The item itself applies the rotation.
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
     bool save(QDataStream &stream) override;

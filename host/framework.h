@@ -17,7 +17,8 @@ public:
     /// message; settings values are posted with 0 and -1.
     virtual void post(int id, int first, const QString &text, int last) = 0;
 
-    /// Notifies of the event @p code (see NotificationCode) with three numbers of its own.
+    /// Notifies of the event @p code (see NotificationCode) with three numbers, whose meaning
+    /// depends on the code.
     virtual void notify(int code, int first, int second, int third) = 0;
 };
 
@@ -33,7 +34,7 @@ public:
     /// Never null; owned by the framework.
     virtual INotifier *notifier() = 0;
 
-    /// The text behind a string id in the user's language, or @p fallback when there is none.
+    /// The text for a string id in the user's language, or @p fallback if there is none.
     virtual QString translated(const QString &id, const QString &fallback) = 0;
 
     /// Whether commands that are pushed now become part of an open macro.

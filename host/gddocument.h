@@ -23,8 +23,8 @@ public:
     virtual int alternateMode() const = 0;
 
     /// Whether pictures are written into the stream where they occur (true) or handed to the
-    /// document's store through streamImageList() (false). Asked afresh for each saving and
-    /// loading; both must be given the same answer.
+    /// document's store through streamImageList() (false). Called for each saving and
+    /// loading; both must get the same answer.
     virtual bool keepsImagesInline() const = 0;
 
     /// Writes @p images to @p stream (@p saving true) or fills the list from it (false).

@@ -9,7 +9,7 @@
 class CGDRootObject;
 class IGdDocument;
 
-/// A page: the surface that canvas objects stand on. Owned by its document.
+/// A page, which holds canvas objects. Owned by its document.
 class HOST_API IGdPage
 {
 public:

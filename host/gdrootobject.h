@@ -23,7 +23,8 @@ class QPainter;
 /// Coordinates: an object's own (item) coordinates begin at its top left corner, so its rectangle
 /// is (0, 0, width, height); its position is that corner, unrotated, in page coordinates. One unit
 /// is one pixel of an unscaled page. Angles are degrees, clockwise. Everything runs on the GUI
-/// thread. The virtual operations stand in the order of the host's table; do not reorder them.
+/// thread. The virtual operations are in the order of the host's virtual table; do not reorder
+/// them.
 class HOST_API CGDRootObject
 {
 public:
@@ -51,14 +52,14 @@ public:
     virtual void setPos(QPointF pos, bool notify);
     /// Gives centre (page coordinates), size (item units) and rotation (degrees) in one step.
     /// @p update asks an override to bring what it derives from them up to date; the base itself
-    /// tells the host nothing, updateAfterObjRectChanged() does. An object that does not turn
+    /// does not notify the host, updateAfterObjRectChanged() does. An object that does not turn
     /// freely keeps its direction. What is not finite, or negative as a size, is ignored as a
     /// whole, here as in every other change of geometry.
     virtual void setCenterPos(const QPointF &center, const QSizeF &size, double angle, bool update);
 
-    /// Handles the attribute @p id (see AttributeId), whose input stands in @p stream. The base
-    /// answers true for the attributes that are its own (entering and leaving the alternate mode)
-    /// and false for all others, which leaves them to the override. @p flag is the base's own.
+    /// Handles the attribute @p id (see AttributeId), whose input is in @p stream. The base returns
+    /// true for its own attributes (entering and leaving the alternate mode) and false for all
+    /// others, which leaves them to the override. Only the base uses @p flag.
     virtual bool SetAttribute(int id, QDataStream &stream, bool flag);
 
     /// Replace the object's content; true when the source is of a kind that the object takes.
@@ -71,15 +72,15 @@ public:
     virtual void Release();
 
     /// The settings panel: a JSON text that lists the object's settings, and the JSON text with
-    /// which the panel answers. The base has no settings: false.
+    /// which the panel answers. The base has no settings and returns false.
     virtual bool GetSettingJson(QString &json);
     virtual bool SetSettingJson(const QString &json, bool undoable, bool notify);
 
     /// The pixel size of what the object shows; (0, 0) for nothing, and for the base.
     virtual QSize getImageSize();
 
-    /// Operations by identifier (see SpecialPropertyId). Input and answer share the stream's
-    /// device, which must be seekable and readable (and writable where there is an answer).
+    /// Operations by identifier (see SpecialPropertyId). Request and answer share the stream's
+    /// device, which must be seekable and readable (and writable if there is an answer).
     /// The base knows no identifier: false. Setting repaints the object all the same, since an
     /// override may have changed what it shows.
     virtual bool GetSpecialProperty(int id, QDataStream &stream);
@@ -90,7 +91,7 @@ public:
 
     /// Stores a named parameter that travels with the object in both saved forms, if it is a
     /// bool, int, uint, qlonglong, double, QString, QStringList, QPointF, QSizeF, QRectF or
-    /// QByteArray; values of other types stay behind. An invalid value removes the parameter.
+    /// QByteArray; values of other types are not saved. An invalid value removes the parameter.
     /// True when the stored value changed.
     virtual bool setOtherParams(const QString &key, const QVariant &value);
 
@@ -156,9 +157,9 @@ protected:
     virtual void geometryAboutToChange();
     virtual void geometryChanged(bool notify);
 
-    QString m_objName;                     ///< what getObjName() answers
+    QString m_objName;                     ///< returned by getObjName()
     QRectF m_rect;                         ///< the object's rectangle in item coordinates
-    bool m_rectStale = false;              ///< the placing must be worked out again
+    bool m_rectStale = false;              ///< the placement must be recomputed
     bool m_hasShape = false;               ///< the object can be hit; without it shape() is empty
     bool m_mirrored = false;               ///< live mirror state
     bool m_flipped = false;                ///< live flip state

@@ -2,8 +2,8 @@
 
 #include <QtCore/qglobal.h>
 
-/// Marks what the framework library defines. Its symbols keep default visibility on both sides of
-/// the door, so that run-time type information is shared between the host and its plug-ins.
+/// Marks what the framework library defines. Its symbols have default visibility in the host and in
+/// plug-ins, so that they share run-time type information.
 #if defined(FRAMEWORK_LIBRARY)
 #define HOST_API Q_DECL_EXPORT
 #else

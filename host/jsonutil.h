@@ -16,7 +16,7 @@ public:
     virtual void getFileMd5(const QString &path, QString &digest) = 0;
 
     /// A text from which textToVariant() gives an equal value back. Exact for every double,
-    /// NaN included. A type that has no text form gives an empty text.
+    /// NaN included. A type without a text form gives an empty text.
     virtual QString variantToText(const QVariant &value) = 0;
 
     /// The value that variantToText() made @p text from; an invalid QVariant for any other text.

@@ -10,6 +10,6 @@ class HOST_API ILocalize
 public:
     virtual ~ILocalize() = default;
 
-    /// The text behind the string id @p id, or @p fallback when there is none.
+    /// The text for the string id @p id, or @p fallback if there is none.
     virtual QString translated(const QString &id, const QString &fallback) const = 0;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Numbers with which an object tells its host that something has happened.
+/// The numbers of notifications from an object to its host.
 
 /// Ids of CBaseObject::notifyObjPropertyChanged().
 namespace PropertyChange

@@ -3,7 +3,7 @@
 /// Identifiers of the operations of an animated image that the host reaches through
 /// CGDRootObject::GetSpecialProperty() and SetSpecialProperty(). Each identifier names one
 /// operation for reading and one for writing, which need not be related.
-/// Input and answer share one buffer; the integrator's guide has the full table.
+/// Request and answer share one buffer; the integrator's guide has the full table.
 namespace SpecialPropertyId
 {
 

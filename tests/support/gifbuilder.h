@@ -12,7 +12,7 @@ public:
     enum Disposal { Unspecified = 0, Keep = 1, RestoreBackground = 2, RestorePrevious = 3 };
 
     struct Frame {
-        QRect rect;         ///< where the frame lies on the screen
+        QRect rect;         ///< the position of the frame on the screen
         int colorIndex = 0; ///< palette index of all its pixels, 0 to 3
         int delayCs = 10;   ///< hundredths of a second after the frame
         Disposal disposal = Unspecified;

@@ -15,7 +15,7 @@ public:
 
     IGdDocument *&belongDoc() { return m_image.m_belongDoc; }
     QTimer *timer() { return m_image.m_shiftTimer; }
-    /// The frames with their regions and hit paths, which are worked out for this.
+    /// The frames, with their regions and hit paths computed.
     QList<CAnimatedPortrait> &frames()
     {
         m_image.m_regions.workOut(m_image.m_portraits);

@@ -5,7 +5,7 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 
-/// A special property as a host asks for it: input and answer share one buffer.
+/// A special property as a host uses it: request and answer share one buffer.
 class Request
 {
 public:
