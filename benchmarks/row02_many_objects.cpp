@@ -1,6 +1,6 @@
-// Many objects that play on one page at 25 frames a second, beside as many items of a scene that
-// one timer gives their next pixmaps. Time passes as it does for a user: the cost is that of one
-// frame of all objects, whatever number of frames the machine managed to show.
+// Many objects that play on one page at 25 frames a second, compared with as many items of a scene
+// that one timer gives their next pixmaps. Time passes as it does for a user: the cost is that of
+// one frame of all objects, whatever number of frames the machine managed to show.
 
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/drawings.h"

@@ -1,4 +1,4 @@
-// The import of a GIF with everything it does, beside taking the frames out of a movie.
+// The complete import of a GIF, compared with taking the frames out of a movie.
 
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/films.h"

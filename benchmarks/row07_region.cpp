@@ -1,4 +1,4 @@
-// The opaque rectangles of a picture beside the region that Qt makes of its alpha mask.
+// The opaque rectangles of a picture, compared with the region that Qt makes of its alpha mask.
 
 #include "animatedimage/core/region.h"
 #include "benchmarks/support/comparison.h"

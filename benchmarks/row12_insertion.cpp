@@ -1,5 +1,5 @@
-// The insertion of a frame into a film of 1,000 frames whose thumbnails the host has listed, beside
-// the import of the whole film.
+// The insertion of a frame into a film of 1,000 frames whose thumbnails the host has listed,
+// compared with the import of the whole film.
 
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/drawings.h"

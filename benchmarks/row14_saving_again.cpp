@@ -1,4 +1,4 @@
-// A document that is saved again after a frame was renamed, beside its first saving.
+// A document that is saved again after a frame was renamed, compared with its first saving.
 
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/films.h"

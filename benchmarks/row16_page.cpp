@@ -1,4 +1,4 @@
-// A page of 16,000 objects beside one of 1,000: linear work takes 16 times as long.
+// A page of 16,000 objects compared with one of 1,000: linear work takes 16 times as long.
 
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/scene.h"

@@ -1,5 +1,5 @@
-// How work grows with the film: ten times the frames, beside ten times the work, or for what does
-// not depend on the number of frames, beside the same work.
+// How work grows with the film: ten times the frames, compared with ten times the work or, for what
+// does not depend on the number of frames, with the same work.
 
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/films.h"

@@ -26,7 +26,7 @@ double threadSeconds()
     return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
 }
 
-/// The value below which @p share of the sorted @p values lie.
+/// The value below which @p share of the sorted @p values are.
 double quantile(const std::vector<double> &values, double share)
 {
     const double place = share * double(values.size() - 1);

@@ -45,7 +45,7 @@ QByteArray compressed(const QByteArray &pixels)
 {
     constexpr int clear = 1 << codeLength;
     constexpr int end = clear + 1;
-    // next[code * 256 + pixel] is the code of that string with that pixel behind it, or 0.
+    // next[code * 256 + pixel] is the code of that string with that pixel after it, or 0.
     std::vector<quint16> next(size_t(mostCodes) * 256, 0);
     CodeWriter writer;
     int length = codeLength + 1;

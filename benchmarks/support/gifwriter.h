@@ -9,7 +9,7 @@
 class GifWriter
 {
 public:
-    /// A film that loops for ever.
+    /// A film that loops forever.
     GifWriter(const QString &path, const QSize &size);
     /// Writes the file; ends the program when that fails.
     ~GifWriter();

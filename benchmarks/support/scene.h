@@ -6,7 +6,7 @@
 
 #include <memory>
 
-/// An animated image on a page of its own, as a host has it.
+/// An animated image on its own page, as a host has it.
 class Scene
 {
 public:

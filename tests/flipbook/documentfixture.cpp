@@ -14,7 +14,7 @@ DocumentFixture::DocumentFixture()
 
 std::unique_ptr<Document> DocumentFixture::document(const QList<QColor> &colours) const
 {
-    // Frames enter through the door: as a frame folder.
+    // Frames enter through the host interface: as a frame folder.
     QTemporaryDir folder;
     QJsonArray list;
     for (int i = 0; i < colours.size(); ++i) {

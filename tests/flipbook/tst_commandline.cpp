@@ -68,7 +68,7 @@ void TestCommandLine::helpAndVersionAreResults()
 
 void TestCommandLine::wrongUsageHasAStatusOfItsOwn_data()
 {
-    QTest::addColumn<QString>("arguments"); // FILM stands for a sound file
+    QTest::addColumn<QString>("arguments"); // FILM is replaced by a valid file
     QTest::addColumn<QString>("reason");
     const auto row = [](const char *arguments, const char *reason) {
         QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(reason);

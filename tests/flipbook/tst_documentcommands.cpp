@@ -143,7 +143,7 @@ void TestDocumentCommands::wrongUsageIsTold()
 
 void TestDocumentCommands::framesAndConfigImportAsTheSameObject()
 {
-    // Named as the film is, so that the frames get the same names again.
+    // With the same name as the film, so that the frames get the same names again.
     QVERIFY(QDir().mkdir(path(QStringLiteral("out"))));
     const QString folder = path(QStringLiteral("out/film"));
     const FlipbookRun exported =
@@ -229,7 +229,7 @@ void TestDocumentCommands::aRecordingMovesInStepsOfFortyMilliseconds()
                  .status,
              0);
     // Two frames of 100 ms. After 0, 40, 80 ms the first; 120, 160 the second; at 200 ms the film
-    // begins anew.
+    // begins again.
     const QByteArray shown = "aaabbaaabb";
     QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 10);
     for (int i = 0; i < 10; ++i) {

@@ -133,7 +133,7 @@ void TestDocumentFile::eachPictureIsKeptOnce()
     const auto document = m_fixture->document({Qt::red, Qt::green, Qt::red});
     saveDocument(*document, path);
     QCOMPARE(document->imageStore().digests().size(), 2);
-    // Named once beside its bytes and once in the archive's directory.
+    // Named once before its bytes and once in the archive's directory.
     const auto digests = document->imageStore().digests();
     for (const QString &digest : digests)
         QCOMPARE(bytesOf(path).count("pictures/" + digest.toLatin1()), 2);
@@ -161,7 +161,7 @@ void TestDocumentFile::aFileCutAtAnyByteIsNeverHalfLoaded()
     saveDocument(*document, path);
     const QByteArray whole = bytesOf(path);
     const QByteArray text = documentJson(*document);
-    // The directory of the archive stands at its end: only the last bytes, which say how long a
+    // The directory of the archive is at its end: only the last bytes, which say how long a
     // comment follows, can be done without.
     for (int length = 0; length < whole.size(); ++length) {
         writeBytes(path, whole.left(length));

@@ -109,7 +109,7 @@ void TestEdit::operationsOnFrames_data()
     row("--move 2:3", "film_1 #ff0000 4x3, film_3 #0000ff 4x3, film_2 #00ff00 4x3");
     row("--move 2:2", untouched);
 
-    // A picture is named as its file is, less what stands behind the last underscore.
+    // A picture is named as its file is, without the part after the last underscore.
     row("--insert 1=DIR/sun.png",
         "sun #ffff00 4x3, film_1 #ff0000 4x3, film_2 #00ff00 4x3, film_3 #0000ff 4x3");
     row("--insert 3=DIR/big_cat.png",
@@ -175,7 +175,7 @@ void TestEdit::aFileNameMayHoldAnything_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("frame");
-    // An object names a picture by what stands before the first dot of the file's name.
+    // An object names a picture by what is before the first dot of the file's name.
     QTest::newRow("an equals sign") << QStringLiteral("a=b=c.png") << QStringLiteral("a=b=c");
     QTest::newRow("a colon") << QStringLiteral("1:2.png") << QStringLiteral("1:2");
     QTest::newRow("a colon first") << QStringLiteral(":sun.png") << QStringLiteral(":sun");
@@ -269,7 +269,7 @@ void TestEdit::theTypeMovesTheObjectBetweenTheLayers()
     QCOMPARE(edit({QStringLiteral("--type"), QStringLiteral("background")}).status, 0);
     QCOMPARE(edited().type, 1);
     QVERIFY(edited().layer == Page::Layer::Background);
-    // A background stays one, and in its layer, when it is read anew for its loops.
+    // A background stays one, and in its layer, when it is read again for its loops.
     QCOMPARE(edit({QStringLiteral("--loops"), QStringLiteral("2")}).status, 0);
     QCOMPARE(edited().type, 1);
     QVERIFY(edited().layer == Page::Layer::Background);
@@ -360,7 +360,7 @@ void TestEdit::otherObjectsStayAsTheyWere()
 
 void TestEdit::theWholeCommandLineIsOneEdit()
 {
-    // The document may stand anywhere among the operations.
+    // The document may be anywhere among the operations.
     const FlipbookRun run =
         flipbook({QStringLiteral("edit"), QStringLiteral("--delete"), QStringLiteral("3"),
                   m_document, QStringLiteral("--interval"), QStringLiteral("40"),

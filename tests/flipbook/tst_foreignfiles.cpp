@@ -56,7 +56,8 @@ private:
 
 } // namespace
 
-/// Files that nobody named are neither read nor overwritten, whatever the named ones say.
+/// Files that were not named are neither read nor overwritten, even if the named ones refer to
+/// them.
 class TestForeignFiles : public QObject
 {
     Q_OBJECT
@@ -112,7 +113,7 @@ void TestForeignFiles::picturesThatMayReferToFilesAreNotRead()
 {
     QFETCH(QString, arguments);
     writeBytes(path(QStringLiteral("sly.png")), Svg);
-    // Whoever reads it waits for ever.
+    // A reader waits forever.
     QCOMPARE(::mkfifo(qPrintable(path(QStringLiteral("secret.png"))), 0600), 0);
     saveDocument(*m_fixture->document({Qt::red}), path(QStringLiteral("doc.flipbook")));
     const FlipbookRun run = flipbookIn(path(QString()), arguments.split(QLatin1Char(' ')));
@@ -137,7 +138,7 @@ void TestForeignFiles::suchAPictureInAFolderIsAnEmptyFrame()
 
 void TestForeignFiles::aPipeBehindAMissingNameIsNotWaitedFor()
 {
-    // Qt goes on to look for names with the endings of pictures.
+    // Qt continues to look for names with the endings of pictures.
     const QString folder = folderOf("bomb");
     QCOMPARE(::mkfifo(qPrintable(folder + QStringLiteral("/bomb.png")), 0600), 0);
     const FlipbookRun run = flipbook({QStringLiteral("info"), folder});

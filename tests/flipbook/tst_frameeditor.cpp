@@ -29,7 +29,7 @@ private:
     QString m_big;
 };
 
-/// A film of two frames of 4 x 2, in the middle of which is (20, 20); a picture of 8 x 10 beside
+/// A film of two frames of 4 x 2, in the middle of which is (20, 20); a picture of 8 x 10 next to
 /// it.
 void TestFrameEditor::init()
 {

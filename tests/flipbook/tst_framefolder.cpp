@@ -78,7 +78,7 @@ void TestFrameFolder::aSoundFolderGivesNoWarning()
         "ShiftInterval": 40, "LoopCount": -1, "LockScale": false, "Comment": 3})");
     QCOMPARE(warnings(), QStringList());
 
-    // A byte-order mark is no fault.
+    // A byte-order mark is not a fault.
     writeConfig("\xef\xbb\xbf{\"ImageList\": [{\"filename\": \"a.png\"}]}");
     QCOMPARE(warnings(), QStringList());
 }
@@ -174,7 +174,7 @@ void TestFrameFolder::picturesBeyondTheBudgetAreRefused()
 
 void TestFrameFolder::namesAreTakenAsTheyStand()
 {
-    // Where there is no such file, Qt goes on to look for it with the endings of pictures.
+    // Where there is no such file, Qt continues to look for it with the endings of pictures.
     QCOMPARE(::mkfifo(qPrintable(m_folder->filePath(QStringLiteral("b.png"))), 0600), 0);
     writeConfig(R"({"ImageList": [{"filename": "b"}, {"filename": "a"}, {"filename": "a.png"}]})");
     QCOMPARE(warnings(),

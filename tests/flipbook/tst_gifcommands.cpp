@@ -466,7 +466,7 @@ void TestGifCommands::aFileOfWhichNothingIsReadSaysWhy_data()
     row("a picture without data", head + frame + QByteArray::fromHex("0200") + ';',
         "damaged; nothing could be read: in frame 1, its picture ends early");
     // Clear and twice a code that nothing has defined, where decoders give up; then a long comment
-    // that is cut short.
+    // that is truncated.
     row("a picture at which decoders give up, cut short",
         head + frame + QByteArray::fromHex("0202fc0100") + "!\xfe" + QByteArray(40000, '\x7f'),
         "damaged; nothing could be read: in frame 1, its picture data are invalid");

@@ -68,7 +68,7 @@ QString TestKeepTiming::filmOf(const QList<int> &delaysCs, int loop) const
     return film;
 }
 
-/// Runs "flipbook new" on the document; the words stand behind its name.
+/// Runs "flipbook new" on the document; the words follow its name.
 FlipbookRun TestKeepTiming::make(const QStringList &words) const
 {
     return flipbook(QStringList({QStringLiteral("new"), m_document}) + words);
@@ -112,7 +112,7 @@ void TestKeepTiming::repeatsSharePixels()
     QVERIFY(pixels.at(0) != pixels.at(1));
     QVERIFY(pixels.at(1) != pixels.at(3));
 
-    // They still do after an edit that reads the object anew.
+    // They still do after an edit that reads the object again.
     QCOMPARE(flipbook({QStringLiteral("edit"), m_document, QStringLiteral("--loops"),
                        QStringLiteral("4")})
                  .status,
@@ -219,7 +219,7 @@ void TestKeepTiming::oddDelays_data()
     QTest::addColumn<QList<int>>("delaysCs");
     QTest::addColumn<int>("intervalMs");
     QTest::addColumn<int>("frames");
-    // As players have it, less than 20 ms is no time to be taken at its word: 100 ms instead.
+    // As players have it, less than 20 ms is not taken literally: 100 ms instead.
     QTest::newRow("no delay beside 100 ms") << QList<int>{0, 10} << 100 << 2;
     QTest::newRow("10 ms beside 100 ms") << QList<int>{1, 10} << 100 << 2;
     QTest::newRow("no delay beside 50 ms") << QList<int>{0, 5} << 50 << 3;

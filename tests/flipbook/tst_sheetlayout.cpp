@@ -34,7 +34,7 @@ void TestSheetLayout::largePicturesShareOneScale()
     QCOMPARE(layout->scale, 0.25);
     QCOMPARE(layout->box, QSize(80, 160));
 
-    // Labels need some width, however narrow the pictures are.
+    // Labels need some width, even if the pictures are narrow.
     QCOMPARE(layOutSheet(1, QSizeF(2, 2), 30)->box, QSize(72, 2));
 }
 

@@ -50,7 +50,7 @@ QStringList filledMemory(int value)
             QStringLiteral("GLIBC_TUNABLES=glibc.malloc.tcache_count=0")};
 }
 
-/// Two frames on a screen of 10 x 8 that do not cover it; the first has a palette of its own.
+/// Two frames on a screen of 10 x 8 that do not cover it; the first has its own palette.
 GifBuilder uncovered()
 {
     GifBuilder builder(10, 8);

@@ -212,7 +212,7 @@ void TestCostumes::exportingAgainLeavesTheTemporaryFile()
 
 void TestCostumes::aLeftFileServesCanvasesThatCannotBeSaved()
 {
-    // Nobody asks whether the save worked, so what lies at the temporary path is digested and
+    // Nobody asks whether the save worked, so what is at the temporary path is digested and
     // renamed, once. 900150983cd24fb0d6963f7d28e17f72 is the digest of "abc".
     QFile left(prefix() + QStringLiteral("cat.png"));
     QVERIFY(left.open(QIODevice::WriteOnly));

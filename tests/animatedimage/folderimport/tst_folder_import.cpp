@@ -263,7 +263,7 @@ void TestFolderImport::theLiveMirrorAndFlipAreSet()
     load(stage);
     QVERIFY(stage.probe.isMirrored());
     QVERIFY(stage.probe.isFlipped());
-    // The saved ones are values of their own.
+    // The saved ones are their own values.
     QVERIFY(!stage.probe.mirror());
     QVERIFY(!stage.probe.flip());
     QCOMPARE(stage.log.entries(), QStringList());

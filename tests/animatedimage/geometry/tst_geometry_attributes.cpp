@@ -216,7 +216,7 @@ void TestGeometryAttributes::theTimersReturnForgetsNothing()
     enableTimer(stage, true);
     QVERIFY(stage.probe.wasRunning());
     stage.log.clear();
-    enableTimer(stage, true); // so this begins anew once more
+    enableTimer(stage, true); // so this starts again
     QCOMPARE(stage.log.entries(), QStringList({changed, postedFalse}) + started);
 }
 

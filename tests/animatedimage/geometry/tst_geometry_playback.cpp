@@ -132,7 +132,7 @@ void TestGeometryPlayback::twoHundredTicksShowWhatAProjectorShows_data()
     }
 }
 
-/// One tick, the @p number -th, of the object and of the projector beside it.
+/// One tick, the @p number -th, of the object and of the projector.
 void TestGeometryPlayback::tickBoth(Stage &stage, Projector &projector, int number)
 {
     const int before = projector.shown();

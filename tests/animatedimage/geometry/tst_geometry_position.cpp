@@ -14,7 +14,7 @@ constexpr int background = 1;
 const QPointF place(30.0, 40.0);
 const QPointF pattern(7.5, -8.5);
 
-/// Where the object itself stands, whatever getPos() shows.
+/// The position of the object itself, independent of getPos().
 QPointF ownPlace(Stage &stage)
 {
     return stage.image->CGDRootObject::getPos();

@@ -132,7 +132,7 @@ void TestGeometryRelease::itMayBeReleasedDuringAnyOfItsNotifications()
     const Releaser releaser(stage, nth);
     QVERIFY(tried.act(stage));
     QVERIFY(stage.isReleased());
-    // Nothing is told of an object that is gone.
+    // Nothing is notified of an object that is gone.
     QCOMPARE(stage.log.entries().size(), nth);
     QCOMPARE(stage.page->objects().size(), 0);
 }

@@ -293,7 +293,7 @@ void TestGeometrySetters::aBackgroundFollowsACentreInAnyCase()
     stage->setCenterPos(QPointF(0.0, 60.0), QSizeF(30.5, 20.0), 0.0, update);
     QCOMPARE(stage.probe.frame(0).size, QSizeF(30.5, 20.0));
     QCOMPARE(stage.probe.frame(1).size, QSizeF(30.5, 20.0));
-    // It stands at (-15.25, 50), half of it on the page, wherever its pattern is.
+    // It is at (-15.25, 50), half of it on the page, wherever its pattern is.
     QCOMPARE(stage.probe.bgRect(), QRectF(15.25, 0.0, 15.25, 20.0));
     QCOMPARE(stage.probe.bgPos(), QPointF(300.0, 300.0));
     QCOMPARE(stage.probe.bgImage().size(), QSize(62, 40));

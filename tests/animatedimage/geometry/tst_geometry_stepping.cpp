@@ -224,7 +224,7 @@ void TestGeometryStepping::aRecordingEndsWithTheTimerBack()
     for (int i = 0; i < 4; ++i) {
         Attributes::tick(stage);
         recorded.append(stage.probe.runningIndex());
-        stage.probe.tick(); // the object's own timer has no say
+        stage.probe.tick(); // the object's own timer has no effect
     }
     QCOMPARE(recorded, QList<int>({1, 2, 0, 1}));
     enableTimer(stage, true);

@@ -34,7 +34,7 @@ void writeFile(const QString &path, const QByteArray &bytes)
 
 } // namespace
 
-/// What is no GIF, or not a whole one: the frames are those that Qt gives, and nothing crashes.
+/// What is not a GIF, or not a whole one: the frames are those that Qt gives, and nothing crashes.
 class TestGifDamaged : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,7 @@
 
 #include <QtCore/QDir>
 
-/// The project's own samples, beside what Qt alone reads from them.
+/// The project's own samples, compared with what Qt reads from them.
 class TestGifFolders : public QObject
 {
     Q_OBJECT

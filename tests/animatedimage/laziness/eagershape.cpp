@@ -1,4 +1,4 @@
-// The hit shapes of animated images as they were before they were worked out on demand: everything
+// The hit shapes of animated images as they were before they were computed on demand: everything
 // at once. Compiled into the plug-in in place of its own shape.cpp, it is what the lazy one is
 // compared with.
 
@@ -8,7 +8,7 @@
 namespace
 {
 
-/// The nearest number of single precision. It is a call of its own because GCC 12 drops the
+/// The nearest number of single precision. It is a separate call because GCC 12 drops the
 /// rounding where it works on the two coordinates of a point at once.
 [[gnu::noinline]] float nearestFloat(double value)
 {

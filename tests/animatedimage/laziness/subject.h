@@ -36,7 +36,7 @@ public:
     QByteArray savedJson() const;
     /// The shapes that listeners saw since the last call.
     QList<Points> takeHeard();
-    /// All frames, with their regions worked out or as they are.
+    /// All frames, with their regions computed or as they are.
     QList<CAnimatedPortrait> frames(bool workedOut);
 
 private:

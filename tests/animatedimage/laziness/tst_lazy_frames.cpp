@@ -37,7 +37,7 @@ void operator delete(void *memory, size_t) noexcept
     std::free(memory);
 }
 
-/// Regions and hit paths are worked out when they are asked for, and not before.
+/// Regions and hit paths are computed when they are asked for, and not before.
 class TestLazyFrames : public QObject
 {
     Q_OBJECT
@@ -129,7 +129,7 @@ void TestLazyFrames::withoutMemoryTheShapeIsEmptyAndComesBack()
     const QPainterPath without = stage->shape();
     mostBytes = 0;
     QVERIFY(without.isEmpty());
-    // Five points a rectangle; that of the last column has no width, but points it has.
+    // Five points a rectangle; that of the last column has no width, but it has points.
     QCOMPARE(stage->shape().elementCount(), 5 * 32 * 128);
 }
 

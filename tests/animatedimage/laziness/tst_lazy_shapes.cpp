@@ -33,8 +33,8 @@ bool areAlike(const QList<CAnimatedPortrait> &lazy, const QList<CAnimatedPortrai
 
 } // namespace
 
-/// Hit shapes are worked out when they are asked for. Whatever a host does before, and whenever it
-/// asks, it sees what an object shows that works out everything at once.
+/// Hit shapes are computed when they are asked for. Whatever a host does before, and whenever it
+/// asks, it sees what an object shows that computes everything at once.
 class TestLazyShapes : public QObject
 {
     Q_OBJECT

@@ -33,7 +33,7 @@ private Q_SLOTS:
 
     void nothingIsSmoothed()
     {
-        // Black beside white: 75 columns of each, and no grey between.
+        // Black next to white: 75 columns of each, and no grey between.
         QImage picture(2, 1, QImage::Format_ARGB32);
         picture.setPixelColor(0, 0, Qt::black);
         picture.setPixelColor(1, 0, Qt::white);

@@ -23,7 +23,7 @@ bool asksFor(const QStringList &symbols, const QString &function)
 
 } // namespace
 
-/// Whose operations the overrides build on, where a host's CBaseObject has overrides of its own.
+/// Whose operations the overrides build on, where a host's CBaseObject has its own overrides.
 class TestObjectBaseCalls : public QObject
 {
     Q_OBJECT

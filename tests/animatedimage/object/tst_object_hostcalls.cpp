@@ -23,7 +23,7 @@ QString yesOrNo(bool value)
 
 } // namespace
 
-// This program is a host of its own for these operations: what it defines here takes the place of
+// This program is its own host for these operations: what it defines here takes the place of
 // what the framework's library defines, also for the plug-in.
 
 void CBaseObject::clearLayerEffectCache(ClearLayerEffectCacheReason reason)

@@ -6,7 +6,7 @@
 namespace
 {
 
-/// The fields of a class in the order in which they lie in memory, "type name" each, read from the
+/// The fields of a class in the order in which they are in memory, "type name" each, read from the
 /// debug information of the library.
 QStringList fieldsOf(const QString &className)
 {
@@ -28,7 +28,7 @@ QStringList fieldsOf(const QString &className)
 
 } // namespace
 
-/// The fields stand in the order in which hosts know them; others may only follow.
+/// The fields are in the order in which hosts know them; others may only follow.
 class TestObjectLayout : public QObject
 {
     Q_OBJECT

@@ -11,7 +11,7 @@
 namespace
 {
 
-/// What the object asks of its host. The functions below stand in for those of the libraries.
+/// What the object asks of its host. The functions below replace those of the libraries.
 struct Asked {
     int items = 0;
     int directions = 0;

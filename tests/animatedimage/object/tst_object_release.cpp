@@ -109,7 +109,7 @@ QList<QImage> threeFrames()
 
 } // namespace
 
-/// The host may end the object's life at any time, also while it is told something.
+/// The host may end the object's life at any time, also during a notification.
 class TestObjectRelease : public QObject
 {
     Q_OBJECT
@@ -183,7 +183,7 @@ void TestObjectRelease::itMayBeReleasedDuringAnyOfItsNotifications()
     const Releaser releaser(stage, nth);
     tried.act(stage);
     QVERIFY(stage.isReleased());
-    // Nothing was told after its end, and what it left behind can be painted.
+    // Nothing was notified after its end, and what it left can be painted.
     QCOMPARE(stage.log.entries().size(), nth);
     stage.page->rendered();
     QCoreApplication::processEvents();

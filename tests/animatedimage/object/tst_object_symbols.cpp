@@ -80,7 +80,7 @@ QStringList defined(const QString &library)
     return symbols({QStringLiteral("-D"), QStringLiteral("--defined-only")}, library);
 }
 
-/// The lines of a list that is kept beside this test.
+/// The lines of a list that is kept next to this test.
 QStringList keptList(const QString &name)
 {
     QFile file(QStringLiteral(LISTS_FOLDER "/") + name);
@@ -126,7 +126,7 @@ void TestObjectSymbols::theLibraryHasItsSharedObjectName()
 {
     QCOMPARE(dynamicEntries(QStringLiteral("SONAME")),
              QStringList({QStringLiteral("libanimatedimage.so.1")}));
-    // The link for development stands beside it.
+    // The link for development is next to it.
     const QFileInfo link(QFileInfo(plugin).path() + QStringLiteral("/libanimatedimage.so"));
     QVERIFY(link.isSymLink());
     QCOMPARE(link.canonicalFilePath(), QFileInfo(plugin).canonicalFilePath());
@@ -149,7 +149,7 @@ void TestObjectSymbols::itExportsWhatTheListSays()
         difference(exported, keptList(QStringLiteral("exported-symbols.txt")));
     QVERIFY2(different.isEmpty(), qPrintable(different));
 
-    // The three that a host looks up have C linkage: their names stand there as they are.
+    // The three that a host looks up have C linkage: their names are there as they are.
     const QStringList raw = defined(plugin);
     QVERIFY(raw.contains(QStringLiteral("createObject_animatedImage")));
     QVERIFY(raw.contains(QStringLiteral("animatedImage_SetDefaultSpecialProperty")));

@@ -128,7 +128,7 @@ void TestBackgroundPainting::theyAreCountedTogetherDownwardsToo()
 
 void TestBackgroundPainting::theOffsetOfThePartAndOfThePatternAreCountedTogether()
 {
-    // Each column of the frame has a colour of its own: column c is (c, 0, 255 - c).
+    // Each column of the frame has its own colour: column c is (c, 0, 255 - c).
     QImage columns(100, 4, QImage::Format_ARGB32);
     for (int x = 0; x < 100; ++x) {
         for (int y = 0; y < 4; ++y)

@@ -55,10 +55,10 @@ public:
             QCoreApplication::processEvents();
     }
 
-    /// What stands on the screen.
+    /// What is on the screen.
     QImage screen() const { return view.screen()->grabWindow(view.winId()).toImage(); }
 
-    /// What would stand there if all were painted anew.
+    /// What would be there if everything were painted again.
     QImage painted() { return view.grab().toImage(); }
 
     Stage stage;

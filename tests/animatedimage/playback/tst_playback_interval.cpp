@@ -2,7 +2,7 @@
 
 #include <QtTest/QTest>
 
-/// The interval and the two settings beside it.
+/// The interval and two other settings.
 class TestPlaybackInterval : public QObject
 {
     Q_OBJECT

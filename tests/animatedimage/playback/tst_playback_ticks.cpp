@@ -10,7 +10,7 @@ const QString changed = QStringLiteral("changed 1002");
 const QString moved = QStringLiteral("changed 104");
 const QString postedFalse =
     QStringLiteral(R"(posted 100 0 {"settings":[{"id":"idImagePlay","value":"false"}]} -1)");
-/// What a tick tells that shows another frame, beside the tick's own notification.
+/// What a tick that shows another frame sends, in addition to the tick's own notification.
 QStringList anotherFrame()
 {
     return {moved, moved, changed};

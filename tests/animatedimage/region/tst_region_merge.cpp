@@ -29,7 +29,7 @@ void TestRegionMerge::aRowIsFolded_data()
     QTest::addColumn<QList<QRect>>("expectedDone");
     QTest::addColumn<QList<QRect>>("expectedOpen");
     using Rects = QList<QRect>;
-    const QRect earlier = box(40, 40, 41, 41); // stands in the list before each row
+    const QRect earlier = box(40, 40, 41, 41); // is in the list before each row
 
     QTest::newRow("exactly below: it grows") << Rects{box(0, 0, 3, 1)} << Rects{box(0, 2, 3, 2)}
                                              << Rects{earlier} << Rects{box(0, 0, 3, 2)};

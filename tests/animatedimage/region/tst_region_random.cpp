@@ -12,8 +12,8 @@ constexpr int picturesOfAKind = 4200;
 
 } // namespace
 
-/// The plug-in's search for opaque rectangles beside a slow one, on random pictures. Each picture
-/// has a seed of its own, which is told when the two differ.
+/// The plug-in's search for opaque rectangles compared with a slow one, on random pictures. Each
+/// picture has its own seed, which is printed if the two differ.
 class TestRegionRandom : public QObject
 {
     Q_OBJECT

@@ -29,7 +29,7 @@ inline QByteArray savedBase(CAnimatedImage &image)
     return bytes;
 }
 
-/// What the object writes behind the base's part, in hexadecimal digits.
+/// What the object writes after the base's part, in hexadecimal digits.
 inline QByteArray savedTail(CAnimatedImage &image)
 {
     const QByteArray whole = saved(image);

@@ -9,7 +9,7 @@
 namespace
 {
 
-/// Orange beside a transparent pixel, as a PNG file in a stream: what Qt writes of a picture.
+/// Orange next to a transparent pixel, as a PNG file in a stream: what Qt writes of a picture.
 const char streamedPng[] = "89504e470d0a1a0a"
                            "0000000d"
                            "49484452"

@@ -106,7 +106,7 @@ private Q_SLOTS:
         const qint64 before = peakMemory();
         Stage stage;
         QVERIFY(Forms::load(*stage.image, bytes));
-        // The pictures are found all the same, behind the base's part.
+        // The pictures are found nevertheless, after the base's part.
         QCOMPARE(stage.probe.frames().size(), 3);
         QCOMPARE(stage.probe.frame(0).name, QString());
         QVERIFY(peakMemory() - before < mostMemory);

@@ -10,7 +10,7 @@
 namespace
 {
 
-/// The members that load() looks for, beside the base's and the pictures.
+/// The members that load() looks for, except the base's and the pictures.
 QStringList ownMembers()
 {
     return {QStringLiteral("IsGif"),          QStringLiteral("ShiftInterval"),

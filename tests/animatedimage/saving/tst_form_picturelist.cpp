@@ -46,7 +46,7 @@ QList<QImage> threePictures()
 
 } // namespace
 
-/// The reader of inline pictures, beside Qt's own.
+/// The reader of inline pictures, compared with Qt's own.
 class TestFormPictureList : public QObject
 {
     Q_OBJECT

@@ -78,7 +78,7 @@ private Q_SLOTS:
         Forms::load(*to.image, Forms::saved(*from.image));
         QCOMPARE(to->getPos(), QPointF(30, 40));
         QCOMPARE(to->getSize(), QSizeF(4, 3));
-        // Saved mirror and flip are values of their own: what is painted is the base's.
+        // Saved mirror and flip are their own values: what is painted is the base's.
         QVERIFY(!to.probe.isMirrored());
         QVERIFY(!to.probe.isFlipped());
         // The timer keeps its interval until play starts.

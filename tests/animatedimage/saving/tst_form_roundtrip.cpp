@@ -27,7 +27,7 @@ QImage randomPicture(QRandomGenerator &random)
             image.setPixel(x, y, random.generate());
     }
     const QImage::Format format = formats.at(random.bounded(quint32(formats.size())));
-    // What stands behind the last pixel of a row is saved too, and Qt leaves it to chance.
+    // The bytes after the last pixel of a row are saved too, and Qt leaves them undefined.
     const int width = format == QImage::Format_Mono ? 8 : image.width();
     return image.copy(0, 0, width, image.height()).convertToFormat(format);
 }

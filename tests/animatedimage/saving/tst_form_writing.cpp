@@ -6,7 +6,7 @@
 
 #include <QtTest/QTest>
 
-/// What save() writes: the named parameters, and the bytes behind the base's part.
+/// What save() writes: the named parameters, and the bytes after the base's part.
 class TestFormWriting : public QObject
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ private Q_SLOTS:
     void anObjectWithoutFramesWritesItsSettingsAfterAnEmptyList()
     {
         Stage stage;
-        // No reference, no pictures, 200 ms, ratio kept, not mirrored, not flipped, for ever, no
+        // No reference, no pictures, 200 ms, ratio kept, not mirrored, not flipped, forever, no
         // GIF interval, stopped.
         QCOMPARE(Forms::savedTail(*stage.image), QByteArray("00"
                                                             "00000000"
@@ -54,7 +54,7 @@ private Q_SLOTS:
         QByteArray picture;
         QDataStream stream(&picture, QIODevice::WriteOnly);
         stream << Pictures::solid(1, 1, Qt::red);
-        // Two pictures: one that is null, and one behind a marker that it is there.
+        // Two pictures: one that is null, and one after a marker that it is there.
         QVERIFY(Forms::savedTail(*stage.image)
                     .startsWith("00"
                                 "00000002"

@@ -60,7 +60,7 @@ QString change(const char *id, const QString &value)
 
 } // namespace
 
-/// What the settings panel is told, and what it may change.
+/// What the settings panel receives, and what it may change.
 class TestSettings : public QObject
 {
     Q_OBJECT
@@ -283,7 +283,7 @@ void TestSettings::theSameIntervalWhilePlayingLeavesTheTimerAlone()
     Stage stage(solidFrames({{4, 4}, {4, 4}}));
     stage->playImage(true);
     stage.log.clear();
-    // An interval of its own, which the timer would lose if it were started anew.
+    // An interval of its own, which the timer would lose if it were started again.
     stage.probe.timer()->setInterval(999);
     QVERIFY(stage->SetSettingJson(change("idShiftInterval", QStringLiteral("200")), true, true));
     QCOMPARE(stage.probe.timer()->interval(), 999);
@@ -316,7 +316,7 @@ void TestSettings::aNewIntervalStartsTheTimerOfAStoppedObject()
 void TestSettings::settingsAreTakenInAFixedOrder()
 {
     Stage stage(solidFrames({{4, 4}, {4, 4}}));
-    // Playback starts with the old interval, and goes on with the new one.
+    // Playback starts with the old interval, and continues with the new one.
     const QString json = QStringLiteral(R"({"settings":[{"id":"idLoopCount","value":"0"},)"
                                         R"({"id":"idShiftInterval","value":"0"},)"
                                         R"({"id":"idImagePlay","value":"1"}]})");

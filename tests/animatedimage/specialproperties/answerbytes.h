@@ -5,8 +5,8 @@
 #include <QtCore/QPair>
 #include <QtGui/QImage>
 
-/// Walks through an answer byte by byte, without a stream of its own: numbers and texts are
-/// compared as they stand, and a picture is a marker followed by a PNG file.
+/// Walks through an answer byte by byte, without its own stream: numbers and texts are
+/// compared literally, and a picture is a marker followed by a PNG file.
 class AnswerBytes
 {
 public:

@@ -11,7 +11,7 @@
 
 Q_DECLARE_METATYPE(KnownRequest)
 
-/// Every request, cut short, damaged, and through streams that cannot be used as a host should.
+/// Every request, truncated, damaged, and through streams that cannot be used as a host should.
 class TestPropertiesBadInput : public QObject
 {
     Q_OBJECT
@@ -158,7 +158,7 @@ void TestPropertiesBadInput::aRequestCutShortChangesNothing()
     showSecond(stage);
     const Snapshot before(stage);
 
-    // Every cut there is: before, inside and behind each field, down to an empty buffer.
+    // Truncated everywhere: before, inside and after each field, down to an empty buffer.
     for (int length = 0; length < request.input.size(); ++length) {
         const QByteArray input = request.input.left(length);
         Request cut(input);

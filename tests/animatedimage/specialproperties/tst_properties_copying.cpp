@@ -193,7 +193,7 @@ void TestPropertiesCopying::theBackgroundTypeDrawsTheTileOfTheIndexTakenOver()
     other.image->setSize(QSizeF(10.0, 5.0), false, false);
     other.probe.animatedType() = 1;
     other.probe.runningIndex() = 1;
-    // The list of the copy begins with a frame of its own, so index 1 is the other's first.
+    // The list of the copy begins with its own frame, so index 1 is the other's first.
     Stage stage({Pictures::solid(4, 4, Qt::blue)});
     Request copy(request(other.image));
 
@@ -242,7 +242,7 @@ void TestPropertiesCopying::playbackRestartsOnTheOwnTimer()
 
 void TestPropertiesCopying::aStoppedObjectStopsNoTimer()
 {
-    // The play state is taken over as it is: no stop is made of it, and nobody is told.
+    // The play state is taken over as it is: it is not stopped, and nothing is notified.
     Stage other(solidFrames({{8, 6}}));
     Stage stage(solidFrames({{4, 4}, {4, 4}}));
     stage.image->playImage(true);

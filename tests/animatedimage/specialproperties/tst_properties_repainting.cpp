@@ -28,7 +28,7 @@ QList<QImage> threeFrames()
     return solidFrames({{4, 4}, {4, 4}, {4, 4}});
 }
 
-/// Notes the order of repaints and of told changes of what is shown.
+/// Notes the order of repaints and of notifications that the shown content has changed.
 class OrderLog : public QObject
 {
 public:

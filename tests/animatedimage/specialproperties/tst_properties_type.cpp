@@ -51,7 +51,7 @@ UndoStack &stack()
     return *Framework::instance().undoStack();
 }
 
-/// A page that notes what it is asked, and answers with handles of its own.
+/// A page that notes what it is asked, and returns its own handles.
 class NotingPage : public IGdPage
 {
 public:

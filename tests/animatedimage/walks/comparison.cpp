@@ -146,7 +146,7 @@ void compareFrames(Finder &finder, const QList<CAnimatedPortrait> &frames,
         itsFinder.compare("the name", frame.name, itsModel.name);
         itsFinder.compare("the size", frame.size, itsModel.size);
         itsFinder.compare("the same picture", samePixels(frame.image, itsModel.picture), true);
-        // A region may be worked out when it is first needed: only one that is there is compared.
+        // A region may be computed when it is first needed: only one that is there is compared.
         if (frame.regionSize.isValid()) {
             itsFinder.compare("the region's size", frame.regionSize, itsModel.regionSize);
             itsFinder.compare("the same rectangles", frame.rects == itsModel.rects, true);

@@ -33,7 +33,7 @@ QByteArray baseBytes(CAnimatedImage *object, const Step &step)
     return bytes;
 }
 
-/// What the object writes behind it; @p gif in place of the pictures.
+/// What the object writes after it; @p gif in place of the pictures.
 QByteArray tailBytes(Document *document, const Step &step, const SavedForm &form, QString gif)
 {
     QByteArray tail = Wire::bytes({Wire::flag(!gif.isEmpty())}, step.order());

@@ -80,7 +80,7 @@ Found Actor::request(const Step &step, CAnimatedImage *object)
     }
     QBuffer buffer(&found.buffer);
     buffer.open(step.device == Step::ReadOnlyBuffer ? QIODevice::ReadOnly : QIODevice::ReadWrite);
-    // A buffer would grow to a place behind its end.
+    // A buffer would grow to a place after its end.
     buffer.seek(qMin(qint64(step.before), buffer.size()));
     QDataStream stream(&buffer);
     found.result = send(step, object, stream);

@@ -56,7 +56,7 @@ void StepChooser::chooseAttribute(Step &step)
     disturb(step);
 }
 
-/// A request seldom comes whole, on a buffer of its own, in the usual order of bytes.
+/// Requests are sometimes truncated, in a shared buffer, or in an unusual byte order.
 void StepChooser::disturb(Step &step)
 {
     const int bytes = Wire::size(step.input);
@@ -110,7 +110,7 @@ void StepChooser::chooseMode(Step &step, const ModelWorld &world)
 }
 
 /// How much of a stream form is cut off: some of the settings at its end, or, where the pictures
-/// lie in it, all of them and a part of the last picture without which it cannot be read.
+/// are in it, all of them and a part of the last picture without which it cannot be read.
 int StepChooser::missingBytes(const ModelObject &object, bool hasPictures)
 {
     constexpr int settings = 13;

@@ -11,7 +11,7 @@ QString numbered(const QString &name, int number)
 
 } // namespace
 
-/// A frame made by a request, behind frame @p after or at the end, and what is answered of it.
+/// A frame made by a request, after frame @p after or at the end, and what is answered of it.
 ModelAnswer ModelObject::insert(int after, const QString &name, int picture)
 {
     const int place = isFrame(after) ? after + 1 : frames.size();

@@ -41,7 +41,7 @@ void ModelObject::generateTile(int i)
         tile.width = 1;
 }
 
-/// The part of the object that lies on the page, in the object's own coordinates. Without a page:
+/// The part of the object that is on the page, in the object's own coordinates. Without a page:
 /// all of it.
 void ModelObject::cropToPage()
 {

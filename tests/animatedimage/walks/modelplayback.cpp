@@ -137,7 +137,7 @@ void ModelObject::setCurrentIndex(int newIndex)
     changed(1002);
 }
 
-/// Every frame as large beside its picture as the object is beside the picture of the old frame.
+/// Every frame in the same proportion to its picture as the object to the picture of the old frame.
 void ModelObject::scaleFramesLike(int old)
 {
     PicturePool &pool = PicturePool::instance();

@@ -157,7 +157,7 @@ ModelAnswer ModelObject::set(const ModelRequest &request)
     }
 }
 
-/// It has stopped already, whatever the input is.
+/// It has stopped already, with any input.
 void ModelObject::showAsked(int id, WireReader &input)
 {
     const int count = frames.size();

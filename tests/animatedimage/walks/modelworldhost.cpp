@@ -99,7 +99,7 @@ void ModelWorld::readBack(const Step &step, SavedForm &form, QStringList &missin
         picture = isJson || step.other ? pool.stored(picture) : pool.streamed(picture);
     if (step.missing > BytesAfterPictures || step.texts.contains(QLatin1String("ImageList")))
         form.pictures.clear();
-    // The values behind the pictures, from the last to the first.
+    // The values after the pictures, from the last to the first.
     const int lost = step.missing;
     const auto isLost = [&](const char *key, int bytesBehind) {
         return isJson ? step.texts.contains(QLatin1String(key)) : lost > bytesBehind;

@@ -9,7 +9,7 @@
 #include <deque>
 
 /// The pictures of the walks, each known by a number, so that a model can speak of a picture
-/// without its pixels. What is slow to work out of a picture is worked out once.
+/// without its pixels. What is slow to compute of a picture is computed once.
 class PicturePool
 {
 public:
@@ -23,7 +23,7 @@ public:
 
     const QImage &image(int number) const { return m_entries[size_t(number)].image; }
     QSize size(int number) const { return image(number).size(); }
-    /// The PNG file that stands for the picture in a stream, without the marker before it.
+    /// The PNG file that represents the picture in a stream, without the marker before it.
     const QByteArray &png(int number) const { return m_entries[size_t(number)].png; }
 
     /// The picture fitted into 150 x 150 pixels.

@@ -18,7 +18,7 @@ int StepChooser::frameIndex(const ModelObject &object)
     return object.frames.isEmpty() ? 0 : number(0, object.frames.size() - 1);
 }
 
-/// Mostly a frame's, sometimes just outside the list, seldom far away.
+/// Mostly a frame's, sometimes just outside the list, rarely far away.
 int StepChooser::anyIndex(const ModelObject &object)
 {
     if (chance(7, 10))

@@ -16,7 +16,7 @@ quint32 numberFrom(const char *variable, quint32 otherwise)
 
 } // namespace
 
-/// Random walks, each with a seed of its own, beside a model in plain values. WALK_SEED is the
+/// Random walks, each with its own seed, compared with a model in plain values. WALK_SEED is the
 /// first seed and WALK_COUNT the number of walks.
 class TestWalks : public QObject
 {

@@ -6,7 +6,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QTemporaryDir>
 
-/// The files that walks import from, made once in a folder of their own.
+/// The files that walks import, created once in their own folder.
 class WalkFiles
 {
 public:

@@ -3,7 +3,7 @@
 #include "tests/animatedimage/walks/wire.h"
 
 /// Takes the values of a request one after another, as far as its bytes have come. A value that is
-/// cut short, and every value after it, is 0.
+/// truncated, and every value after it, is 0.
 class WireReader
 {
 public:

@@ -13,7 +13,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QToolButton>
 
-/// Films and pictures that come to the page and to the frames of a film.
+/// Films and pictures that are added to the page and to the frames of a film.
 class TestWindowImport : public QObject
 {
     Q_OBJECT

@@ -2,7 +2,7 @@
 
 #include <QtTest/QtTest>
 
-/// The mouse and the arrow keys on the page. A film of 40 x 30 lies at (100, 100); one unit of the
+/// The mouse and the arrow keys on the page. A film of 40 x 30 is at (100, 100); one unit of the
 /// page is one pixel.
 class TestWindowPage : public QObject
 {
@@ -131,7 +131,7 @@ void TestWindowPage::aTurnedObjectIsResizedInItsOwnDirections()
 {
     film().setRotate(90.0, false);
     select();
-    // Its right edge lies below now, 20 from the centre at (120, 115).
+    // Its right edge is below now, 20 from the centre at (120, 115).
     m_fixture->drag({120, 135}, {120, 175}, Qt::ShiftModifier);
     QCOMPARE(film().getSize(), QSizeF(80, 30));
     const QPointF center = ObjectHandles::geometryOf(film()).center();

@@ -43,7 +43,7 @@ void WindowFixture::reopen()
 
 CBaseObject &WindowFixture::addFilm(const QList<QColor> &colours, const QPointF &pos)
 {
-    // Frames enter through the door: as a frame folder.
+    // Frames enter through the host interface: as a frame folder.
     const QTemporaryDir folder;
     QJsonArray list;
     for (int i = 0; i < colours.size(); ++i) {

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/// The real window, shown, with settings of its own that nobody else sees.
+/// The real window, shown, with its own settings file.
 class WindowFixture
 {
 public:

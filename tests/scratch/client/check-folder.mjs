@@ -1,7 +1,7 @@
 // check-folder.mjs [--if-there] FOLDER
 //
 // Does what check-package does with every package of a folder, each with the expectation that
-// stands beside it as PACKAGE.json. A folder without packages, or a package without expectation, is
+// is next to it as PACKAGE.json. A folder without packages, or a package without expectation, is
 // a failure; with --if-there a folder that is missing or empty ends with the status 77: nothing was
 // checked. Prints what fails, and a line for each package.
 import { readdir, readFile } from 'node:fs/promises';

@@ -1,4 +1,4 @@
-// The pictures of a package: each there once under the digest of its bytes, none beside, and each a
+// The pictures of a package: each there once under the digest of its bytes, no other, and each a
 // PNG whose colours no browser shifts.
 import { createHash } from 'node:crypto';
 import { decodePng } from './picture.mjs';

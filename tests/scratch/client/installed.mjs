@@ -1,4 +1,4 @@
-// The packages of the install, which stands outside the sources.
+// The packages of the install, which is outside the sources.
 import { createRequire } from 'node:module';
 import path from 'node:path';
 

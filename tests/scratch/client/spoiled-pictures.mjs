@@ -1,4 +1,4 @@
-// Pictures that are wrong in a way of their own, and how they get into a package.
+// Pictures with one fault each, and how they get into a package.
 import { createHash } from 'node:crypto';
 
 /** Puts `bytes` in place of the first costume's picture, under their own digest. */

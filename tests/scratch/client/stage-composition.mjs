@@ -1,4 +1,4 @@
-// What the stage should look like, worked out from the pictures and the places of costumes alone.
+// What the stage should look like, computed from the pictures and the places of costumes alone.
 import { drawPicture } from './picture.mjs';
 import { pixelForPixel } from './stage-browser.mjs';
 

@@ -1,4 +1,4 @@
-// Runs in the browser, beside the scripts of the client: a stage that shows a package.
+// Runs in the browser, with the scripts of the client: a stage that shows a package.
 'use strict';
 
 /* global VirtualMachine, ScratchRender, ScratchStorage, ScratchSVGRenderer */

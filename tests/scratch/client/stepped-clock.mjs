@@ -3,7 +3,7 @@
 /** The length of one step of the virtual machine, in milliseconds: 30 steps a second. */
 export const stepTime = 1000 / 30;
 
-// Inside a step the time goes on, since the machine works until three quarters of a step are over.
+// Inside a step the time continues, since the machine works until three quarters of a step are over.
 const perReading = 0.5;
 const longestWork = 0.8 * stepTime;
 

@@ -30,7 +30,7 @@ Placed placedOf(const QJsonObject &sprite)
 
 } // namespace
 
-/// A page that flipbook writes for Scratch, against figures worked out by hand.
+/// A page that flipbook writes for Scratch, against figures computed by hand.
 class TestPackagePage : public QObject
 {
     Q_OBJECT

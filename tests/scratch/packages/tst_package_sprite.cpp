@@ -86,7 +86,7 @@ private Q_SLOTS:
         m_object->setPos(QPointF(240.5, 180.75), false);
         const Sprite sprite = exported(QRectF(0, 0, 480, 360));
         QCOMPARE(sprite.place, QPointF(3, -2));
-        // It lies half a unit left and a quarter above (3, -2); two pixels are one unit.
+        // It is half a unit left and a quarter above (3, -2); two pixels are one unit.
         QCOMPARE(sprite.costumes.at(0).rotationCenter, QPointF(4 + 1, 2 + 0.5));
     }
 

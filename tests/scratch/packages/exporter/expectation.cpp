@@ -51,7 +51,7 @@ void demand(bool holds, const QString &subject, const QString &reason)
 QPair<QPointF, QPointF> cornersIn(const QSize &picture, const QSizeF &frame, const QSizeF &largest,
                                   const CBaseObject &object)
 {
-    // Frames lie in the middle of the canvas, which may have lost a fraction of a pixel.
+    // Frames are in the middle of the canvas, which may have lost a fraction of a pixel.
     const QPointF middle = QPointF(largest.width(), largest.height());
     const QPointF half(frame.width(), frame.height());
     QPointF first = middle - half;

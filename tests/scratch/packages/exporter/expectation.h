@@ -20,7 +20,7 @@ QRectF stageAround(const QRectF &page, bool isDocument);
 
 /// Compares @p package with what the objects show, and gives the expectation with which the client
 /// is asked. From the package it takes nothing that was not compared: digests of pictures that
-/// show what the frames do, and rotation centres that put them where the objects stand.
+/// show what the frames do, and rotation centres that put them where the objects are.
 /// @throw Failure that says what differs.
 QJsonObject expectationOf(const PackageFile &package, const QVector<ExpectedSprite> &sprites,
                           const QRectF &stage);

@@ -5,7 +5,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QString>
 
-/// What stands in a Scratch package, as any unzipper reads it.
+/// What is in a Scratch package, as any unzipper reads it.
 struct PackageFile {
     QJsonArray sprites; ///< the descriptions, without that of the stage
     QHash<QString, QByteArray> files;

@@ -53,7 +53,7 @@ void PackageMaker::make(const PackageWish &wish)
     ++m_count;
 }
 
-/// The objects as they are in the input, opened anew.
+/// The objects as they are in the input, opened again.
 QJsonObject PackageMaker::expectation(const PackageWish &wish) const
 {
     Reading reading(enoughMemory, false);
