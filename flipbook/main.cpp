@@ -45,7 +45,7 @@ int main(int argc, char *argv[])
     if (!isWindow)
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    // The application sees its name alone: Qt would take options of its own out of the arguments.
+    // The application sees its name alone: Qt would take its own options out of the arguments.
     char name[] = "flipbook";
     char *names[] = {name, nullptr};
     int nameCount = 1;

@@ -6,7 +6,7 @@
 class QDataStream;
 
 /// Reading and writing of streams that may be damaged or hostile. A reader never throws and
-/// takes no memory ahead of the bytes that are there; a value that is cut short comes back as
+/// takes no memory ahead of the bytes that are there; a value that is truncated comes back as
 /// nothing and sets the status QDataStream::ReadPastEnd.
 namespace ByteStream
 {

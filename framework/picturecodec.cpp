@@ -32,7 +32,7 @@ bool isPlausible(const QSize &size, qint64 byteCount)
                                  SmallPicture + byteCount * MostDeflated * BytesPerPixel;
 }
 
-/// Whether each chunk of @p png may be as long as it says: the PNG library takes memory for a
+/// Whether each chunk of @p png may be as long as it claims: the PNG library takes memory for a
 /// whole chunk before it reads it.
 bool hasPlausibleChunks(const QByteArray &png)
 {

@@ -5,7 +5,7 @@
 
 /// Pictures as PNG files. The file holds the pixels and, as a text chunk, the pixel format that
 /// they had, and nothing else of the image. The usual formats come back as they were; the rare
-/// ones as the nearest that a PNG can hold, and as that for ever after: encoding a decoded
+/// ones as the nearest that a PNG can hold, and as that forever after: encoding a decoded
 /// picture gives the same bytes.
 namespace PictureCodec
 {

@@ -15,7 +15,7 @@ bool canSave(const QVariant &value);
 
 /// Writes a value that canSave().
 void write(QDataStream &stream, const QVariant &value);
-/// An invalid value for an unknown type or one that is cut short.
+/// An invalid value for an unknown type or one that is truncated.
 QVariant read(QDataStream &stream);
 
 /// A value that canSave() as an object of one member, type name and content: {"int": 3}.

@@ -81,7 +81,7 @@ public:
 
     /// Operations by identifier (see SpecialPropertyId). Request and answer share the stream's
     /// device, which must be seekable and readable (and writable if there is an answer).
-    /// The base knows no identifier: false. Setting repaints the object all the same, since an
+    /// The base knows no identifier: false. Setting repaints the object nevertheless, since an
     /// override may have changed what it shows.
     virtual bool GetSpecialProperty(int id, QDataStream &stream);
     virtual bool SetSpecialProperty(int id, QDataStream &stream, bool flag);

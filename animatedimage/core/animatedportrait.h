@@ -8,8 +8,8 @@
 #include <QtGui/QImage>
 #include <QtGui/QPainterPath>
 
-/// @p image with one unit for each pixel, whatever ratio it came with. Qt's reader takes it from
-/// the names of files, such as walk@2x.png.
+/// @p image with one unit for each pixel, independent of its device pixel ratio. Qt's reader takes
+/// it from the names of files, such as walk@2x.png.
 inline QImage withUnitRatio(QImage image)
 {
     image.setDevicePixelRatio(1.0);

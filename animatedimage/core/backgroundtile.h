@@ -11,14 +11,14 @@ class QPainter;
 namespace BackgroundTile
 {
 
-/// The part of an object at @p position (page coordinates) that lies on @p page, in the object's
+/// The part of an object at @p position (page coordinates) that is on @p page, in the object's
 /// own coordinates: its offset is the distance that the object sticks out beyond x = 0 or y = 0.
-/// An object wholly off the page has a part of no size.
+/// An object completely off the page has a part of no size.
 QRectF visiblePart(const QPointF &position, const QSizeF &size, const QRectF &page);
 
 /// @p frame scaled to @p size (rounded to pixels) and laid out twice across and twice down, in
 /// Format_ARGB32. A size of no pixels, one that is not finite, or one whose tile the memory of the
-/// machine cannot hold gives a null image; a null frame a transparent one.
+/// machine cannot hold gives a null image; a null frame gives a transparent one.
 QImage tile(const QImage &frame, const QSizeF &size);
 
 /// Paints @p tile into @p part, unscaled, beginning at @p offset in the tile. Both must be finite.

@@ -10,7 +10,7 @@ namespace CostumeCanvas
 namespace
 {
 
-/// @p value toward zero; what is no number, or beyond what an int holds, has no pixels.
+/// @p value toward zero; what is not a number, or beyond what an int holds, has no pixels.
 int truncated(double value)
 {
     constexpr double limit = std::numeric_limits<int>::max();

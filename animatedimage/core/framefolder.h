@@ -4,8 +4,8 @@
 
 #include <optional>
 
-/// What a folder with a config.json gives: frames that are not measured yet, and the settings that
-/// the file names.
+/// The content of a folder with a config.json: frames that are not measured yet, and the settings
+/// that the file names.
 struct FrameFolder {
     QList<CAnimatedPortrait> frames;
     std::optional<int> intervalMs;

@@ -14,7 +14,7 @@ bool holdsRegion(const CAnimatedPortrait &frame)
     return frame.regionSize.isValid();
 }
 
-/// What stands for a path that is noted: it is empty, and begins where no other empty one does. A
+/// The placeholder of a noted path: it is empty, and starts where no other empty one does. A
 /// path that the frame holds may be empty too. All frames share this one.
 const QPainterPath &notedPath()
 {

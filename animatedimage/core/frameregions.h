@@ -3,7 +3,7 @@
 #include "animatedimage/core/animatedportrait.h"
 #include "animatedimage/core/region.h"
 
-/// The hit shapes of a list of frames, worked out when they are asked for: a film may have
+/// The hit shapes of a list of frames, computed when they are asked for: a film may have
 /// thousands of frames with thousands of rectangles, of which hardly one is ever hit.
 ///
 /// A frame is never updated (its fields are those of a new record, and it has no shape), or

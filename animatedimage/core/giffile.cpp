@@ -33,6 +33,6 @@ GifFile readGifFile(const QString &path, QImageReader &probe)
         movie.jumpToFrame(i);
         frames.append({FrameNames::numbered(stem, i + 1), movie.currentImage()});
     }
-    // Qt reports 0 for a GIF that never ends, and -1 for one that does not say.
+    // Qt reports 0 for a GIF that never ends, and -1 for one without a loop count.
     return {frames, delay.value_or(movie.nextFrameDelay()), qMax(0, movie.loopCount()) - 1};
 }

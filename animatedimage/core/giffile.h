@@ -4,7 +4,7 @@
 
 class QImageReader;
 
-/// What a GIF file gives: frames that are not measured yet, and its timing.
+/// The content of a GIF file: frames that are not measured yet, and its timing.
 struct GifFile {
     QList<CAnimatedPortrait> frames;
     int intervalMs; ///< the delay after the first frame; 0 or less if it cannot be read

@@ -10,7 +10,7 @@ constexpr int elementsOfRect = 5;
 
 } // namespace
 
-// It is a call of its own because GCC 12 drops the rounding where it works on the two coordinates
+// It is a separate call because GCC 12 drops the rounding where it works on the two coordinates
 // of a point at once.
 [[gnu::noinline]] float nearestFloat(double value)
 {

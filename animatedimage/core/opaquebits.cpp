@@ -41,7 +41,8 @@ void readWords(const Line &line, quint64 *bits, WholeWord whole)
     }
 }
 
-/// Pictures are mostly all opaque or all empty for long stretches: these are told by whole words.
+/// Most pictures have long stretches that are all opaque or all empty: these are found by whole
+/// words.
 class PortableWord
 {
 public:

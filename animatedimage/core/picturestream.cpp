@@ -18,10 +18,10 @@ constexpr int versionWithNullMarker = QDataStream::Qt_3_1;
 /// is damaged.
 constexpr quint32 mostWithoutBytes = 1 << 16;
 
-/// Memory that a picture may take however few its bytes are.
+/// Memory that a picture may take even if it has few bytes.
 constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
 
-/// Whether each chunk of the PNG file at the position of @p device may be as long as it says: the
+/// Whether each chunk of the PNG file at the position of @p device may be as long as it claims: the
 /// PNG library takes memory for a whole chunk before it reads it.
 bool hasJustifiedChunks(QIODevice &device)
 {
@@ -33,7 +33,7 @@ bool hasJustifiedChunks(QIODevice &device)
     bool isJustified = true;
     QByteArray type;
     qint64 at = start + signatureLength;
-    // Never to a place behind the end: a buffer would grow.
+    // Never to a place after the end: a buffer would grow.
     while (isJustified && type != "IEND" && at + frameLength <= device.size()) {
         const QByteArray lengthAndType = device.seek(at) ? device.read(8) : QByteArray();
         if (lengthAndType.size() < 8)

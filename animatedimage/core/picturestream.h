@@ -17,7 +17,7 @@ bool isJustified(const QSize &size, qint64 availableBytes);
 
 /// Reads one picture, which may be null. False, with the stream's status no longer
 /// QDataStream::Ok, when it is damaged, or when its size could not come from the bytes that are
-/// present. In the stream versions 1 to 4 a null picture has no bytes: whatever is not the
+/// present. In the stream versions 1 to 4 a null picture has no bytes: anything that is not the
 /// beginning of a picture, the end included, is null there.
 bool read(QDataStream &stream, QImage &image);
 
@@ -26,12 +26,12 @@ bool read(QDataStream &stream, QImage &image);
 bool readWhole(QDataStream &stream, QImage &image);
 
 /// Reads a counted list of pictures. One that fails empties the list and ends the reading, and so
-/// do more than 65536 null pictures that have no bytes. A status that was bad before is put back
+/// do more than 65536 null pictures that have no bytes. A status that was bad before is restored
 /// afterwards.
 QList<QImage> readList(QDataStream &stream);
 
 /// @p image with the same bytes each time it is written. In a picture of one bit for each pixel the
-/// bits behind the end of a row are whatever memory held, and a PNG file keeps them; here they are
+/// bits after the end of a row are uninitialised, and a PNG file keeps them; here they are
 /// 0. Every other picture is shared as it is.
 QImage withoutStrayBits(const QImage &image);
 

@@ -33,7 +33,7 @@ struct Step {
 Step afterTick(int index, const Progress &progress, const Animation &animation);
 
 /// The step at a tick of the host's clock. Count and interval of @p animation must be positive. A
-/// pass that ends shows the first frame, whatever time is left over.
+/// pass that ends shows the first frame, independent of the time that remains.
 Step afterHostTick(const Progress &progress, const Animation &animation);
 
 } // namespace PlaybackSteps

@@ -62,7 +62,7 @@ public:
             // The bits of the line above are still there, as a guess.
             OpaqueBits::read({image.constScanLine(y), image.width(), image.depth() / 8, threshold},
                              m_line.data());
-            // The last column counts only where it is a run of its own, so that lines with the
+            // The last column counts only where it is a separate run, so that lines with the
             // same runs have the same bits.
             if (m_lastColumn > 0 && hasPixel(m_lastColumn - 1))
                 wordOf(m_lastColumn) &= ~bitOf(m_lastColumn);
@@ -173,7 +173,7 @@ private:
     std::vector<Band> m_bands;
 };
 
-/// What a picture gives whose pixels are all opaque.
+/// The rectangles of a picture whose pixels are all opaque.
 QRect wholeOf(const QSize &size)
 {
     return {QPoint(0, 0), QPoint(size.width() - 2, size.height() - 1)};

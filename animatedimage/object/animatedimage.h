@@ -29,7 +29,7 @@ class ANIMATEDIMAGE_EXPORT CAnimatedImage : public CBaseObject
     Q_OBJECT
 
 public:
-    /// What type() answers: by this number a host tells animated images from its other objects.
+    /// Returned by type(): by this number a host distinguishes animated images from other objects.
     static constexpr int TypeNumber = UserType + 11300;
     /// The presentation type of a tiled background that is clipped to the page. Every other
     /// number is the normal type.
@@ -91,13 +91,13 @@ public:
 
     /// The settings: play, interval, and whether it loops forever. Always true.
     bool GetSettingJson(QString &json) override;
-    /// Applies the panel's answer; false, with nothing changed, when it cannot be parsed.
+    /// Applies the panel's answer; returns false, and changes nothing, if it cannot be parsed.
     bool SetSettingJson(const QString &json, bool undoable, bool notify) override;
 
     /// Pixel size of the frame shown; (0, 0) when there is none.
     QSize getImageSize() override;
 
-    /// See SpecialPropertyId. True when handled here, otherwise what the base answers. For
+    /// See SpecialPropertyId. Returns true if handled here, otherwise the base's result. For
     /// SpecialPropertyId::CopyFromObject the stream holds the address of the CGDRootObject part of
     /// another animated image as a qint64; an address that is not one of a live animated image is
     /// never dereferenced.
@@ -113,7 +113,7 @@ public:
     void setMirror(bool mirror, bool notify) override;
     void setFlip(bool flip, bool notify) override;
     /// One costume for each frame, all on a canvas of twice the largest frame. @p prefix is put
-    /// before each file name as it stands, so a folder must end with its separator. A frame that
+    /// before each file name as it is, so a folder must end with its separator. A frame that
     /// cannot be written still has its description.
     QJsonArray generateCostumesCode(const QString &prefix) override;
 
@@ -141,7 +141,7 @@ public:
     /// pixels. An index outside the list, or a size that memory cannot hold, gives an empty tile.
     /// A frame that was never measured is measured.
     void generateBGImage(int index);
-    /// Works out the part of the object that lies on the page, then rebuilds the tile.
+    /// Computes the part of the object that is on the page, then rebuilds the tile.
     void regenBGImage();
 
     // Opaque regions.
@@ -159,7 +159,7 @@ public:
 
     // Names and thumbnails.
 
-    /// A name that no frame has, made from the stem of @p baseText (what stands before its last
+    /// A name that no frame has, made from the stem of @p baseText (what is before its last
     /// underscore). @p stemAllowed admits the bare stem; the other candidates are numbered from 1.
     QString generatePortraitName(const QString &baseText, bool stemAllowed) const;
     /// Appends each frame's name and picture to @p out: the full picture, or one fitted into
@@ -218,7 +218,7 @@ private:
     /// Tells the host that the object shows something else. False when that was its end.
     [[nodiscard]] Q_DECL_HIDDEN bool notifyShownContent();
 
-    /// The part of the object that lies on its page, in item coordinates; all of it without a page.
+    /// The part of the object that is on its page, in item coordinates; all of it without a page.
     Q_DECL_HIDDEN QRectF visibleRect();
     Q_DECL_HIDDEN void followMirrorOrFlip();
 
@@ -233,7 +233,7 @@ private:
     QTimer *m_shiftTimer;     ///< the frame timer, a child; its interval is that of the last start
     QList<CAnimatedPortrait> m_portraits; ///< in play order; written by imports, loading, edits
     bool m_isRunning;                     ///< playback is on; playImage() and the host's steps
-    int m_runningIndex;  ///< the frame shown, from 0; may lie outside the list after loading
+    int m_runningIndex;  ///< the frame shown, from 0; may be outside the list after loading
     int m_loopsDone;     ///< passes completed since play started; the ticks count
     int m_shiftInterval; ///< ms for each frame, a setting; 0 or less does not tick
     bool m_keepRatio;    ///< whether the host's resizing keeps proportions, a setting
@@ -251,5 +251,5 @@ private:
     int m_savedIndex;    ///< m_runningIndex at the last attribute 2804
     double m_handleSize; ///< side of the host's handles in units, at construction and at 2805
     QList<QSizeF> m_savedFrameSizes; ///< display sizes of all frames at the last attribute 2804
-    mutable FrameRegions m_regions;  ///< of all frames; shape() works out what it is asked for
+    mutable FrameRegions m_regions;  ///< of all frames; shape() computes what it is asked for
 };

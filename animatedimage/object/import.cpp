@@ -77,7 +77,7 @@ void CAnimatedImage::Import::takeGif(const GifFile &gif) const
     object.addFrames(gif.frames);
     object.m_shiftInterval = gif.intervalMs;
     object.m_loopCount = gif.loopCount;
-    // A timer that ticks with an interval of 0 would keep the event loop busy for ever.
+    // A timer that ticks with an interval of 0 would keep the event loop busy forever.
     if (gif.intervalMs <= 0)
         object.m_shiftTimer->stop();
     object.m_shiftTimer->setInterval(gif.intervalMs);

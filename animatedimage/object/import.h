@@ -4,7 +4,7 @@
 #include "animatedimage/core/giffile.h"
 #include "animatedimage/object/animatedimage.h"
 
-/// Taking over what an import gives.
+/// Stores the result of an import in the object.
 struct CAnimatedImage::Import {
     /// Empties the list of frames, before another is imported.
     void begin() const;

@@ -73,6 +73,6 @@ QRectF CAnimatedImage::visibleRect()
     const IGdPage *page = GetPage();
     if (!page)
         return {QPointF(0.0, 0.0), size};
-    // Where the object itself stands, not where its pattern was moved to.
+    // The position of the object itself, not that of its pattern.
     return BackgroundTile::visiblePart(CGDRootObject::getPos(), size, page->pageRect());
 }

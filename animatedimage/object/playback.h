@@ -2,8 +2,8 @@
 
 #include "animatedimage/object/animatedimage.h"
 
-/// Steps of playback, of the object's own timer and of the host's. Those that answer tell whether
-/// the object has outlived them.
+/// Steps of playback, of the object's own timer and of the host's. Those that return a value tell
+/// whether the object has outlived them.
 struct CAnimatedImage::Playback {
     /// Ticks at the present interval from now on; an interval of 0 or less does not tick.
     void restartTimer() const;

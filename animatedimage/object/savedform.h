@@ -19,7 +19,7 @@ struct CAnimatedImage::SavedForm {
     /// Takes the named parameters from the base. The pictures are not among them.
     Frames restoreOtherParams() const;
 
-    /// Appends the frames, works out what is derived from the state and tells the host.
+    /// Appends the frames, computes what is derived from the state, and notifies the host.
     void finishLoading(const Frames &saved) const;
     /// What follows a new state as a whole, read or copied: the host learns of the place, and
     /// playback goes on by this object's own timer. A loaded object is stopped, unless the host

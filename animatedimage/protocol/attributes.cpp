@@ -6,7 +6,7 @@
 
 /// What the attributes do.
 struct CAnimatedImage::Attributes {
-    /// Remembers what editing shows, and works out what a presentation will show of a background.
+    /// Remembers what editing shows, and computes what a presentation will show of a background.
     void saveEditingState() const;
     void restoreEditingState() const;
     void setTimerEnabled(bool enabled) const;

@@ -5,7 +5,7 @@
 class CBaseObject;
 class QDataStream;
 
-/// The functions that a host looks up by name. None reports an error or throws, but for want of
+/// The functions that a host looks up by name. None reports an error or throws, but without
 /// memory while an object is made.
 extern "C" {
 

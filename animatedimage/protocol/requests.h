@@ -3,7 +3,7 @@
 #include "animatedimage/object/animatedimage.h"
 #include "animatedimage/protocol/requeststream.h"
 
-/// The special properties, one operation for each identifier that does more than to answer with a
+/// The special properties, one operation for each identifier that does more than return a
 /// value. Those that return a value tell whether the object has outlived them.
 struct CAnimatedImage::Requests {
     // specialproperties.cpp: what is answered

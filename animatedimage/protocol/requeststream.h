@@ -6,7 +6,7 @@
 #include <QtCore/QIODevice>
 
 /// Reading the input of a request that a host sends through a stream, and answering in the same
-/// buffer. A stream that cannot give or take what a request needs makes these answer false; the
+/// buffer. If a stream cannot provide or take what a request needs, these return false; the
 /// request then changes nothing.
 namespace RequestStream
 {
@@ -44,7 +44,7 @@ inline bool rewind(QDataStream &stream)
     return device && device->isOpen() && (device->isSequential() || device->reset());
 }
 
-/// Whether an answer could be given. A request that changes something asks before it does: a host
+/// Whether an answer could be written. A request that changes something checks this first: a host
 /// must not miss the answer to what was done.
 inline bool canAnswer(const QDataStream &stream)
 {

@@ -52,7 +52,7 @@ bool CAnimatedImage::Requests::playOrStop() const
            object.outlives([this, play] { object.playImage(play); });
 }
 
-/// Shows a frame and tells the host, as the panel's own buttons do.
+/// Shows a frame and notifies the host, as the buttons of the panel do.
 bool CAnimatedImage::Requests::showFrameAndNotify(int index) const
 {
     return Playback{object}.showFrame(index) && object.notifyShownContent();

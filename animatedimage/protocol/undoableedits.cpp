@@ -105,7 +105,7 @@ void CAnimatedImage::Requests::changeAnimatedType() const
         return;
     object.GetGraphicsItemPtr(); // asked for and not used
 
-    // A background lies on the page's background layer, and any other object above it.
+    // A background is on the page's background layer, and any other object above it.
     constexpr int backgroundLayer = 2;
     constexpr int normalLayer = 0;
     const int oldType = object.m_animatedType;

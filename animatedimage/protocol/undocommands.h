@@ -40,7 +40,7 @@ private:
 enum ANIMATEDIMAGE_CHANGE_TYPE : int {
     CHANGE_SHIFT_INTERVAL = 0, ///< milliseconds between frames; the pair of ints
     CHANGE_KEEP_RATIO = 1,     ///< whether proportions are kept; the pair of bools
-    CHANGE_LOOP_COUNT = 2,     ///< repetitions, -1 for ever; the pair of ints
+    CHANGE_LOOP_COUNT = 2,     ///< repetitions, -1 forever; the pair of ints
 };
 
 /// A command for one setting of an animated image. The host makes it, fills in the pair of values

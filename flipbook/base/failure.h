@@ -16,7 +16,7 @@ struct MissingFile : Failure {
 struct ForbiddenFile : Failure {
 };
 
-/// Thrown when a file lies where the user did not point.
+/// Thrown when a file is where the user did not point.
 struct OutsideFile : ForbiddenFile {
 };
 

@@ -14,7 +14,7 @@
 namespace
 {
 
-/// Whether @p one and @p other lead to the same file or folder, by whatever path or link.
+/// Whether @p one and @p other lead to the same file or folder, by any path or link.
 bool isSameFile(const QString &one, const QString &other)
 {
     struct stat first = {};
@@ -24,7 +24,7 @@ bool isSameFile(const QString &one, const QString &other)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-/// Whether a pipe, a socket or a device stands at @p path.
+/// Whether a pipe, a socket or a device is at @p path.
 bool isSpecialFile(const QString &path)
 {
     struct stat status = {};
@@ -32,7 +32,7 @@ bool isSpecialFile(const QString &path)
            !S_ISDIR(status.st_mode);
 }
 
-/// A disk that fills up takes a part; only the next write says why it took no more.
+/// A disk that fills up takes a part; only the next write reports the reason.
 bool isAllWritten(QIODevice &device, const QByteArray &bytes)
 {
     qint64 done = 0;
@@ -76,7 +76,7 @@ void checkOutput(const QString &path, const Reading &reading)
 
 void writePng(const QString &path, const QImage &image)
 {
-    // Encoded in memory first: the encoder has an opinion of its own on disks that are full.
+    // Encoded in memory first: QImageWriter does not report a full disk.
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "png");

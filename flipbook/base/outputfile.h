@@ -6,11 +6,11 @@
 class Reading;
 
 /// Makes sure, before any work, that a file can be written at @p path without harm.
-/// @throw Failure when it is one of @p inputs by whatever path, or no regular file, or its folder
+/// @throw Failure when it is one of @p inputs by any path, or not a regular file, or its folder
 /// does not exist.
 void checkOutput(const QString &path, const QStringList &inputs);
 
-/// The same after reading: nothing that @p reading read is overwritten, by whatever path or link.
+/// The same after reading: nothing that @p reading read is overwritten, by any path or link.
 void checkOutput(const QString &path, const Reading &reading);
 
 /// Writes @p image as a PNG file. The file appears whole or not at all; what was there before

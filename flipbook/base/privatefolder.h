@@ -8,7 +8,7 @@
 class QFile;
 
 /// A temporary folder that only the user of this process can enter, removed with the object. A
-/// process that is killed leaves its folder behind: the next one to make a folder removes it.
+/// process that is killed leaves its folder: the next one to make a folder removes it.
 class PrivateFolder
 {
 public:
@@ -21,7 +21,7 @@ public:
     /// @throw Failure
     QString makeFolder(const QString &ending = QString());
 
-    /// Copies what @p file holds from its beginning to a new file at @p path, which lies in this
+    /// Copies what @p file holds from its beginning to a new file at @p path, which is in this
     /// folder. @throw Failure of @p subject
     void copy(QFile &file, const QString &path, const QString &subject) const;
 

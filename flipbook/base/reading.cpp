@@ -20,7 +20,7 @@ QString reasonOf(int error)
     return QString::fromLocal8Bit(std::strerror(error));
 }
 
-/// Finds what stands at @p path without opening it, which could have an effect on a device, or
+/// Finds what is at @p path without opening it, which could have an effect on a device, or
 /// wait.
 FileHandle find(int folder, const QString &path)
 {
@@ -55,7 +55,7 @@ QByteArray pathOf(const FileHandle &found)
     return "/proc/self/fd/" + QByteArray::number(found.get());
 }
 
-/// Where @p found lies, without any link; empty when the system does not tell.
+/// The path of @p found, without any link; empty if the system does not know it.
 QByteArray placeOf(const FileHandle &found)
 {
     QByteArray place(PATH_MAX, '\0');

@@ -10,8 +10,8 @@
 
 #include <memory>
 
-/// What a path that the user named leads to, opened once: whatever happens to the path afterwards,
-/// this is what is read.
+/// What a path that the user named leads to, opened once: even if the path leads elsewhere
+/// afterwards, this is what is read.
 struct Source {
     std::unique_ptr<QFile> file; ///< a regular file, at its beginning; none for a folder
     FileHandle folder;           ///< a folder, to look names up in
@@ -44,7 +44,7 @@ public:
     /// and, unless that is allowed, for a file outside of the folder.
     std::unique_ptr<QFile> openFrom(const FileHandle &folder, const QString &name);
 
-    /// Whether @p path leads to a file that was read, by whatever path or link.
+    /// Whether @p path leads to a file that was read, by any path or link.
     bool hasRead(const QString &path) const;
 
 private:

@@ -6,8 +6,8 @@
 #include <memory>
 
 /// Collects files into a zip archive in memory: on a full disk, an archive that is written piece by
-/// piece may end half and go unnoticed. All files carry one date, so that equal contents give equal
-/// bytes.
+/// piece may be incomplete without an error. All files carry one date, so that equal contents give
+/// equal bytes.
 class ZipWriter
 {
 public:

@@ -76,7 +76,7 @@ double Arguments::amount(const QCommandLineParser &line, const QString &option, 
         return fallback;
     bool isNumber = false;
     const double amount = value.toDouble(&isNumber);
-    // Written so that it refuses what is no number at all, too.
+    // Written so that it also refuses NaN.
     if (!isNumber || !(amount > 0.0 && amount <= most))
         throw UsageError{QStringLiteral("%1 takes a number above 0, up to %2, not '%3'")
                              .arg(dashed(option), QString::number(most), value)};

@@ -2,7 +2,7 @@
 
 #include <QtCore/QString>
 
-/// What the command line says: results on standard output, everything else on standard error.
+/// The output of the command line: results on standard output, everything else on standard error.
 /// Control characters in names are replaced, so that no file can steer the terminal.
 namespace Console
 {

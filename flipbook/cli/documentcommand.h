@@ -22,7 +22,7 @@ QCommandLineOption objectOption();
 CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
                           const OpenedFile &opened);
 
-/// The page that an object of a document stands on.
+/// The page that an object of a document is on.
 Page &pageOf(const CBaseObject &object);
 
 /// @p page at @p scale, of the document at @p path. @throw Failure when it needs more than

@@ -89,7 +89,7 @@ bool isDocumentPath(const QString &path)
     return path.endsWith(QLatin1String(".flipbook"), Qt::CaseInsensitive);
 }
 
-/// Takes the document out of @p files, wherever among them it stands: "--add FILE DOC" is natural
+/// Takes the document out of @p files, at any position: "--add FILE DOC" is natural
 /// as well. Two could not be told apart, and one of them would be replaced.
 QString takeDocument(QStringList &files)
 {

@@ -16,7 +16,8 @@ using namespace Scratch;
 namespace
 {
 
-/// The file that -o names, which must have the ending @p suffix: by it Scratch knows the package.
+/// The file that -o names, which must have the ending @p suffix, by which Scratch recognises the
+/// package.
 QString packageOutput(const QCommandLineParser &line, const QString &suffix)
 {
     const QString path = plainPath(Arguments::needed(line, QStringLiteral("o")));
@@ -25,7 +26,7 @@ QString packageOutput(const QCommandLineParser &line, const QString &suffix)
     return path;
 }
 
-/// Where a page lies on the stage. A lone film is no page: it stands in the middle of the stage at
+/// Where a page is on the stage. A lone film is not a page: it is in the middle of the stage at
 /// its own size, and is reduced only where it is larger.
 StagePlacement placementOf(const OpenedFile &opened, const Page &page)
 {

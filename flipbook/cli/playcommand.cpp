@@ -30,7 +30,7 @@ QString frameText(AnimatedObject object, int index)
         .arg(object.frameName(index));
 }
 
-/// A single frame would be shown for ever, again and again.
+/// A single frame would be shown forever, again and again.
 void showStill(AnimatedObject object)
 {
     printAt(0, frameText(object, 0));

@@ -9,8 +9,8 @@
 #include <thread>
 
 /// A line on the terminal about work that takes longer than a second; nothing at all for shorter
-/// work, or when standard error is no terminal. The line is wiped away at the end. It is drawn by
-/// a thread of its own, since the work may not come back to us for long.
+/// work, or if standard error is not a terminal. The line is wiped away at the end. It is drawn by
+/// a separate thread, since the work may take long without reporting progress.
 class ProgressLine
 {
 public:

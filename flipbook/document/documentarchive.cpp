@@ -27,7 +27,7 @@ QString pictureName(const QString &digest)
     return QStringLiteral("pictures/%1.png").arg(digest);
 }
 
-// Reads no more than this, whatever size the archive claims.
+// Reads no more than this, even if the archive claims a larger size.
 QByteArray readUpTo(const KArchiveFile &file, qint64 most)
 {
     const std::unique_ptr<QIODevice> device(file.createDevice());

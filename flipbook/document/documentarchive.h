@@ -17,7 +17,7 @@ class DocumentArchive
 {
 public:
     /// Opens the archive in @p file, which the user named as @p path.
-    /// @throw Failure when it is no archive of a document.
+    /// @throw Failure if it is not the archive of a document.
     DocumentArchive(std::unique_ptr<QFile> file, const QString &path);
     ~DocumentArchive();
 
@@ -30,8 +30,8 @@ public:
     /// The whole picture; empty when it is missing, damaged, or longer than @p most bytes.
     QByteArray picture(const QString &digest, qint64 most) const;
 
-    /// Writes an archive of @p json and @p pictures (by digest). What stood at @p path stays until
-    /// the new archive is on the disk as a whole. Equal content gives equal bytes.
+    /// Writes an archive of @p json and @p pictures (by digest). A file at @p path is kept until
+    /// the new archive is completely written. Equal content gives equal bytes.
     /// @throw Failure
     static void write(const QString &path, const QByteArray &json,
                       const QMap<QString, QByteArray> &pictures);

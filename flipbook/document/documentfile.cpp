@@ -75,8 +75,8 @@ LoadedDocument DocumentLoader::load(std::unique_ptr<QFile> file)
     return std::move(m_loaded);
 }
 
-// The object would open whatever the reference leads to: it gets a copy of what was looked at, or
-// no reference when that is nothing that can be read.
+// The object would open anything that the reference leads to: it gets a copy of what was checked,
+// or no reference when that is nothing that can be read.
 void DocumentLoader::followReference(ObjectForm &form, const QString &where)
 {
     if (!form.state.value(IsGif).toBool())
@@ -110,7 +110,7 @@ QString DocumentLoader::copyOf(const QString &reference)
     return source.copy;
 }
 
-// Pictures that arrived as they were written, but are no pictures.
+// Pictures that arrived as they were written, but are not pictures.
 void DocumentLoader::nameUndecoded()
 {
     const QStringList missing = m_loaded.document->missingPictures();

@@ -18,7 +18,7 @@ struct LoadedDocument {
 };
 
 /// Reads the document in @p file, which the user named as @p path, whole or not at all. What its
-/// pictures would need is worked out before any is decoded.
+/// pictures would need is computed before any is decoded.
 /// @throw Failure for a damaged or foreign file, one that refers to files that may not be read, or
 /// one that needs more memory than @p reading allows.
 LoadedDocument loadDocument(const Plugin &plugin, std::unique_ptr<QFile> file, const QString &path,

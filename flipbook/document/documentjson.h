@@ -9,7 +9,7 @@ class Document;
 
 /// An object as a document's JSON text holds it.
 struct ObjectForm {
-    bool isBackground = false; ///< it stands on the background layer
+    bool isBackground = false; ///< it is on the background layer
     QJsonObject state;         ///< what the object itself wrote
 };
 

@@ -4,7 +4,7 @@
 #include <QtCore/QSizeF>
 #include <QtCore/QVector>
 
-/// Where objects stand on a new page.
+/// Where objects are on a new page.
 struct PageLayout {
     QSizeF page;
     QVector<QPointF> places; ///< top left corners, in the order of the sizes

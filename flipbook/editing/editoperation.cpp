@@ -143,7 +143,7 @@ Apply setLoops(const QString &value)
     return [count](EditTarget &target) {
         if (AnimatedObject(*target.object).loopCount() == count)
             return;
-        // The panel knows for ever and once only; the saved form takes any count.
+        // The panel knows forever and once only; the saved form takes any count.
         target.object =
             rebuilt(target.plugin, target.page, *target.object, [count](QJsonObject &form) {
                 form.insert(QStringLiteral("LoopCount"), count);

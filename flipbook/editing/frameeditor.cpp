@@ -11,7 +11,7 @@ namespace Id = SpecialPropertyId;
 namespace
 {
 
-/// Sends a request that answers through the getting half of the protocol, and lets the answer go.
+/// Sends a request of the getting half of the protocol, and discards its answer.
 template<typename... Input>
 void request(CBaseObject &object, int id, const Input &...input)
 {
@@ -42,8 +42,8 @@ void FrameEditor::checkPlace(int place) const
             QStringLiteral("a new frame can be number 1 to %1, not %2").arg(count + 1).arg(place)};
 }
 
-/// The index that a frame is inserted behind, so that it becomes number @p place. What is to become
-/// the first frame is inserted behind it, and then moved.
+/// The index that a frame is inserted after, so that it becomes number @p place. What is to become
+/// the first frame is inserted after it, and then moved.
 qint32 FrameEditor::indexBefore(int place) const
 {
     return place == 1 && m_object.frameCount() > 0 ? 0 : place - 2;
@@ -55,7 +55,7 @@ void FrameEditor::settle(int place, int countBefore)
         ObjectProtocol::tell(m_object.base(), Id::MoveFrame, qint32(1), qint32(0));
 }
 
-/// Makes a change after which another frame may stand at the index that is shown. The object itself
+/// Makes a change after which another frame may be at the index that is shown. The object itself
 /// resizes only when it steps there, and would take the next step in the wrong proportion.
 template<typename Change>
 void FrameEditor::keepScale(const Change &change)

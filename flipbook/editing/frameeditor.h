@@ -7,16 +7,16 @@ struct EditRefused {
     QString reason; ///< a short clause, without a full stop
 };
 
-/// Edits the frames of one animated image through the door, as the window and the command line do.
-/// Frames are counted from 1, as users see them. Everything here throws EditRefused for what the
-/// object would silently ignore. The object keeps its scale: when another frame comes to be shown
+/// Edits the frames of one animated image through the host interface, as the window and the command
+/// line do. Frames are counted from 1, as users see them. Everything here throws EditRefused for
+/// what the object would silently ignore. The object keeps its scale: when another frame is shown
 /// in the place of the one before, the object takes the size of that frame, around its centre.
 class FrameEditor
 {
 public:
     explicit FrameEditor(CBaseObject &object);
 
-    /// Inserts a transparent frame that becomes number @p place; from 1 to one behind the last.
+    /// Inserts a transparent frame that becomes number @p place; from 1 to one after the last.
     void insertBlank(int place);
     /// Inserts a copy of the frame @p from that becomes number @p place.
     void duplicate(int from, int place);

@@ -22,7 +22,7 @@ const QLatin1String SizesKey("animatedImageSizes");
 const QLatin1String PicturesMember("ImageList");
 const QLatin1String IntervalMember("ShiftInterval");
 
-/// The name of a repeat: the first that is free from @p number on, which moves behind it.
+/// The name of a repeat: the first free one from @p number on, which then becomes the next.
 QString repeatName(const QString &name, int &number, QSet<QString> &taken)
 {
     QString candidate;

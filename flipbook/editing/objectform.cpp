@@ -11,7 +11,7 @@ CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
 
     const Page::Place place = page.placeOf(&object);
     CBaseObject *successor = plugin.createObject(object.objectId()).release();
-    // It must stand on the page before it reads: its document has the pictures.
+    // It must be on the page before it reads: its document has the pictures.
     page.addObject(successor, place.layer);
     successor->loadJson(form);
     page.destroyObject(&object);

@@ -8,7 +8,8 @@
 
 class Page;
 
-/// Changes what the door has no operation for in the saved JSON form of @p object, which stands on
+/// Changes what the host interface has no operation for in the saved JSON form of @p object, which
+/// is on
 /// @p page: a new object, read from the changed form, takes its place. @p object is destroyed, and
 /// with it the undo commands, which may know it.
 CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,

@@ -147,7 +147,7 @@ void SheetPainter::paintCell(QPainter &painter, AnimatedObject object, int frame
     const QSize shown(std::max(1, int(std::lround(size.width() * m_layout.scale))),
                       std::max(1, int(std::lround(size.height() * m_layout.scale))));
     const QRect box = m_layout.boxAt(m_painted);
-    // Frames of different sizes stand on one ground line.
+    // Frames of different sizes are on one ground line.
     const QRect place(
         QPoint(box.left() + (box.width() - shown.width()) / 2, box.bottom() + 1 - shown.height()),
         shown);

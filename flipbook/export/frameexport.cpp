@@ -33,7 +33,7 @@ QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonA
 QStringList exportFrames(Document &document, CBaseObject &object, const QString &folder,
                          const std::function<void(int)> &progress)
 {
-    // The saved form tells everything, and leaves each picture in the store as a PNG file.
+    // The saved form has everything, and leaves each picture in the store as a PNG file.
     document.setKeepsImagesInline(false);
     QJsonObject state;
     object.saveJson(state);
@@ -52,7 +52,7 @@ QStringList exportFrames(Document &document, CBaseObject &object, const QString 
             writeFile(folder + QLatin1Char('/') + name, png);
         progress(i + 1);
     }
-    // Last, so that a folder that was not finished is no frame folder.
+    // Last, so that a folder that was not finished is not a frame folder.
     writeFile(folder + QStringLiteral("/config.json"),
               QJsonDocument(configOf(object, state, list)).toJson());
     return warnings;

@@ -7,9 +7,9 @@
 class CBaseObject;
 class Document;
 
-/// Writes the frames of @p object, which stands on a page of @p document, into @p folder as PNG
+/// Writes the frames of @p object, which is on a page of @p document, into @p folder as PNG
 /// files, with a config.json from which they are imported again. The folder must exist.
-/// @p progress hears how many frames are written. The answer tells of empty frames.
+/// @p progress is called with the number of frames written. Returns warnings about empty frames.
 /// @throw Failure
 QStringList exportFrames(Document &document, CBaseObject &object, const QString &folder,
                          const std::function<void(int)> &progress);

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// Where everything stands on a contact sheet, in pixels.
+/// Where everything is on a contact sheet, in pixels.
 struct SheetLayout {
     int columns = 0;
     int rows = 0;

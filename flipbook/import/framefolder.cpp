@@ -24,7 +24,7 @@ QString noPicture()
     return QStringLiteral("none");
 }
 
-/// What the folder is called, wherever it was looked for from.
+/// The name of the folder, independent of the path by which it was found.
 QString nameOfFolder(const QString &path)
 {
     const QString name = QDir(QDir(path).absolutePath()).dirName();
@@ -50,7 +50,7 @@ public:
 private:
     struct Picture {
         QString copy;      ///< its name
-        qint64 memory = 0; ///< 0 when it is no picture that can be read
+        qint64 memory = 0; ///< 0 when it is not a picture that can be read
     };
 
     QByteArray readConfig();
@@ -135,7 +135,7 @@ void FolderCopier::examineSettings(const QJsonObject &config)
     }
 }
 
-// The element as it stands in the copy.
+// The element as it is in the copy.
 QJsonValue FolderCopier::copiedElement(int number, const QJsonValue &element)
 {
     const QLatin1String key("filename");
@@ -175,7 +175,7 @@ QString FolderCopier::copiedPicture(int number, const QString &name)
     return noPicture();
 }
 
-// Each picture is copied once, however often it is listed.
+// Each picture is copied once, even if it is listed several times.
 FolderCopier::Picture FolderCopier::pictureNamed(const QString &name)
 {
     const auto known = m_pictures.constFind(name);

@@ -16,8 +16,8 @@ struct FrameFolder {
 };
 
 /// Copies what the frame folder @p source, which the user named as @p path, holds of a film into
-/// @p folder. Names in its config.json are looked up as they stand, once and here.
-/// @throw Failure when an object would find no frames, when a picture lies outside of the folder
-/// or is no regular file, or when the pictures would need more memory than @p reading allows.
+/// @p folder. Names in its config.json are looked up literally, once and here.
+/// @throw Failure when an object would find no frames, when a picture is outside of the folder
+/// or is not a regular file, or when the pictures would need more memory than @p reading allows.
 FrameFolder copyFrameFolder(const FileHandle &source, const QString &path, Reading &reading,
                             PrivateFolder &folder);

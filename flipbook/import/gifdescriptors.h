@@ -22,7 +22,7 @@ struct GifDamage {
     QString what; ///< a clause such as "its picture ends early"
 };
 
-/// What a GIF says about itself in its blocks, found without keeping a single pixel.
+/// The description of a GIF in its blocks, read without keeping a single pixel.
 struct GifDescriptors {
     bool hasSignature = false; ///< begins with GIF87a or GIF89a
     bool hasScreen = false;    ///< the screen descriptor is there
@@ -34,20 +34,20 @@ struct GifDescriptors {
     qint64 wholeFrames = 0;  ///< frames whose picture data are there to the end, and sound
     /// The data of at least one frame hold a code for pixels, though it may be an invalid one.
     bool pixelsFound = false;
-    QRect firstFrame; ///< where the first frame lies on the screen
+    QRect firstFrame; ///< where the first frame is on the screen
     /// The first frame does not cover the screen, and decoders fill the rest with a colour of the
-    /// frame's own palette, which they have not read yet: with whatever is in their memory.
+    /// frame's own palette, which they have not read yet: with uninitialised memory.
     bool leavesScreenUnset = false;
     /// The number of repetitions in the loop extension, 0 for forever; none without one.
     std::optional<int> repetitions;
     /// The shortest and longest time that a frame is shown, in milliseconds; 0 without frames.
-    /// Less than 20 ms, or nothing, counts as 100 ms, as players have it.
+    /// Less than 20 ms counts as 100 ms, as in other players.
     int shortestDelay = 0;
     int longestDelay = 0;
     bool hasTransparency = false;  ///< a frame is transparent, or clears its place afterwards
     bool restoresPrevious = false; ///< a frame is taken back after it was shown
     GifEnding ending = GifEnding::CutShort;
-    qint64 endOffset = 0;       ///< the number of bytes that stand before that end
+    qint64 endOffset = 0;       ///< the number of bytes that are before that end
     qint64 damagedFrames = 0;   ///< how many frames are damaged; cut ones are not counted
     QVector<GifDamage> damages; ///< the first few of them
     /// The first frame whose code size the format does not allow, though decoders read it.
@@ -57,6 +57,6 @@ struct GifDescriptors {
     int workingPictures() const;
 };
 
-/// Reads the blocks of the GIF on @p device, from its current position on. Any bytes will do: the
-/// answer tells how far they made sense. Needs a small fixed amount of memory.
+/// Reads the blocks of the GIF on @p device, from its current position on, of any bytes: the result
+/// includes how far they made sense. Needs a small fixed amount of memory.
 GifDescriptors readGifDescriptors(QIODevice &device);

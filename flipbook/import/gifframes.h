@@ -14,8 +14,8 @@ struct GifFrames {
     int loopCount = -1;    ///< repetitions after the first pass; -1 is forever
 };
 
-/// Reads the GIF at @p copy, which was examined before and which nobody else changes, frame by frame.
-/// The frames are numbered behind @p stem. @p progress hears how many are read; what it throws ends
-/// the reading.
+/// Reads the GIF at @p copy, which was examined before and which nobody else changes, frame by
+/// frame. The frames are numbered after @p stem. @p progress hears how many are read; what it
+/// throws ends the reading.
 GifFrames readGifFrames(const QString &copy, const QString &stem,
                         const std::function<void(int)> &progress);

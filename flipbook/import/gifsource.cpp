@@ -37,7 +37,7 @@ void refuseUnnamed(const QString &path)
 void count(const QString &copy, const QString &path, const GifDescriptors &gif,
            MemoryAccount &memory)
 {
-    // Decoders do not give up at the same places as we do: the larger count is the safer one.
+    // Decoders do not stop at the same places as this code: the larger count is the safer one.
     const qint64 frames = std::max<qint64>(gif.frames, QImageReader(copy, "gif").imageCount());
     memory.require(MemoryBudget::neededForFilm(gif.screen, frames, gif.workingPictures()), path,
                    QStringLiteral("%1 of %2 x %3 pixels")

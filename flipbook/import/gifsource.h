@@ -26,8 +26,8 @@ GifSource copyGif(QFile &file, const QString &path, MemoryAccount &memory, Priva
 /// Judges the GIF at @p copy, which nobody else changes, in the same way.
 GifSource examineGif(const QString &copy, const QString &path, MemoryAccount &memory);
 
-/// Why nothing of a GIF could be shown, as far as its descriptors tell.
+/// The reason why nothing of a GIF could be shown, from its descriptors.
 QString reasonNothingIsRead(const GifDescriptors &gif);
 
-/// Whether an object that is given @p path reads it as a GIF, whatever stands there.
+/// Whether an object that is given @p path reads it as a GIF, whatever is there.
 bool isGifPath(const QString &path);

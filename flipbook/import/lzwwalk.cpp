@@ -66,7 +66,7 @@ void LzwWalk::takeCode(int code)
     const bool isPixel = code < clearCode;
     int length = 1;
     if (!isPixel) {
-        // The newest code may stand for itself: the code before and its own first pixel.
+        // The newest code may refer to itself: the code before and its own first pixel.
         const bool isNewest = code == m_nextCode && m_nextCode < MaxCodes;
         if (m_previousLength == 0 || (code >= m_nextCode && !isNewest)) {
             m_damaged = true;

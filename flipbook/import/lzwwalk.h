@@ -4,8 +4,8 @@
 
 #include <array>
 
-/// Walks through the compressed picture data of a GIF frame and counts the pixels that they stand
-/// for, without making the pixels: enough to know whether the data are sound.
+/// Walks through the compressed picture data of a GIF frame and counts the pixels that they
+/// represent, without producing them: enough to know whether the data are valid.
 class LzwWalk
 {
 public:

@@ -23,7 +23,7 @@ struct ImportedMedia {
 };
 
 /// Makes an object, numbered @p objectId, from the GIF, frame folder or picture @p source, which
-/// the user named as @p path. What it would need is worked out before anything is decoded.
+/// the user named as @p path. What it would need is computed before anything is decoded.
 /// @throw Failure when nothing could be read, or would need more memory than @p reading allows.
 ImportedMedia importMedia(const Plugin &plugin, Source &source, const QString &path,
                           Reading &reading, int objectId = 0);

@@ -16,7 +16,7 @@
 namespace
 {
 
-/// A reader that knows the format and never guesses another.
+/// A reader with a fixed format, which does not guess another.
 void setFormat(QImageReader &reader, PictureFormat format)
 {
     reader.setAutoDetectImageFormat(false);
@@ -26,7 +26,7 @@ void setFormat(QImageReader &reader, PictureFormat format)
 PictureFacts factsOf(QIODevice &device, PictureFormat format)
 {
     if (format.kind() == PictureFormat::Gif) {
-        // The decoder's own answer for the size of a GIF does not hold for large screens.
+        // The size that the decoder reports for a GIF is wrong for large screens.
         const GifDescriptors gif = readGifDescriptors(device);
         return {format, MemoryBudget::neededForFilm(gif.screen, 1, gif.workingPictures()),
                 gif.leavesScreenUnset};

@@ -12,7 +12,7 @@ class Reading;
 
 /// What a picture file says about itself.
 struct PictureFacts {
-    PictureFormat format; ///< unknown when it is no picture that is read
+    PictureFormat format; ///< unknown when it is not a picture that is read
     qint64 memory = 0;    ///< bytes that it needs while it is decoded and copied
     /// Qt's decoder may leave pixels as they come from the memory of the process.
     bool leavesPixelsUnset = false;
@@ -21,10 +21,10 @@ struct PictureFacts {
 /// Reads the facts of the picture file on @p device, from its beginning, without decoding it.
 PictureFacts examinePicture(QIODevice &device);
 
-/// Reads the picture in @p file, which the user named as @p path, of whatever format its bytes say
-/// that it is; of an animated one, the first frame. Pixels that the file leaves out are
+/// Reads the picture in @p file, which the user named as @p path, in the format that its bytes
+/// indicate that it is; of an animated one, the first frame. Pixels that the file leaves out are
 /// transparent, or 0 where the format has no transparency.
-/// @throw Failure when it is no picture that can be read, or is only by its name a GIF, or would
+/// @throw Failure when it is not a picture that can be read, or is only by its name a GIF, or would
 /// need more than @p memory has room for.
 QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory);
 
@@ -43,5 +43,5 @@ QImage readCopy(const QString &copy, const QString &path, const MemoryAccount &m
 /// Puts a copy of the picture file that the user named as @p path into @p folder, for an object to
 /// read. It is called as the file is, but for the ending. Returns its path. That the picture can be
 /// decoded is not certain.
-/// @throw Failure when it is no picture that is read, or would need too much memory.
+/// @throw Failure when it is not a picture that is read, or would need too much memory.
 QString copyPicture(const QString &path, Reading &reading, PrivateFolder &folder);

@@ -13,8 +13,8 @@ public:
     static constexpr int StartLength = 8;
 
     /// The format of a file that begins with @p start. Unknown is all that is not read: besides
-    /// what is no picture, formats that may refer to other files, such as SVG, and those that do
-    /// not tell beforehand what they take.
+    /// what is not a picture, formats that may refer to other files, such as SVG, and those that do
+    /// not tell in advance how much they need.
     static PictureFormat of(const QByteArray &start);
 
     /// The formats that are read, for a message.

@@ -4,8 +4,8 @@
 
 #include <QtCore/QJsonObject>
 
-/// All that an animated image holds beside its pictures: settings, geometry, names. It is read from
-/// the object's saved form, so it also tells what no identifier asks for, and takes no longer for
+/// Everything of an animated image except its pictures: settings, geometry, names. It is read from
+/// the object's saved form, so it includes what has no identifier, and takes no longer for
 /// large pictures.
 class FilmState
 {

@@ -22,7 +22,8 @@ void FrameWatcher::start()
     m_object.setPlaying(true);
 }
 
-// The door knows "forever" and "once": the last of several passes is played as the only one.
+// The host interface knows "forever" and "once": the last of several passes is played as the only
+// one.
 void FrameWatcher::beginPass()
 {
     if (m_wantedPasses > 0)

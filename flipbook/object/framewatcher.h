@@ -4,8 +4,8 @@
 
 #include <QtCore/QObject>
 
-/// Follows an object that plays on its own timer, and tells each frame that it shows once, though
-/// the object may announce it several times while it steps.
+/// Follows an object that plays on its own timer, and reports each frame that it shows once,
+/// although the object may announce it several times while it steps.
 class FrameWatcher : public QObject
 {
     Q_OBJECT

@@ -5,7 +5,7 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 
-/// The identifier protocols of a canvas object, spoken over one buffer for request and answer.
+/// The identifier protocols of a canvas object, with one buffer for request and answer.
 namespace ObjectProtocol
 {
 
@@ -20,8 +20,8 @@ QByteArray request(const Input &...input)
     return bytes;
 }
 
-/// Asks for the special property @p id and returns the answer; a default value when the object
-/// does not know the property or answers nothing that can be read.
+/// Requests the special property @p id and returns the answer; a default value if the object
+/// does not know the property, or if its answer cannot be read.
 template<typename Answer, typename... Input>
 Answer ask(CGDRootObject &object, int id, const Input &...input)
 {

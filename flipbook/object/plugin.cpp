@@ -25,7 +25,7 @@ QString chosenPath(const QString &path)
 Plugin::Plugin(const QString &path)
 {
     const QString file = chosenPath(path);
-    // Only names with a slash are looked for where they say, not in the system's library folders.
+    // Only names with a slash are looked up as paths, not in the system's library folders.
     m_library.setFileName(QDir(file).absolutePath());
     m_library.setLoadHints(QLibrary::PreventUnloadHint);
     if (!m_library.load())

@@ -12,7 +12,7 @@ namespace Scratch
 namespace
 {
 
-/// Each picture once, whatever number of costumes shows it.
+/// Each picture once, even if several costumes show it.
 void add(ZipWriter &zip, const QVector<Costume> &costumes)
 {
     for (const Costume &costume : costumes)

@@ -7,7 +7,7 @@
 namespace Scratch
 {
 
-/// The target of a sprite as it stands in a sprite package; in a project with its place among the
+/// The target of a sprite as it is in a sprite package; in a project with its place among the
 /// layers, counted from 1 at the bottom.
 QJsonObject spriteJson(const Sprite &sprite);
 QJsonObject spriteJson(const Sprite &sprite, int layer);

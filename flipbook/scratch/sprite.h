@@ -17,15 +17,15 @@ constexpr double StageHeight = 360.0;
 
 struct Costume {
     QString name;           ///< unique within its sprite, never empty
-    QByteArray png;         ///< the picture as it stands in the package
+    QByteArray png;         ///< the picture as it is in the package
     QString digest;         ///< MD5 of the picture: 32 lower-case hexadecimal digits
     QPointF rotationCenter; ///< in pixels of the picture
 };
 
 /// How a sprite shows its costumes when the flag is clicked.
 struct Playback {
-    int intervalMs = 0; ///< time from costume to costume; 0 or less stands still
-    int loopCount = -1; ///< repetitions after the first pass; -1 is for ever
+    int intervalMs = 0; ///< time from costume to costume; 0 or less shows the first one only
+    int loopCount = -1; ///< repetitions after the first pass; -1 is forever
 };
 
 struct Sprite {

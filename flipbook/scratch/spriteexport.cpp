@@ -102,7 +102,7 @@ Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
     sprite.costumes = costumesOf(object, name);
 
     sprite.size = 100.0 * m_placement.scale();
-    // A single frame has no steps to settle its size: its costume may differ from the object.
+    // A single frame is never resized by a step: its costume may differ from the object.
     const double costumeWidth = sprite.costumes.constFirst().rotationCenter.x();
     if (sprite.costumes.size() == 1 && costumeWidth > 0.0)
         sprite.size *= size.width() / costumeWidth;

@@ -19,7 +19,7 @@ constexpr int LongestPictureSide = 8192;
 class SpriteExporter
 {
 public:
-    /// @p placement says where the page lies on the stage. @p withScripts: the sprites play.
+    /// @p placement says where the page is on the stage. @p withScripts: the sprites play.
     SpriteExporter(const StagePlacement &placement, bool withScripts);
 
     /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Steps
@@ -28,7 +28,7 @@ public:
     /// frames, or when its costumes cannot be written to the temporary folder.
     Sprite exported(AnimatedObject &object, const QString &name);
 
-    /// What the user should know of the sprites made so far, a sentence each.
+    /// Messages for the user about the sprites made so far, one sentence each.
     const QStringList &remarks() const { return m_remarks; }
 
 private:

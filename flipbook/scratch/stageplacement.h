@@ -6,7 +6,7 @@
 namespace Scratch
 {
 
-/// Where a page lies on the stage: scaled to fit, in its own proportions, in the middle.
+/// Where a page is on the stage: scaled to fit, in its own proportions, in the middle.
 class StagePlacement
 {
 public:
