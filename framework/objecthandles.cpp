@@ -126,10 +126,10 @@ ObjectGeometry ObjectHandles::resized(const ObjectGeometry &start, Handle handle
     if (resizing.keepsRatio && !start.size.isEmpty()) {
         const double shortest = std::min(start.size.width(), start.size.height());
         const double factor =
-            std::max(commonFactor(start.size, size, direction), SmallestSide / shortest);
+            std::max(commonFactor(start.size, size, direction), MinSide / shortest);
         size = start.size * factor;
     }
-    size = size.expandedTo(QSizeF(SmallestSide, SmallestSide));
+    size = size.expandedTo(QSizeF(MinSide, MinSide));
 
     QPointF center = start.center();
     if (!resizing.aboutCenter) {

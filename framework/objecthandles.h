@@ -44,7 +44,7 @@ enum class Handle {
 FRAMEWORK_API const QVector<Handle> &all();
 
 /// The smallest side that resizing leaves.
-constexpr double SmallestSide = 1.0;
+constexpr double MinSide = 1.0;
 /// Rotation snaps to this step, in degrees, where the user wants it to.
 constexpr double SnapDegrees = 15.0;
 
@@ -62,7 +62,7 @@ struct Resizing {
 };
 
 /// The geometry after @p handle was dragged by @p way from where it was at @p start. A side becomes
-/// no shorter than SmallestSide. Not for the rotation handle.
+/// no shorter than MinSide. Not for the rotation handle.
 FRAMEWORK_API ObjectGeometry resized(const ObjectGeometry &start, Handle handle, const QPointF &way,
                                      Resizing resizing);
 

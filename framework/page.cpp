@@ -18,7 +18,7 @@ namespace
 constexpr int MoveToLayer = 0;
 constexpr int NormalLayerCode = 0;
 constexpr int BackgroundLayerCode = 2;
-constexpr double MostPixels = 1 << 28;
+constexpr double MaxPixels = 1 << 28;
 
 } // namespace
 
@@ -204,7 +204,7 @@ void Page::placeObject(CBaseObject *object, Place place)
 QImage Page::rendered(double scale, const QColor &paper)
 {
     const QSizeF size = m_rect.size() * scale;
-    if (!isExtent(size) || size.isEmpty() || size.width() * size.height() > MostPixels)
+    if (!isExtent(size) || size.isEmpty() || size.width() * size.height() > MaxPixels)
         return {};
     QImage picture(qMax(1, qRound(size.width())), qMax(1, qRound(size.height())),
                    QImage::Format_ARGB32_Premultiplied);

@@ -17,7 +17,7 @@ constexpr char PngFormat[] = "png";
 constexpr int DotsPerMeter = 3780;
 /// How much memory a picture may take even if it has few bytes, and how far deflate can shrink it.
 constexpr qint64 SmallPicture = qint64(64) << 20;
-constexpr qint64 MostDeflated = 1032;
+constexpr qint64 MaxDeflateRatio = 1032;
 constexpr qint64 BytesPerPixel = 4;
 
 QString formatKey()
@@ -29,7 +29,7 @@ QString formatKey()
 bool isPlausible(const QSize &size, qint64 byteCount)
 {
     return size.isValid() && qint64(size.width()) * size.height() * BytesPerPixel <=
-                                 SmallPicture + byteCount * MostDeflated * BytesPerPixel;
+                                 SmallPicture + byteCount * MaxDeflateRatio * BytesPerPixel;
 }
 
 /// Whether each chunk of @p png may be as long as it claims: the PNG library takes memory for a

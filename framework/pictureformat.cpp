@@ -14,7 +14,7 @@ struct Route {
 
 /// Formats that come back exactly, and what carries them. Anything else is made one of the last
 /// three kinds of true colour first.
-constexpr Route routes[] = {
+constexpr Route Routes[] = {
     {QImage::Format_Mono, QImage::Format_Indexed8, "Mono"},
     {QImage::Format_MonoLSB, QImage::Format_Indexed8, "MonoLSB"},
     {QImage::Format_Indexed8, QImage::Format_Indexed8, "Indexed8"},
@@ -35,17 +35,17 @@ constexpr Route routes[] = {
 
 const Route *routeOf(QImage::Format format)
 {
-    const auto *found = std::find_if(std::begin(routes), std::end(routes),
+    const auto *found = std::find_if(std::begin(Routes), std::end(Routes),
                                      [=](const Route &route) { return route.format == format; });
-    return found == std::end(routes) ? nullptr : found;
+    return found == std::end(Routes) ? nullptr : found;
 }
 
 const Route *routeNamed(const QString &name)
 {
-    const auto *found = std::find_if(std::begin(routes), std::end(routes), [&](const Route &route) {
+    const auto *found = std::find_if(std::begin(Routes), std::end(Routes), [&](const Route &route) {
         return name == QLatin1String(route.name);
     });
-    return found == std::end(routes) ? nullptr : found;
+    return found == std::end(Routes) ? nullptr : found;
 }
 
 /// A format with a route for images whose own has none.

@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static const Plugin plugin;
     const QString path = Fuzzing::file(data, size, QStringLiteral(".flipbook"));
     try {
-        Reading reading(Fuzzing::maxMemory, false);
+        Reading reading(Fuzzing::MaxMemory, false);
         const LoadedDocument loaded = loadDocument(plugin, path, reading);
         Fuzzing::require(loaded.document != nullptr, "neither a document nor a failure");
     } catch (const Failure &) {

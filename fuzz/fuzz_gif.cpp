@@ -10,14 +10,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QString path = Fuzzing::file(data, size, QStringLiteral(".gif"));
     try {
-        MemoryAccount memory(Fuzzing::maxMemory);
+        MemoryAccount memory(Fuzzing::MaxMemory);
         examineGif(path, path, memory);
         Stage stage;
         stage->loadFromFile(path);
         qint64 decoded = 0;
         for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
             decoded += frame.image.sizeInBytes();
-        Fuzzing::require(decoded <= Fuzzing::maxMemory, "more memory than was allowed");
+        Fuzzing::require(decoded <= Fuzzing::MaxMemory, "more memory than was allowed");
         Fuzzing::use(*stage.image);
     } catch (const Failure &) {
         return 0;

@@ -50,7 +50,7 @@ bool isPresentable(const CAnimatedImage &image)
 {
     const QSizeF size = image.getSize();
     constexpr double tileBytesPerPixel = 16.0;
-    return size.width() * size.height() * tileBytesPerPixel <= double(Fuzzing::maxMemory);
+    return size.width() * size.height() * tileBytesPerPixel <= double(Fuzzing::MaxMemory);
 }
 
 void step(CAnimatedImage &image)

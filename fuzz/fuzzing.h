@@ -13,7 +13,7 @@ namespace Fuzzing
 
 /// Keeps memory for pictures within what one run may take: a GIF that claims a huge screen is the
 /// caller's to refuse, and would otherwise end every run.
-constexpr qint64 maxMemory = 64 * 1024 * 1024;
+constexpr qint64 MaxMemory = 64 * 1024 * 1024;
 
 /// @p data as an array that shares its bytes.
 QByteArray bytes(const uint8_t *data, size_t size);
@@ -23,7 +23,7 @@ QString file(const uint8_t *data, size_t size, const QString &suffix);
 
 /// Uses an object on the page of a Stage the way a host does: paints, measures and hit-tests it
 /// while it is edited and while it is presented, and steps it while it is presented. One whose
-/// tile as a background would be beyond maxMemory is not presented.
+/// tile as a background would be beyond MaxMemory is not presented.
 void use(CAnimatedImage &image);
 
 /// Ends the process, with a message, when @p holds is false.

@@ -31,9 +31,9 @@ QList<CAnimatedPortrait> readFrames(const QString &path, const QJsonArray &eleme
         // Numbers are places in the list: an element that is passed over leaves a gap.
         ++number;
         const QJsonObject element = value.toObject();
-        if (!element.contains(JsonKey::fileName))
+        if (!element.contains(JsonKey::FileName))
             continue;
-        const QImage image(path + QLatin1Char('/') + element.value(JsonKey::fileName).toString());
+        const QImage image(path + QLatin1Char('/') + element.value(JsonKey::FileName).toString());
         frames.append({FrameNames::numbered(folderName, number), image});
     }
     return frames;
@@ -55,12 +55,12 @@ std::optional<bool> flag(const QJsonObject &config, QLatin1String key)
 FrameFolder readFrameFolder(const QString &path)
 {
     const QJsonObject config = readJsonObject(path + QLatin1String("/config.json"));
-    if (!config.contains(JsonKey::imageList))
+    if (!config.contains(JsonKey::ImageList))
         return {};
-    return {readFrames(path, config.value(JsonKey::imageList).toArray()),
-            number(config, JsonKey::shiftInterval),
-            flag(config, JsonKey::lockScale),
-            flag(config, JsonKey::imageMirror),
-            flag(config, JsonKey::imageFlip),
-            number(config, JsonKey::loopCount)};
+    return {readFrames(path, config.value(JsonKey::ImageList).toArray()),
+            number(config, JsonKey::ShiftInterval),
+            flag(config, JsonKey::LockScale),
+            flag(config, JsonKey::ImageMirror),
+            flag(config, JsonKey::ImageFlip),
+            number(config, JsonKey::LoopCount)};
 }

@@ -6,7 +6,7 @@ namespace HitPath
 namespace
 {
 
-constexpr int elementsOfRect = 5;
+constexpr int ElementsPerRect = 5;
 
 } // namespace
 
@@ -31,7 +31,7 @@ QPainterPath of(const OpaqueRegion::Rects &rects, const QSize &measured, const Q
         return path;
     const float sx = nearestFloat(size.width() / measured.width());
     const float sy = nearestFloat(size.height() / measured.height());
-    path.reserve(elementsOfRect * int(rects.size()));
+    path.reserve(ElementsPerRect * int(rects.size()));
     for (const QRect &rect : rects) {
         path.addRect(double(float(rect.left()) * sx), double(float(rect.top()) * sy),
                      double(float(rect.width()) * sx), double(float(rect.height()) * sy));

@@ -7,29 +7,29 @@ namespace JsonKey
 {
 
 // The JSON form; those of the settings are also members of a folder's config.json.
-inline const QLatin1String isGif("IsGif");
-inline const QLatin1String imageList("ImageList");
-inline const QLatin1String gifFileName("GifFileName");
-inline const QLatin1String shiftInterval("ShiftInterval");
-inline const QLatin1String lockScale("LockScale");
-inline const QLatin1String imageMirror("ImageMirror");
-inline const QLatin1String imageFlip("ImageFlip");
-inline const QLatin1String loopCount("LoopCount");
-inline const QLatin1String useGifInterval("UseGifInterval");
-inline const QLatin1String isRunning("IsRunning");
+inline const QLatin1String IsGif("IsGif");
+inline const QLatin1String ImageList("ImageList");
+inline const QLatin1String GifFileName("GifFileName");
+inline const QLatin1String ShiftInterval("ShiftInterval");
+inline const QLatin1String LockScale("LockScale");
+inline const QLatin1String ImageMirror("ImageMirror");
+inline const QLatin1String ImageFlip("ImageFlip");
+inline const QLatin1String LoopCount("LoopCount");
+inline const QLatin1String UseGifInterval("UseGifInterval");
+inline const QLatin1String IsRunning("IsRunning");
 
 // An element of the image list of a folder.
-inline const QLatin1String fileName("filename");
+inline const QLatin1String FileName("filename");
 
 // The named parameters that both saved forms carry in the base's part.
-inline const QLatin1String frameNames("animatedImageNames");
-inline const QLatin1String frameSizes("animatedImageSizes");
-inline const QLatin1String animatedType("animatedType");
-inline const QLatin1String visibleRect("animatedBGRect");
-inline const QLatin1String runningIndex("animatedRunningIndex");
+inline const QLatin1String FrameNames("animatedImageNames");
+inline const QLatin1String FrameSizes("animatedImageSizes");
+inline const QLatin1String AnimatedType("animatedType");
+inline const QLatin1String VisibleRect("animatedBGRect");
+inline const QLatin1String RunningIndex("animatedRunningIndex");
 
 // The user's name for the object, a named parameter of the base.
-inline const QLatin1String objectName("object_name");
+inline const QLatin1String ObjectName("object_name");
 
 } // namespace JsonKey
 
@@ -37,9 +37,9 @@ inline const QLatin1String objectName("object_name");
 namespace SettingId
 {
 
-inline const QLatin1String play("idImagePlay");
-inline const QLatin1String shiftInterval("idShiftInterval");
-inline const QLatin1String loopCount("idLoopCount");
-inline const QLatin1String animatedType("idAnimatedType");
+inline const QLatin1String Play("idImagePlay");
+inline const QLatin1String ShiftInterval("idShiftInterval");
+inline const QLatin1String LoopCount("idLoopCount");
+inline const QLatin1String AnimatedType("idAnimatedType");
 
 } // namespace SettingId

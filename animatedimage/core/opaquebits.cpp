@@ -12,9 +12,9 @@ namespace OpaqueBits
 namespace
 {
 
-constexpr quint64 allBits = ~quint64(0);
-constexpr int pixelsPerWord = 64;
-constexpr int mostBytesPerPixel = 4;
+constexpr quint64 AllBits = ~quint64(0);
+constexpr int PixelsPerWord = 64;
+constexpr int MaxBytesPerPixel = 4;
 
 quint64 wordAt(const uchar *bytes)
 {
@@ -28,14 +28,14 @@ quint64 wordAt(const uchar *bytes)
 template<typename WholeWord>
 void readWords(const Line &line, quint64 *bits, WholeWord whole)
 {
-    const qsizetype stride = qsizetype(pixelsPerWord) * line.bytesPerPixel;
+    const qsizetype stride = qsizetype(PixelsPerWord) * line.bytesPerPixel;
     const uchar *at = line.bytes;
     int left = line.width;
-    for (; left >= pixelsPerWord; left -= pixelsPerWord, at += stride, ++bits)
+    for (; left >= PixelsPerWord; left -= PixelsPerWord, at += stride, ++bits)
         *bits = whole(at, *bits);
     if (left > 0) {
         // Pixels of 0, which are below every threshold, fill up the last word.
-        alignas(16) uchar rest[pixelsPerWord * mostBytesPerPixel] = {};
+        alignas(16) uchar rest[PixelsPerWord * MaxBytesPerPixel] = {};
         std::memcpy(rest, at, size_t(left) * size_t(line.bytesPerPixel));
         *bits = whole(rest, *bits);
     }
@@ -58,8 +58,8 @@ public:
 
     quint64 operator()(const uchar *at, quint64 /*guess*/) const
     {
-        const int bytes = pixelsPerWord * m_bytesPerPixel;
-        quint64 every = allBits;
+        const int bytes = PixelsPerWord * m_bytesPerPixel;
+        quint64 every = AllBits;
         quint64 any = 0;
         for (int i = 0; i < bytes; i += int(sizeof(quint64))) {
             const quint64 word = wordAt(at + i);
@@ -69,7 +69,7 @@ public:
         if ((any & m_judged) == 0)
             return 0;
         if ((every & m_judged) == m_judged)
-            return allBits;
+            return AllBits;
         return bitsOneByOne(at + m_bytesPerPixel - 1);
     }
 
@@ -77,7 +77,7 @@ private:
     quint64 bitsOneByOne(const uchar *judged) const
     {
         quint64 bits = 0;
-        for (int x = 0; x < pixelsPerWord; ++x, judged += m_bytesPerPixel)
+        for (int x = 0; x < PixelsPerWord; ++x, judged += m_bytesPerPixel)
             bits |= quint64(*judged >= m_threshold) << x;
         return bits;
     }
@@ -151,8 +151,8 @@ public:
     {
         if (guess == 0 && (signs(extreme<_mm_max_epu8>(at)) & judgedBytes) == 0)
             return 0;
-        if (guess == allBits && (signs(extreme<_mm_min_epu8>(at)) & judgedBytes) == judgedBytes)
-            return allBits;
+        if (guess == AllBits && (signs(extreme<_mm_min_epu8>(at)) & judgedBytes) == judgedBytes)
+            return AllBits;
         return bitsAt(at);
     }
 

@@ -12,14 +12,14 @@ namespace
 {
 
 /// Before this version of the stream format a picture had no marker for being null.
-constexpr int versionWithNullMarker = QDataStream::Qt_3_1;
+constexpr int VersionWithNullMarker = QDataStream::Qt_3_1;
 
 /// Null pictures of older versions have no bytes that could justify their number. A list of more
 /// is damaged.
-constexpr quint32 mostWithoutBytes = 1 << 16;
+constexpr quint32 MaxPicturesWithoutBytes = 1 << 16;
 
 /// Memory that a picture may take even if it has few bytes.
-constexpr qint64 alwaysGranted = qint64{64} * 1024 * 1024;
+constexpr qint64 AlwaysGranted = qint64{64} * 1024 * 1024;
 
 /// Whether each chunk of the PNG file at the position of @p device may be as long as it claims: the
 /// PNG library takes memory for a whole chunk before it reads it.
@@ -40,7 +40,7 @@ bool hasJustifiedChunks(QIODevice &device)
             break;
         const qint64 length = qFromBigEndian<quint32>(lengthAndType.constData());
         type = lengthAndType.mid(4);
-        isJustified = length <= alwaysGranted || length <= device.bytesAvailable();
+        isJustified = length <= AlwaysGranted || length <= device.bytesAvailable();
         at += frameLength + length;
     }
     return device.seek(start) && isJustified;
@@ -82,7 +82,7 @@ bool fail(QDataStream &stream)
 
 bool hasNullMarker(const QDataStream &stream)
 {
-    return stream.version() >= versionWithNullMarker;
+    return stream.version() >= VersionWithNullMarker;
 }
 
 bool isPng(const QDataStream &stream)
@@ -131,7 +131,7 @@ bool isJustified(const QSize &size, qint64 availableBytes)
     constexpr qint64 bytesPerPixel = 4;
     constexpr qint64 pixelsPerByte = qint64{1032} * 8;
     const qint64 pixels = qint64(size.width()) * size.height();
-    return pixels <= alwaysGranted / bytesPerPixel || pixels / pixelsPerByte <= availableBytes;
+    return pixels <= AlwaysGranted / bytesPerPixel || pixels / pixelsPerByte <= availableBytes;
 }
 
 bool read(QDataStream &stream, QImage &image)
@@ -181,7 +181,8 @@ QList<QImage> readList(QDataStream &stream)
     for (quint32 i = 0; i < count; ++i) {
         QImage image;
         bool isRead = read(stream, image);
-        if (isRead && image.isNull() && !hasNullMarker(stream) && ++withoutBytes > mostWithoutBytes)
+        if (isRead && image.isNull() && !hasNullMarker(stream) &&
+            ++withoutBytes > MaxPicturesWithoutBytes)
             isRead = fail(stream);
         if (!isRead) {
             images.clear();

@@ -10,7 +10,7 @@ namespace OpaqueRegion
 namespace
 {
 
-constexpr int bitsPerWord = 64;
+constexpr int BitsPerWord = 64;
 
 qint64 area(const QRect &rect)
 {
@@ -141,7 +141,7 @@ private:
         };
         constexpr int none = -1;
         int open = none;
-        for (int first = 0; first <= m_lastColumn; first += bitsPerWord, ++line) {
+        for (int first = 0; first <= m_lastColumn; first += BitsPerWord, ++line) {
             // Bits that differ from the one before them: where runs begin and end.
             quint64 edges = *line ^ (*line << 1);
             if (open != none) {
@@ -163,8 +163,8 @@ private:
             append(open, m_lastColumn + 1);
     }
 
-    static quint64 bitOf(int x) { return quint64(1) << (x % bitsPerWord); }
-    quint64 &wordOf(int x) { return m_line[size_t(x / bitsPerWord)]; }
+    static quint64 bitOf(int x) { return quint64(1) << (x % BitsPerWord); }
+    quint64 &wordOf(int x) { return m_line[size_t(x / BitsPerWord)]; }
     bool hasPixel(int x) { return (wordOf(x) & bitOf(x)) != 0; }
 
     int m_lastColumn;

@@ -94,7 +94,7 @@ bool CAnimatedImage::isAlternateMode() const
 
 QString CAnimatedImage::nameOnPage() const
 {
-    return getOtherParams(JsonKey::objectName).toString();
+    return getOtherParams(JsonKey::ObjectName).toString();
 }
 
 void CAnimatedImage::addFrames(const QList<CAnimatedPortrait> &frames)

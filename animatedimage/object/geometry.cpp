@@ -6,7 +6,7 @@ namespace
 {
 
 /// The status of an object that the host's own editing moves, also while presenting.
-constexpr int movedByHost = 2;
+constexpr int MovedByHost = 2;
 
 } // namespace
 
@@ -41,7 +41,7 @@ QPointF CAnimatedImage::getPos()
 
 void CAnimatedImage::setPos(QPointF pos, bool notify)
 {
-    if (isAlternateMode() && isBackgroundType() && m_status != movedByHost) {
+    if (isAlternateMode() && isBackgroundType() && m_status != MovedByHost) {
         m_bgPos = pos;
         notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
         return;

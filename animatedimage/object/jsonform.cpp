@@ -8,15 +8,15 @@ bool CAnimatedImage::saveJson(QJsonObject &json)
     CBaseObject::saveJson(json);
     getBelongDoc();
 
-    json[JsonKey::isGif] = false;
-    m_belongDoc->jsonImageList(json, images, JsonKey::imageList, true);
-    json[JsonKey::shiftInterval] = m_shiftInterval;
-    json[JsonKey::lockScale] = m_keepRatio;
-    json[JsonKey::imageMirror] = m_mirror;
-    json[JsonKey::imageFlip] = m_flip;
-    json[JsonKey::loopCount] = m_loopCount;
-    json[JsonKey::useGifInterval] = false;
-    json[JsonKey::isRunning] = m_isRunning;
+    json[JsonKey::IsGif] = false;
+    m_belongDoc->jsonImageList(json, images, JsonKey::ImageList, true);
+    json[JsonKey::ShiftInterval] = m_shiftInterval;
+    json[JsonKey::LockScale] = m_keepRatio;
+    json[JsonKey::ImageMirror] = m_mirror;
+    json[JsonKey::ImageFlip] = m_flip;
+    json[JsonKey::LoopCount] = m_loopCount;
+    json[JsonKey::UseGifInterval] = false;
+    json[JsonKey::IsRunning] = m_isRunning;
     return true;
 }
 
@@ -27,22 +27,22 @@ bool CAnimatedImage::loadJson(QJsonObject &json)
 
     // Members are looked up in a way that adds those that are missing, as null: a caller sees
     // from its object which members count.
-    const bool isGif = json[JsonKey::isGif].toBool(false);
+    const bool isGif = json[JsonKey::IsGif].toBool(false);
     getBelongDoc();
     QString gifPath;
     if (isGif)
-        m_belongDoc->jsonFileReference(json, gifPath, JsonKey::gifFileName, false);
+        m_belongDoc->jsonFileReference(json, gifPath, JsonKey::GifFileName, false);
     else
-        m_belongDoc->jsonImageList(json, saved.images, JsonKey::imageList, false);
+        m_belongDoc->jsonImageList(json, saved.images, JsonKey::ImageList, false);
 
-    m_shiftInterval = json[JsonKey::shiftInterval].toInt(0);
-    m_keepRatio = json[JsonKey::lockScale].toBool(false);
-    m_mirror = json[JsonKey::imageMirror].toBool(false);
-    m_flip = json[JsonKey::imageFlip].toBool(false);
-    m_loopCount = json[JsonKey::loopCount].toInt(0);
+    m_shiftInterval = json[JsonKey::ShiftInterval].toInt(0);
+    m_keepRatio = json[JsonKey::LockScale].toBool(false);
+    m_mirror = json[JsonKey::ImageMirror].toBool(false);
+    m_flip = json[JsonKey::ImageFlip].toBool(false);
+    m_loopCount = json[JsonKey::LoopCount].toInt(0);
     // Not used, but looked up like the others.
-    (void)json[JsonKey::useGifInterval];
-    (void)json[JsonKey::isRunning];
+    (void)json[JsonKey::UseGifInterval];
+    (void)json[JsonKey::IsRunning];
     m_isRunning = false;
 
     if (isGif)

@@ -113,12 +113,12 @@ void CAnimatedImage::notifyPlayStatus()
 {
     const QString running = m_isRunning ? QStringLiteral("true") : QStringLiteral("false");
     qDebug("notifyPlayStatus = %s", qPrintable(running));
-    postSetting(SettingId::play, running);
+    postSetting(SettingId::Play, running);
 }
 
 void CAnimatedImage::notifyAnimatedType()
 {
-    postSetting(SettingId::animatedType, m_animatedType);
+    postSetting(SettingId::AnimatedType, m_animatedType);
 }
 
 void CAnimatedImage::Playback::restartTimer() const

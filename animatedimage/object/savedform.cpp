@@ -16,11 +16,11 @@ QList<QImage> CAnimatedImage::SavedForm::storeOtherParams() const
         images.append(PictureStream::withoutStrayBits(frame.image));
     }
     QMap<QString, QVariant> &params = object.m_otherParams;
-    params.insert(JsonKey::frameNames, names);
-    params.insert(JsonKey::frameSizes, sizes);
-    params.insert(JsonKey::animatedType, object.m_animatedType);
-    params.insert(JsonKey::visibleRect, util->variantToText(object.m_bgRect));
-    params.insert(JsonKey::runningIndex, object.m_runningIndex);
+    params.insert(JsonKey::FrameNames, names);
+    params.insert(JsonKey::FrameSizes, sizes);
+    params.insert(JsonKey::AnimatedType, object.m_animatedType);
+    params.insert(JsonKey::VisibleRect, util->variantToText(object.m_bgRect));
+    params.insert(JsonKey::RunningIndex, object.m_runningIndex);
     return images;
 }
 
@@ -29,14 +29,14 @@ CAnimatedImage::SavedForm::Frames CAnimatedImage::SavedForm::restoreOtherParams(
     IJsonUtil *util = GetJsonUtil();
     const QMap<QString, QVariant> &params = object.m_otherParams;
     Frames saved;
-    saved.names = params.value(JsonKey::frameNames).toStringList();
-    const QStringList sizes = params.value(JsonKey::frameSizes).toStringList();
+    saved.names = params.value(JsonKey::FrameNames).toStringList();
+    const QStringList sizes = params.value(JsonKey::FrameSizes).toStringList();
     for (const QString &text : sizes)
         saved.sizes.append(util->textToVariant(text).toSizeF());
-    object.m_animatedType = params.value(JsonKey::animatedType).toInt();
-    const QString rect = params.value(JsonKey::visibleRect).toString();
+    object.m_animatedType = params.value(JsonKey::AnimatedType).toInt();
+    const QString rect = params.value(JsonKey::VisibleRect).toString();
     object.m_bgRect = util->textToVariant(rect).toRectF();
-    object.m_runningIndex = params.value(JsonKey::runningIndex).toInt();
+    object.m_runningIndex = params.value(JsonKey::RunningIndex).toInt();
     return saved;
 }
 

@@ -18,16 +18,16 @@ bool isOn(const QString &value)
 bool CAnimatedImage::GetSettingJson(QString &json)
 {
     // The host's helpers take their texts by reference.
-    QString playId = SettingId::play;
+    QString playId = SettingId::Play;
     QString playLabel = QStringLiteral("IDS_MULTIPAGE_PLAY");
-    QString intervalId = SettingId::shiftInterval;
+    QString intervalId = SettingId::ShiftInterval;
     QString intervalLabel = QStringLiteral("IDS_ANIMATEDIMAGE_SHIFT_INTERVAL");
     QString interval = QString::number(m_shiftInterval);
     QString intervalType = QStringLiteral("int");
     QString minimum = QStringLiteral("0");
     QString maximum;
     QString unit;
-    QString loopId = SettingId::loopCount;
+    QString loopId = SettingId::LoopCount;
     QString loopLabel = QStringLiteral("IDS_ANIMATEDIMAGE_IF_LOOP");
 
     const QJsonArray settings{
@@ -46,13 +46,13 @@ bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool
     QMap<QString, QString> changes;
     if (!ParseSettingJson(json, changes))
         return false;
-    if (changes.contains(SettingId::play)) {
-        const bool plays = isOn(changes.value(SettingId::play));
+    if (changes.contains(SettingId::Play)) {
+        const bool plays = isOn(changes.value(SettingId::Play));
         if (!outlives([this, plays] { playImage(plays); }))
             return true;
     }
-    if (changes.contains(SettingId::shiftInterval)) {
-        const int interval = changes.value(SettingId::shiftInterval).toInt();
+    if (changes.contains(SettingId::ShiftInterval)) {
+        const int interval = changes.value(SettingId::ShiftInterval).toInt();
         if (interval != m_shiftInterval) {
             setShiftInterval(interval);
             if (m_isRunning && m_shiftInterval > 0)
@@ -60,14 +60,14 @@ bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool
         }
     }
     // Switched off means once through, not the count of before.
-    if (changes.contains(SettingId::loopCount))
-        setLoopCount(isOn(changes.value(SettingId::loopCount)) ? LoopForever : 0);
+    if (changes.contains(SettingId::LoopCount))
+        setLoopCount(isOn(changes.value(SettingId::LoopCount)) ? LoopForever : 0);
     return true;
 }
 
 bool CAnimatedImage::setOtherParams(const QString &key, const QVariant &value)
 {
-    if (key == JsonKey::objectName) {
+    if (key == JsonKey::ObjectName) {
         const QString name = value.toString();
         for (int i = 0; i < m_portraits.size(); ++i)
             m_portraits[i].name = FrameNames::numbered(name, i + 1);

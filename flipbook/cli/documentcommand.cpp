@@ -8,8 +8,8 @@
 namespace
 {
 
-constexpr int MostPages = 10000;
-constexpr int MostObjects = 100000;
+constexpr int MaxPages = 10000;
+constexpr int MaxObjects = 100000;
 constexpr double BytesPerPixel = 4.0;
 
 } // namespace
@@ -30,7 +30,7 @@ OpenedFile openDocument(const Plugin &plugin, const QString &path, Reading &read
 
 Page &chosenPage(const QCommandLineParser &line, const QString &path, const Document &document)
 {
-    const int number = Arguments::count(line, QStringLiteral("page"), MostPages, 1);
+    const int number = Arguments::count(line, QStringLiteral("page"), MaxPages, 1);
     if (number > document.pages().size())
         throw Failure{path, document.pages().isEmpty()
                                 ? QStringLiteral("the document has no pages")
@@ -52,7 +52,7 @@ CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
                           const OpenedFile &opened)
 {
     const QList<CBaseObject *> objects = opened.objects();
-    const int number = Arguments::count(line, QStringLiteral("object"), MostObjects, 0);
+    const int number = Arguments::count(line, QStringLiteral("object"), MaxObjects, 0);
     if (objects.isEmpty())
         throw Failure{path, QStringLiteral("the document has no objects")};
     if (number > objects.size())

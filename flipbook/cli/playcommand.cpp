@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr int MostLoops = 1000000;
+constexpr int MaxLoops = 1000000;
 
 QString passesText(int passes)
 {
@@ -56,7 +56,7 @@ void play(AnimatedObject object, int loops)
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
-    const int loops = Arguments::count(line, QStringLiteral("loops"), MostLoops, 0);
+    const int loops = Arguments::count(line, QStringLiteral("loops"), MaxLoops, 0);
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openNamed(plugin, path, reading);

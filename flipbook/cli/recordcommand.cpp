@@ -11,11 +11,11 @@
 namespace
 {
 
-constexpr int MostFps = 1000;
+constexpr int MaxFps = 1000;
 constexpr int DefaultFps = 25;
-constexpr double MostSeconds = 86400.0;
-constexpr double MostPictures = 1e7;
-constexpr double LargestScale = 100.0;
+constexpr double MaxSeconds = 86400.0;
+constexpr double MaxPictures = 1e7;
+constexpr double MaxScale = 100.0;
 
 int pictureCount(int fps, double seconds)
 {
@@ -24,7 +24,7 @@ int pictureCount(int fps, double seconds)
         throw UsageError{QStringLiteral("%1 seconds at %2 pictures a second give no picture")
                              .arg(seconds)
                              .arg(fps)};
-    if (count > MostPictures)
+    if (count > MaxPictures)
         throw UsageError{QStringLiteral("that would be %1 pictures").arg(count, 0, 'f', 0)};
     return int(count);
 }
@@ -40,10 +40,10 @@ void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString folder = plainPath(Arguments::needed(line, QStringLiteral("o")));
-    const int fps = Arguments::count(line, QStringLiteral("fps"), MostFps, DefaultFps);
+    const int fps = Arguments::count(line, QStringLiteral("fps"), MaxFps, DefaultFps);
     Arguments::needed(line, QStringLiteral("seconds"));
-    const double seconds = Arguments::amount(line, QStringLiteral("seconds"), MostSeconds, 0.0);
-    const double scale = Arguments::amount(line, QStringLiteral("scale"), LargestScale, 1.0);
+    const double seconds = Arguments::amount(line, QStringLiteral("seconds"), MaxSeconds, 0.0);
+    const double scale = Arguments::amount(line, QStringLiteral("scale"), MaxScale, 1.0);
     const int count = pictureCount(fps, seconds);
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);

@@ -5,13 +5,13 @@
 namespace
 {
 
-constexpr double LargestScale = 100.0;
+constexpr double MaxScale = 100.0;
 
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::pngOutput(line);
-    const double scale = Arguments::amount(line, QStringLiteral("scale"), LargestScale, 1.0);
+    const double scale = Arguments::amount(line, QStringLiteral("scale"), MaxScale, 1.0);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);

@@ -15,7 +15,7 @@
 namespace
 {
 
-constexpr qint64 MostJsonBytes = qint64(64) << 20;
+constexpr qint64 MaxJsonBytes = qint64(64) << 20;
 
 QString jsonName()
 {
@@ -88,9 +88,9 @@ const KArchiveFile *DocumentArchive::entry(const QString &name) const
 QByteArray DocumentArchive::json() const
 {
     const KArchiveFile &file = *entry(jsonName());
-    if (file.size() > MostJsonBytes)
+    if (file.size() > MaxJsonBytes)
         throw Failure{m_path, QStringLiteral("its document.json is too large")};
-    const QByteArray bytes = readUpTo(file, MostJsonBytes);
+    const QByteArray bytes = readUpTo(file, MaxJsonBytes);
     if (!isSound(file, bytes))
         throw Failure{m_path, QStringLiteral("the document is damaged: its document.json is not "
                                              "what was written")};

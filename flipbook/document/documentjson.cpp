@@ -14,9 +14,9 @@ namespace
 {
 
 constexpr int Version = 1;
-constexpr int MostPages = 10000;
-constexpr int MostObjects = 100000;
-constexpr double LongestSide = 1e6;
+constexpr int MaxPages = 10000;
+constexpr int MaxObjects = 100000;
+constexpr double MaxSide = 1e6;
 
 const QLatin1String FormatName("flipbook document");
 const QLatin1String Format("format");
@@ -90,8 +90,8 @@ void PagesReader::checkHead(const QJsonObject &root) const
                  .arg(Version));
     if (!root.value(Pages).isArray())
         fail(QStringLiteral("has no \"pages\""));
-    if (root.value(Pages).toArray().size() > MostPages)
-        fail(QStringLiteral("has more than %1 pages").arg(MostPages));
+    if (root.value(Pages).toArray().size() > MaxPages)
+        fail(QStringLiteral("has more than %1 pages").arg(MaxPages));
 }
 
 QVector<PageForm> PagesReader::read(const QByteArray &json)
@@ -130,7 +130,7 @@ QRectF PagesReader::rect(const QJsonValue &json) const
     const QJsonArray numbers = json.toArray();
     bool isGood = numbers.size() == 4;
     for (const QJsonValue &number : numbers)
-        isGood = isGood && number.isDouble() && std::abs(number.toDouble()) <= LongestSide;
+        isGood = isGood && number.isDouble() && std::abs(number.toDouble()) <= MaxSide;
     if (!isGood || numbers[2].toDouble() <= 0 || numbers[3].toDouble() <= 0)
         fail(QStringLiteral("gives page %1 no usable \"rect\"").arg(m_page));
     return QRectF(numbers[0].toDouble(), numbers[1].toDouble(), numbers[2].toDouble(),
@@ -139,8 +139,8 @@ QRectF PagesReader::rect(const QJsonValue &json) const
 
 ObjectForm PagesReader::object(const QJsonValue &json)
 {
-    if (++m_objects > MostObjects)
-        fail(QStringLiteral("has more than %1 objects").arg(MostObjects));
+    if (++m_objects > MaxObjects)
+        fail(QStringLiteral("has more than %1 objects").arg(MaxObjects));
     const QJsonObject members = json.toObject();
     const QString kind = members.value(Kind).toString();
     if (kind != AnimatedImage)

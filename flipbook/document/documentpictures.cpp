@@ -17,7 +17,7 @@
 namespace
 {
 
-constexpr int MostWarnings = 20;
+constexpr int MaxWarnings = 20;
 constexpr int DigestLength = 32;
 
 /// A picture of the archive, before it is decoded.
@@ -138,16 +138,16 @@ void PictureReader::count(qint64 decodedBytes)
     m_memory.take(decodedBytes);
     if (!m_memory.hasRoomFor(m_largest))
         throw OverBudget{
-            {m_subject, QStringLiteral("its pictures would need more memory than the %1 that "
-                                       "--max-memory allows, %2 for one alone")
-                            .arg(MemoryBudget::text(m_memory.limit()),
-                                 MemoryBudget::text(m_largest))},
+            {m_subject,
+             QStringLiteral("its pictures would need more memory than the %1 that "
+                            "--max-memory allows, %2 for one alone")
+                 .arg(MemoryBudget::text(m_memory.limit()), MemoryBudget::text(m_largest))},
             m_memory.taken()};
 }
 
 void PictureReader::warn(const QString &what)
 {
-    if (m_warnings.size() < MostWarnings)
+    if (m_warnings.size() < MaxWarnings)
         m_warnings << what;
     else
         ++m_unnamedWarnings;

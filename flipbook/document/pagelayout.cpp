@@ -6,8 +6,8 @@ namespace
 {
 
 constexpr double Margin = 24.0;
-constexpr double SmallestWidth = 320.0;
-constexpr double SmallestHeight = 240.0;
+constexpr double MinWidth = 320.0;
+constexpr double MinHeight = 240.0;
 constexpr double RowWidth = 960.0;
 
 } // namespace
@@ -15,7 +15,7 @@ constexpr double RowWidth = 960.0;
 PageLayout layOutPage(const QVector<QSizeF> &sizes)
 {
     PageLayout layout;
-    double widest = SmallestWidth;
+    double widest = MinWidth;
     QPointF next(Margin, Margin);
     double rowHeight = 0.0;
     for (const QSizeF &size : sizes) {
@@ -29,6 +29,6 @@ PageLayout layOutPage(const QVector<QSizeF> &sizes)
         rowHeight = std::max(rowHeight, size.height());
         widest = std::max(widest, next.x());
     }
-    layout.page = QSizeF(widest, std::max(SmallestHeight, next.y() + rowHeight + Margin));
+    layout.page = QSizeF(widest, std::max(MinHeight, next.y() + rowHeight + Margin));
     return layout;
 }

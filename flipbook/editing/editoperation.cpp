@@ -178,7 +178,7 @@ struct Entry {
     Apply (*parse)(const QString &value);
 };
 
-constexpr Entry entries[] = {
+constexpr Entry Entries[] = {
     {"insert-blank", "AT", "Insert a transparent frame as number AT.", insertBlank},
     {"duplicate", "FROM:AT", "Insert a copy of frame FROM as number AT.", duplicate},
     {"rename", "AT=NAME", "Give frame AT the name NAME.", renameFrame},
@@ -201,7 +201,7 @@ const QVector<EditOption> &editOptions()
 {
     static const QVector<EditOption> options = [] {
         QVector<EditOption> list;
-        for (const Entry &entry : entries)
+        for (const Entry &entry : Entries)
             list.append(
                 {QLatin1String(entry.name), QLatin1String(entry.value), QLatin1String(entry.help)});
         return list;
@@ -211,7 +211,7 @@ const QVector<EditOption> &editOptions()
 
 EditOperation parseEditOperation(const QString &name, const QString &value)
 {
-    for (const Entry &entry : entries) {
+    for (const Entry &entry : Entries) {
         if (QLatin1String(entry.name) != name)
             continue;
         const QString text = QStringLiteral("--%1 %2").arg(name, value).trimmed();

@@ -54,11 +54,11 @@ FrameLists repeated(const FrameLists &frames, const RepeatPlan &plan)
 CBaseObject *repeatFrames(const Plugin &plugin, Page &page, CBaseObject &object,
                           const RepeatPlan &plan, const QString &subject)
 {
-    if (plan.frameCount() > MostRepeatedFrames)
+    if (plan.frameCount() > MaxRepeatedFrames)
         throw Failure{subject, QStringLiteral("keeping its timing would take %1 frames, more than "
                                               "the %2 that are allowed")
                                    .arg(plan.frameCount())
-                                   .arg(MostRepeatedFrames)};
+                                   .arg(MaxRepeatedFrames)};
     return rebuilt(plugin, page, object, [&object, &plan](QJsonObject &form) {
         FrameLists frames;
         // Saving has brought the parameters up to date.

@@ -18,7 +18,7 @@ constexpr QRgb NameInk = 0xff202020;
 constexpr QRgb NumberInk = 0xff757575;
 constexpr int NamePixels = 12;
 constexpr int NumberPixels = 10;
-constexpr double LargestPainted = 2048.0;
+constexpr double MaxPaintedSize = 2048.0;
 
 QFont labelFont(int pixelSize)
 {
@@ -129,7 +129,7 @@ void SheetPainter::paintObject(QPainter &painter, AnimatedObject object)
 QImage paintedFrame(AnimatedObject object, QSizeF size)
 {
     const double longest = std::max(size.width(), size.height());
-    const double scale = longest > LargestPainted ? LargestPainted / longest : 1.0;
+    const double scale = longest > MaxPaintedSize ? MaxPaintedSize / longest : 1.0;
     QImage picture(std::max(1, int(std::ceil(size.width() * scale))),
                    std::max(1, int(std::ceil(size.height() * scale))),
                    QImage::Format_ARGB32_Premultiplied);

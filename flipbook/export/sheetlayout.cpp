@@ -13,7 +13,7 @@ constexpr int LabelGap = 6;
 constexpr int NarrowestLabel = 72;
 constexpr double WantedAspect = 1.6;
 constexpr qint64 MaxSheetPixels = qint64(48) << 20;
-constexpr int MostPictures = 60000;
+constexpr int MaxPictures = 60000;
 constexpr int MaxSheetSide = 32000;
 constexpr std::array<int, 6> BoxSides = {160, 128, 96, 64, 48, 32};
 
@@ -84,7 +84,7 @@ QRect SheetLayout::labelAt(int index) const
 
 std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight)
 {
-    if (count > MostPictures)
+    if (count > MaxPictures)
         return std::nullopt;
     for (const int side : BoxSides) {
         const SheetLayout layout = layOut(count, largest, labelHeight, side);

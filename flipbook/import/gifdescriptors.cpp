@@ -12,7 +12,7 @@ namespace
 
 constexpr int MaxDamagesKept = 5;
 constexpr int MillisecondsPerTick = 10;
-constexpr int ShortestHonouredDelay = 20;
+constexpr int MinHonouredDelay = 20;
 constexpr int DefaultDelay = 100;
 
 constexpr int DisposalClear = 2;
@@ -169,7 +169,7 @@ bool GifReader::readGraphicControl()
         m_isTransparent = (block[0] & 0x01) != 0;
         const int disposal = (block[0] >> 2) & 0x07;
         const int delay = littleEndian16(&block[1]) * MillisecondsPerTick;
-        m_delay = delay < ShortestHonouredDelay ? DefaultDelay : delay;
+        m_delay = delay < MinHonouredDelay ? DefaultDelay : delay;
         m_gif.hasTransparency |= m_isTransparent || disposal == DisposalClear;
         m_gif.restoresPrevious |= disposal == DisposalPrevious;
     }

@@ -9,14 +9,14 @@ namespace
 {
 
 // Codes of the block format: how an input is filled, and what kind of literal fills it.
-constexpr int shadowInput = 1;
-constexpr int blockInput = 2;
-constexpr int positiveNumber = 5;
-constexpr int wholeNumber = 6;
+constexpr int ShadowInput = 1;
+constexpr int BlockInput = 2;
+constexpr int PositiveNumber = 5;
+constexpr int WholeNumber = 6;
 
 QJsonArray literal(int kind, const QString &text)
 {
-    return {shadowInput, QJsonArray{kind, text}};
+    return {ShadowInput, QJsonArray{kind, text}};
 }
 
 struct Block {
@@ -65,7 +65,7 @@ void addStart(QJsonObject &blocks, const QString &firstCostume, const QString &n
     show.opcode = QStringLiteral("looks_switchcostumeto");
     show.parent = QStringLiteral("flag");
     show.next = next;
-    show.inputs[QStringLiteral("COSTUME")] = QJsonArray{shadowInput, QStringLiteral("costume")};
+    show.inputs[QStringLiteral("COSTUME")] = QJsonArray{ShadowInput, QStringLiteral("costume")};
     blocks[QStringLiteral("show")] = toJson(show);
 
     Block costume;
@@ -84,7 +84,7 @@ void addWait(QJsonObject &blocks, const QString &id, const QString &parent, cons
     wait.parent = parent;
     wait.next = next;
     wait.inputs[QStringLiteral("DURATION")] =
-        literal(positiveNumber, QString::number(intervalMs / 1000.0, 'g', 10));
+        literal(PositiveNumber, QString::number(intervalMs / 1000.0, 'g', 10));
     blocks[id] = toJson(wait);
 }
 
@@ -116,7 +116,7 @@ QJsonObject playScript(const QVector<Costume> &costumes, const Playback &playbac
     addWait(blocks, first, QStringLiteral("show"), QStringLiteral("loop"), playback.intervalMs);
     Block loop;
     loop.parent = first;
-    loop.inputs[QStringLiteral("SUBSTACK")] = QJsonArray{blockInput, QStringLiteral("step")};
+    loop.inputs[QStringLiteral("SUBSTACK")] = QJsonArray{BlockInput, QStringLiteral("step")};
     if (playback.loopCount == -1) {
         loop.opcode = QStringLiteral("control_forever");
     } else {
@@ -124,7 +124,7 @@ QJsonObject playScript(const QVector<Costume> &costumes, const Playback &playbac
         const qint64 passes = qMax(qint64(0), qint64(playback.loopCount)) + 1;
         loop.opcode = QStringLiteral("control_repeat");
         loop.inputs[QStringLiteral("TIMES")] =
-            literal(wholeNumber, QString::number(passes * costumes.size() - 1));
+            literal(WholeNumber, QString::number(passes * costumes.size() - 1));
     }
     blocks[QStringLiteral("loop")] = toJson(loop);
     addStep(blocks, playback.intervalMs);

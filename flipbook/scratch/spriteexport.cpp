@@ -20,8 +20,8 @@ namespace
 {
 
 /// Beyond these Scratch is slow to load a sprite, and may fail to.
-constexpr int manyCostumes = 200;
-constexpr qint64 manyBytes = qint64(10) * 1024 * 1024;
+constexpr int ManyCostumes = 200;
+constexpr qint64 ManyBytes = qint64(10) * 1024 * 1024;
 
 /// Gives every frame the size that it has during playback: each step scales them all like the
 /// frame that was shown.
@@ -151,10 +151,10 @@ double SpriteExporter::shrinkToTexture(Sprite &sprite)
 {
     const QSize pixels = pictureOf(sprite.costumes.constFirst()).size();
     const int longest = qMax(pixels.width(), pixels.height());
-    if (longest <= LongestPictureSide)
+    if (longest <= MaxPictureSide)
         return 1.0;
-    const QSize reduced = pixels.scaled(LongestPictureSide, LongestPictureSide, Qt::KeepAspectRatio)
-                              .expandedTo(QSize(1, 1));
+    const QSize reduced =
+        pixels.scaled(MaxPictureSide, MaxPictureSide, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     for (Costume &costume : sprite.costumes) {
         const QImage picture =
             pictureOf(costume).scaled(reduced, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -165,15 +165,15 @@ double SpriteExporter::shrinkToTexture(Sprite &sprite)
                          .arg(sprite.name, QString::number(pixels.width()),
                               QString::number(pixels.height()), QString::number(reduced.width()),
                               QString::number(reduced.height())));
-    return double(longest) / LongestPictureSide;
+    return double(longest) / MaxPictureSide;
 }
 
 void SpriteExporter::remarkOnAmount(const Sprite &sprite)
 {
-    if (sprite.costumes.size() > manyCostumes)
+    if (sprite.costumes.size() > ManyCostumes)
         m_remarks.append(QStringLiteral("%1: has %2 costumes; Scratch is slow with more than %3")
                              .arg(sprite.name, QString::number(sprite.costumes.size()),
-                                  QString::number(manyCostumes)));
+                                  QString::number(ManyCostumes)));
     QSet<QString> counted;
     qint64 bytes = 0;
     for (const Costume &costume : sprite.costumes) {
@@ -181,10 +181,10 @@ void SpriteExporter::remarkOnAmount(const Sprite &sprite)
             bytes += costume.png.size();
         counted.insert(costume.digest);
     }
-    if (bytes > manyBytes)
+    if (bytes > ManyBytes)
         m_remarks.append(
             QStringLiteral("%1: has pictures of %2; Scratch is slow with more than %3")
-                .arg(sprite.name, MemoryBudget::text(bytes), MemoryBudget::text(manyBytes)));
+                .arg(sprite.name, MemoryBudget::text(bytes), MemoryBudget::text(ManyBytes)));
 }
 
 } // namespace Scratch

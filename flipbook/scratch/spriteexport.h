@@ -13,7 +13,7 @@ namespace Scratch
 {
 
 /// The longest side of a picture that Scratch's renderer is sure to draw, in pixels.
-constexpr int LongestPictureSide = 8192;
+constexpr int MaxPictureSide = 8192;
 
 /// Makes sprites of the objects of one page.
 class SpriteExporter

@@ -47,7 +47,7 @@ void MessageBar::tell(Kind kind, const QString &text, const QVector<Choice> &cho
     }
     if (texts().contains(text))
         return;
-    if (m_lines.size() == MostLines)
+    if (m_lines.size() == MaxLines)
         remove(m_lines.first());
 
     // Names of files are no rich text.

@@ -25,7 +25,7 @@ public:
 
     explicit MessageBar(QWidget *parent = nullptr);
 
-    /// The oldest line goes when there would be more than MostLines. The same line is not shown
+    /// The oldest line goes when there would be more than MaxLines. The same line is not shown
     /// twice.
     void tell(Kind kind, const QString &text, const QVector<Choice> &choices = {});
     /// Closes what only concerns the document before.
@@ -34,7 +34,7 @@ public:
     /// What is shown, from top to bottom.
     QStringList texts() const;
 
-    static constexpr int MostLines = 4;
+    static constexpr int MaxLines = 4;
 
 private:
     void remove(KMessageWidget *line);

@@ -15,7 +15,7 @@
 namespace
 {
 
-constexpr qint64 Budget = qint64(64) << 20;
+constexpr qint64 budget = qint64(64) << 20;
 
 /// The text of a document whose only object, on its only page, has this state.
 QByteArray textWith(const QByteArray &state)
@@ -77,7 +77,7 @@ QString TestDocumentFile::save(const QByteArray &text,
 
 LoadedDocument TestDocumentFile::load(const QString &path) const
 {
-    Reading reading(Budget, false);
+    Reading reading(budget, false);
     return loadDocument(m_fixture->plugin(), path, reading);
 }
 
@@ -358,7 +358,7 @@ void TestDocumentFile::aReferenceThatLeavesTheFolderIsRefused()
     QCOMPARE(failureOf(path), QStringLiteral("object 1 of page 1 refers to '%1', which leads out "
                                              "of the folder; --allow-outside reads it")
                                   .arg(reference));
-    Reading anywhere(Budget, true);
+    Reading anywhere(budget, true);
     const LoadedDocument loaded = loadDocument(m_fixture->plugin(), path, anywhere);
     QCOMPARE(loaded.warnings, QStringList());
     CBaseObject &object = *loaded.document->pages().first()->objects().constFirst();

@@ -19,7 +19,7 @@
 namespace
 {
 
-const QByteArray Svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">)"
+const QByteArray svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">)"
                        R"(<image href="secret.png" width="9" height="9"/></svg>)";
 
 /// Exchanges two files for each other, again and again, while it lives.
@@ -112,7 +112,7 @@ void TestForeignFiles::picturesThatMayReferToFilesAreNotRead_data()
 void TestForeignFiles::picturesThatMayReferToFilesAreNotRead()
 {
     QFETCH(QString, arguments);
-    writeBytes(path(QStringLiteral("sly.png")), Svg);
+    writeBytes(path(QStringLiteral("sly.png")), svg);
     // A reader waits forever.
     QCOMPARE(::mkfifo(qPrintable(path(QStringLiteral("secret.png"))), 0600), 0);
     saveDocument(*m_fixture->document({Qt::red}), path(QStringLiteral("doc.flipbook")));
@@ -126,7 +126,7 @@ void TestForeignFiles::picturesThatMayReferToFilesAreNotRead()
 void TestForeignFiles::suchAPictureInAFolderIsAnEmptyFrame()
 {
     const QString folder = folderOf("sly.png");
-    writeBytes(folder + QStringLiteral("/sly.png"), Svg);
+    writeBytes(folder + QStringLiteral("/sly.png"), svg);
     QCOMPARE(::mkfifo(qPrintable(folder + QStringLiteral("/secret.png")), 0600), 0);
     const FlipbookRun run = flipbook({QStringLiteral("info"), folder});
     QCOMPARE(run.status, 0);

@@ -102,10 +102,10 @@ void sortNaturally(QStringList &paths)
 
 QStringList picturesInFolder(const QString &folder)
 {
-    static const QStringList patterns = {
-        QStringLiteral("*.png"), QStringLiteral("*.jpg"), QStringLiteral("*.jpeg"),
-        QStringLiteral("*.bmp"), QStringLiteral("*.ppm"), QStringLiteral("*.pgm"),
-        QStringLiteral("*.pbm")};
+    static const QStringList patterns = {QStringLiteral("*.png"),  QStringLiteral("*.jpg"),
+                                         QStringLiteral("*.jpeg"), QStringLiteral("*.bmp"),
+                                         QStringLiteral("*.ppm"),  QStringLiteral("*.pgm"),
+                                         QStringLiteral("*.pbm")};
     QStringList paths;
     const QDir dir(folder);
     const QStringList names = dir.entryList(patterns, QDir::Files | QDir::Readable);
@@ -178,10 +178,10 @@ void FilmReader::keepRhythm(ReadFilm &film, const QVector<int> &delaysMs)
 {
     film.lengthMs = totalMs(delaysMs);
     const RepeatPlan plan = planRepeats(delaysMs);
-    if (plan.frameCount() > MostRepeatedFrames) {
+    if (plan.frameCount() > MaxRepeatedFrames) {
         film.warnings << tr("its frames are shown for different times; keeping the rhythm would "
                             "take more than %1 frames, so all are shown for the same time")
-                             .arg(QLocale().toString(MostRepeatedFrames));
+                             .arg(QLocale().toString(MaxRepeatedFrames));
         return;
     }
     FilmState state(*film.object);

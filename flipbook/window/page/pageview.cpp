@@ -67,7 +67,7 @@ double PageView::zoom() const
 
 void PageView::applyZoom(double zoom)
 {
-    const double bounded = qBound(SmallestZoom, zoom, LargestZoom);
+    const double bounded = qBound(MinZoom, zoom, MaxZoom);
     setTransform(QTransform::fromScale(bounded, bounded));
     Q_EMIT zoomChanged(bounded);
 }

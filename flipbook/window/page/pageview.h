@@ -19,7 +19,7 @@ public:
 
     /// Pixels on the screen for a unit of the page.
     double zoom() const;
-    /// Bounded by SmallestZoom and LargestZoom; the middle of the view stays where it is.
+    /// Bounded by MinZoom and MaxZoom; the middle of the view stays where it is.
     void setZoom(double zoom);
     void zoomBy(double factor);
     /// Shows the whole page, also when the view is resized, until another zoom is chosen.
@@ -28,8 +28,8 @@ public:
 
     SelectionTool &tool() { return m_tool; }
 
-    static constexpr double SmallestZoom = 0.05;
-    static constexpr double LargestZoom = 32.0;
+    static constexpr double MinZoom = 0.05;
+    static constexpr double MaxZoom = 32.0;
 
 Q_SIGNALS:
     void zoomChanged(double zoom);

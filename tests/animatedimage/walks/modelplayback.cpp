@@ -3,7 +3,7 @@
 namespace
 {
 
-constexpr int Forever = -1;
+constexpr int forever = -1;
 
 /// A message to the settings panel that holds one value.
 QString panelMessage(const char *id, const QString &value)
@@ -72,7 +72,7 @@ void ModelObject::tick()
     qint64 next = qint64(index) + 1;
     if (next >= frames.size()) {
         ++loopsDone;
-        if (loopCount == Forever || loopsDone <= loopCount) {
+        if (loopCount == forever || loopsDone <= loopCount) {
             next = 0;
         } else {
             next = host->makes(Mistake::LastPassEndsOnTheFirstFrame) ? 0 : frames.size() - 1;

@@ -11,7 +11,7 @@ QString settingText(int id)
 }
 
 /// How many bytes of the tail of a stream form follow its pictures.
-constexpr int BytesAfterPictures = 4 + 1 + 1 + 1 + 4 + 1 + 1;
+constexpr int bytesAfterPictures = 4 + 1 + 1 + 1 + 4 + 1 + 1;
 
 } // namespace
 
@@ -97,7 +97,7 @@ void ModelWorld::readBack(const Step &step, SavedForm &form, QStringList &missin
         form.pictures.clear();
     for (int &picture : form.pictures)
         picture = isJson || step.other ? pool.stored(picture) : pool.streamed(picture);
-    if (step.missing > BytesAfterPictures || step.texts.contains(QLatin1String("ImageList")))
+    if (step.missing > bytesAfterPictures || step.texts.contains(QLatin1String("ImageList")))
         form.pictures.clear();
     // The values after the pictures, from the last to the first.
     const int lost = step.missing;

@@ -9,9 +9,9 @@
 namespace
 {
 
-constexpr int MarkerSize = 4;
-constexpr int ThumbnailSide = 150;
-constexpr int RegionSide = 256;
+constexpr int markerSize = 4;
+constexpr int thumbnailSide = 150;
+constexpr int regionSide = 256;
 
 QByteArray streamBytes(const QImage &image)
 {
@@ -89,7 +89,7 @@ int PicturePool::number(const QImage &image)
     const int next = int(m_entries.size());
     m_entries.push_back({});
     m_entries.back().image = image;
-    m_entries.back().png = bytes.mid(MarkerSize);
+    m_entries.back().png = bytes.mid(markerSize);
     measure(m_entries.back());
     m_numbers.insert(key, next);
     return next;
@@ -98,9 +98,9 @@ int PicturePool::number(const QImage &image)
 void PicturePool::measure(Entry &entry)
 {
     QImage measured = entry.image;
-    if (measured.width() * measured.height() > RegionSide * RegionSide)
+    if (measured.width() * measured.height() > regionSide * regionSide)
         measured =
-            measured.scaled(RegionSide, RegionSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+            measured.scaled(regionSide, regionSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     entry.rects = SlowRegion::rectsFromImage(measured, 1);
     entry.regionSize = measured.size();
 }
@@ -118,7 +118,7 @@ QSize PicturePool::regionSize(int number)
 int PicturePool::thumbnail(int number)
 {
     if (entry(number).thumbnail == Unknown) {
-        const QImage reduced = image(number).scaled(ThumbnailSide, ThumbnailSide,
+        const QImage reduced = image(number).scaled(thumbnailSide, thumbnailSide,
                                                     Qt::KeepAspectRatio, Qt::FastTransformation);
         entry(number).thumbnail = this->number(reduced);
     }

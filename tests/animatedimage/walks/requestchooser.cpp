@@ -79,7 +79,7 @@ void StepChooser::chooseSet(Step &step, const ModelObject &object)
         break;
     case 5016:
         step.input = {
-            Wire::handle(chance(1, 2) ? HandleOf::Other : HandleOf(number(0, HandleKinds - 1)))};
+            Wire::handle(chance(1, 2) ? HandleOf::Other : HandleOf(number(0, handleKinds - 1)))};
         break;
     default:
         break;

@@ -22,7 +22,7 @@ struct WireItem {
 
 /// Whose address a handle holds.
 enum class HandleOf { Nobody, Self, Other, PlainObject, NoObject };
-constexpr int HandleKinds = 5;
+constexpr int handleKinds = 5;
 
 namespace Wire
 {
