@@ -8,9 +8,9 @@
 #include "host/specialpropertyids.h"
 #include "tests/support/request.h"
 
-#include <benchmark/benchmark.h>
-
 #include <QtWidgets/QUndoStack>
+
+#include <benchmark/benchmark.h>
 
 namespace
 {

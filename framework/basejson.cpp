@@ -1,5 +1,4 @@
 #include "framework/basestate.h"
-
 #include "framework/geometrycheck.h"
 #include "framework/variantcodec.h"
 

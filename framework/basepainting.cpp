@@ -1,6 +1,5 @@
-#include "host/baseobject.h"
-
 #include "framework/geometrycheck.h"
+#include "host/baseobject.h"
 
 #include <QtCore/QtMath>
 #include <QtGui/QPainter>

@@ -1,6 +1,5 @@
-#include "host/baseobject.h"
-
 #include "framework/basestate.h"
+#include "host/baseobject.h"
 
 #include <QtCore/QDataStream>
 

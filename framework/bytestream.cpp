@@ -13,13 +13,16 @@ constexpr quint32 PieceSize = 1 << 16;
 
 } // namespace
 
-void ByteStream::writeBlock(QDataStream &stream, const QByteArray &block)
+namespace ByteStream
+{
+
+void writeBlock(QDataStream &stream, const QByteArray &block)
 {
     stream << quint32(block.size());
     stream.writeRawData(block.constData(), block.size());
 }
 
-QByteArray ByteStream::readBlock(QDataStream &stream)
+QByteArray readBlock(QDataStream &stream)
 {
     quint32 left = 0;
     stream >> left;
@@ -41,17 +44,17 @@ QByteArray ByteStream::readBlock(QDataStream &stream)
     return block;
 }
 
-void ByteStream::writeText(QDataStream &stream, const QString &text)
+void writeText(QDataStream &stream, const QString &text)
 {
     writeBlock(stream, text.toUtf8());
 }
 
-QString ByteStream::readText(QDataStream &stream)
+QString readText(QDataStream &stream)
 {
     return QString::fromUtf8(readBlock(stream));
 }
 
-void ByteStream::writeDouble(QDataStream &stream, double value)
+void writeDouble(QDataStream &stream, double value)
 {
     quint64 bits = 0;
     static_assert(sizeof bits == sizeof value);
@@ -59,7 +62,7 @@ void ByteStream::writeDouble(QDataStream &stream, double value)
     stream << bits;
 }
 
-double ByteStream::readDouble(QDataStream &stream)
+double readDouble(QDataStream &stream)
 {
     quint64 bits = 0;
     stream >> bits;
@@ -68,14 +71,16 @@ double ByteStream::readDouble(QDataStream &stream)
     return value;
 }
 
-void ByteStream::writeFlag(QDataStream &stream, bool flag)
+void writeFlag(QDataStream &stream, bool flag)
 {
     stream << quint8(flag ? 1 : 0);
 }
 
-bool ByteStream::readFlag(QDataStream &stream)
+bool readFlag(QDataStream &stream)
 {
     quint8 flag = 0;
     stream >> flag;
     return flag != 0;
 }
+
+} // namespace ByteStream

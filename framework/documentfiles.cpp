@@ -1,6 +1,5 @@
-#include "framework/document.h"
-
 #include "framework/bytestream.h"
+#include "framework/document.h"
 
 #include <QtCore/QDataStream>
 #include <QtCore/QDir>

@@ -81,7 +81,10 @@ bool ObjectGeometry::operator==(const ObjectGeometry &other) const
     return pos == other.pos && size == other.size && qFuzzyCompare(angle + 1.0, other.angle + 1.0);
 }
 
-const QVector<Handle> &ObjectHandles::all()
+namespace ObjectHandles
+{
+
+const QVector<Handle> &all()
 {
     static const QVector<Handle> handles = {
         Handle::TopLeft,    Handle::Top,    Handle::TopRight,    Handle::Left,    Handle::Right,
@@ -89,13 +92,13 @@ const QVector<Handle> &ObjectHandles::all()
     return handles;
 }
 
-ObjectGeometry ObjectHandles::geometryOf(const CBaseObject &object)
+ObjectGeometry geometryOf(const CBaseObject &object)
 {
     // getPos() is virtual: while presenting, it may return another position.
     return {const_cast<CBaseObject &>(object).getPos(), object.getSize(), object.getRotate()};
 }
 
-void ObjectHandles::setGeometry(CBaseObject &object, const ObjectGeometry &geometry)
+void setGeometry(CBaseObject &object, const ObjectGeometry &geometry)
 {
     object.setCenterPos(geometry.center(), geometry.size, geometry.angle, true);
     // Half of a size, taken and given back, may be off by the last bit.
@@ -104,7 +107,7 @@ void ObjectHandles::setGeometry(CBaseObject &object, const ObjectGeometry &geome
     object.setPos(geometry.pos, true);
 }
 
-QPointF ObjectHandles::place(const ObjectGeometry &geometry, Handle handle, double handleSize)
+QPointF place(const ObjectGeometry &geometry, Handle handle, double handleSize)
 {
     const Direction direction = directionOf(handle);
     QPointF point = geometry.center() + QPointF(direction.x * geometry.size.width() / 2,
@@ -114,8 +117,8 @@ QPointF ObjectHandles::place(const ObjectGeometry &geometry, Handle handle, doub
     return geometry.toPage(point);
 }
 
-ObjectGeometry ObjectHandles::resized(const ObjectGeometry &start, Handle handle,
-                                      const QPointF &way, Resizing resizing)
+ObjectGeometry resized(const ObjectGeometry &start, Handle handle, const QPointF &way,
+                       Resizing resizing)
 {
     const Direction direction = directionOf(handle);
     // The way in the object's own directions.
@@ -140,8 +143,8 @@ ObjectGeometry ObjectHandles::resized(const ObjectGeometry &start, Handle handle
     return {center - QPointF(size.width() / 2, size.height() / 2), size, start.angle};
 }
 
-ObjectGeometry ObjectHandles::turned(const ObjectGeometry &start, const QPointF &from,
-                                     const QPointF &to, bool snaps)
+ObjectGeometry turned(const ObjectGeometry &start, const QPointF &from, const QPointF &to,
+                      bool snaps)
 {
     const QPointF center = start.center();
     if (from == center || to == center)
@@ -155,3 +158,5 @@ ObjectGeometry ObjectHandles::turned(const ObjectGeometry &start, const QPointF 
     turned.angle = angle < 0.0 ? angle + 360.0 : angle;
     return turned;
 }
+
+} // namespace ObjectHandles

@@ -54,7 +54,10 @@ bool hasPlausibleChunks(const QByteArray &png)
 
 } // namespace
 
-QByteArray PictureCodec::encode(const QImage &image)
+namespace PictureCodec
+{
+
+QByteArray encode(const QImage &image)
 {
     if (image.isNull())
         return {};
@@ -69,7 +72,7 @@ QByteArray PictureCodec::encode(const QImage &image)
     return writer.write(carrier) ? png : QByteArray();
 }
 
-QImage PictureCodec::decode(const QByteArray &png)
+QImage decode(const QByteArray &png)
 {
     // The PNG library would complain about the lack of bytes on standard error.
     if (png.isEmpty() || !hasPlausibleChunks(png))
@@ -86,3 +89,5 @@ QImage PictureCodec::decode(const QByteArray &png)
     return carrier.isNull() ? QImage()
                             : PictureFormat::restored(carrier, carrier.text(formatKey()));
 }
+
+} // namespace PictureCodec

@@ -148,7 +148,10 @@ QImage restoredIndexes(const QImage &carrier, QImage::Format format)
 
 } // namespace
 
-QImage PictureFormat::carried(const QImage &image, QString &name)
+namespace PictureFormat
+{
+
+QImage carried(const QImage &image, QString &name)
 {
     const Route *route = routeOf(image.format());
     if (!route)
@@ -160,7 +163,7 @@ QImage PictureFormat::carried(const QImage &image, QString &name)
                                                                   : indexesOfMono(image));
 }
 
-QImage PictureFormat::restored(const QImage &carrier, const QString &name)
+QImage restored(const QImage &carrier, const QString &name)
 {
     const Route *route = routeNamed(name);
     if (!route)
@@ -171,3 +174,5 @@ QImage PictureFormat::restored(const QImage &carrier, const QString &name)
     }
     return bare(carrier.convertToFormat(route->format));
 }
+
+} // namespace PictureFormat

@@ -1,6 +1,5 @@
-#include "host/gdrootobject.h"
-
 #include "framework/geometrycheck.h"
+#include "host/gdrootobject.h"
 
 #include <QtWidgets/QGraphicsItem>
 

@@ -1,6 +1,5 @@
-#include "host/gdrootobject.h"
-
 #include "host/attributeids.h"
+#include "host/gdrootobject.h"
 
 #include <QtWidgets/QGraphicsItem>
 

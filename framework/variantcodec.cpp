@@ -133,12 +133,15 @@ QVariant readContent(QDataStream &stream, Tag tag)
 
 } // namespace
 
-bool VariantCodec::canSave(const QVariant &value)
+namespace VariantCodec
+{
+
+bool canSave(const QVariant &value)
 {
     return tagOf(value) != Tag::None;
 }
 
-void VariantCodec::write(QDataStream &stream, const QVariant &value)
+void write(QDataStream &stream, const QVariant &value)
 {
     const Tag tag = tagOf(value);
     stream << quint8(tag);
@@ -183,10 +186,12 @@ void VariantCodec::write(QDataStream &stream, const QVariant &value)
     }
 }
 
-QVariant VariantCodec::read(QDataStream &stream)
+QVariant read(QDataStream &stream)
 {
     quint8 tag = 0;
     stream >> tag;
     const QVariant value = readContent(stream, Tag(tag));
     return stream.status() == QDataStream::Ok ? value : QVariant();
 }
+
+} // namespace VariantCodec

@@ -160,12 +160,15 @@ QJsonValue contentOf(const QVariant &value)
 
 } // namespace
 
-QJsonValue VariantCodec::toJson(const QVariant &value)
+namespace VariantCodec
+{
+
+QJsonValue toJson(const QVariant &value)
 {
     return QJsonObject{{QString::fromLatin1(value.typeName()), contentOf(value)}};
 }
 
-QVariant VariantCodec::fromJson(const QJsonValue &json)
+QVariant fromJson(const QJsonValue &json)
 {
     if (json.isBool() || json.isString())
         return json.toVariant();
@@ -179,3 +182,5 @@ QVariant VariantCodec::fromJson(const QJsonValue &json)
     return object.size() == 1 ? typedValue(object.begin().key(), object.begin().value())
                               : QVariant();
 }
+
+} // namespace VariantCodec

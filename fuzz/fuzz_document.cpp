@@ -1,10 +1,9 @@
-#include "fuzz/fuzzing.h"
-
 #include "flipbook/base/failure.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/object/plugin.h"
 #include "framework/page.h"
+#include "fuzz/fuzzing.h"
 
 /// A document file: it is read whole or refused, and what was read can be painted.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

@@ -1,8 +1,7 @@
-#include "fuzz/fuzzing.h"
-
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/import/gifsource.h"
+#include "fuzz/fuzzing.h"
 #include "tests/support/stage.h"
 
 /// A GIF file: what flipbook lets through is imported, and keeps within the memory allowed.

@@ -1,5 +1,4 @@
 #include "fuzz/fuzzing.h"
-
 #include "host/specialpropertyids.h"
 #include "tests/support/request.h"
 #include "tests/support/stage.h"

@@ -1,5 +1,4 @@
 #include "fuzz/fuzzing.h"
-
 #include "tests/support/stage.h"
 
 namespace

@@ -12,7 +12,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-
 #include <unistd.h>
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
@@ -78,12 +77,15 @@ void present(CAnimatedImage &image)
 
 } // namespace
 
-QByteArray Fuzzing::bytes(const uint8_t *data, size_t size)
+namespace Fuzzing
 {
-    return QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
+
+QByteArray bytes(const uint8_t *data, size_t size)
+{
+    return QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
 }
 
-QString Fuzzing::file(const uint8_t *data, size_t size, const QString &suffix)
+QString file(const uint8_t *data, size_t size, const QString &suffix)
 {
     const QString path =
         QDir::temp().filePath(QStringLiteral("fuzz-%1%2").arg(QString::number(getpid()), suffix));
@@ -93,7 +95,7 @@ QString Fuzzing::file(const uint8_t *data, size_t size, const QString &suffix)
     return path;
 }
 
-void Fuzzing::use(CAnimatedImage &image)
+void use(CAnimatedImage &image)
 {
     look(image);
     if (isPresentable(image))
@@ -101,10 +103,12 @@ void Fuzzing::use(CAnimatedImage &image)
     look(image);
 }
 
-void Fuzzing::require(bool holds, const char *what)
+void require(bool holds, const char *what)
 {
     if (holds)
         return;
     std::fprintf(stderr, "%s\n", what);
     std::abort();
 }
+
+} // namespace Fuzzing

@@ -3,10 +3,9 @@
 #include <QtCore/QtMath>
 #include <QtGui/QPainter>
 
-#include <unistd.h>
-
 #include <cmath>
 #include <cstring>
+#include <unistd.h>
 
 namespace BackgroundTile
 {
@@ -74,7 +73,7 @@ void paintQuarter(QImage &tiled, const QImage &scaled)
 void repeatQuarter(QImage &tiled)
 {
     const int height = tiled.height() / 2;
-    const auto half = static_cast<size_t>(tiled.bytesPerLine()) / 2;
+    const auto half = size_t(tiled.bytesPerLine()) / 2;
     for (int y = 0; y < height; ++y) {
         uchar *line = tiled.scanLine(y);
         std::memcpy(line + half, line, half);

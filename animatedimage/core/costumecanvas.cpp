@@ -14,7 +14,7 @@ namespace
 int truncated(double value)
 {
     constexpr double limit = std::numeric_limits<int>::max();
-    return value > -limit && value < limit ? static_cast<int>(value) : 0;
+    return value > -limit && value < limit ? int(value) : 0;
 }
 
 QSize truncated(const QSizeF &size)

@@ -1,4 +1,5 @@
 #include "animatedimage/core/framefolder.h"
+
 #include "animatedimage/core/framenames.h"
 #include "animatedimage/core/jsonkeys.h"
 

@@ -1,4 +1,5 @@
 #include "animatedimage/core/framelist.h"
+
 #include "animatedimage/core/framenames.h"
 
 #include <QtCore/QFileInfo>
@@ -49,7 +50,7 @@ int stepped(int index, int step, int count)
 {
     const qint64 wanted = qint64(index) + step;
     if (wanted >= 0 && wanted < count)
-        return static_cast<int>(wanted);
+        return int(wanted);
     return step > 0 ? 0 : count - 1;
 }
 

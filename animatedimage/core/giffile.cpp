@@ -1,4 +1,5 @@
 #include "animatedimage/core/giffile.h"
+
 #include "animatedimage/core/framenames.h"
 
 #include <QtCore/QFileInfo>

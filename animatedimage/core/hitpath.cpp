@@ -14,7 +14,7 @@ constexpr int ElementsPerRect = 5;
 // of a point at once.
 [[gnu::noinline]] float nearestFloat(double value)
 {
-    return static_cast<float>(value);
+    return float(value);
 }
 
 QPainterPath empty()

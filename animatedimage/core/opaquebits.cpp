@@ -99,8 +99,8 @@ class Judge
 {
 public:
     explicit Judge(int threshold)
-        : m_up(_mm_set1_epi8(static_cast<char>(threshold < 128 ? 128 - threshold : 0)))
-        , m_down(_mm_set1_epi8(static_cast<char>(threshold > 128 ? threshold - 128 : 0)))
+        : m_up(_mm_set1_epi8(char(threshold < 128 ? 128 - threshold : 0)))
+        , m_down(_mm_set1_epi8(char(threshold > 128 ? threshold - 128 : 0)))
     {
     }
 

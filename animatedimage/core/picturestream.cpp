@@ -64,7 +64,7 @@ protected:
     {
         const qint64 count = m_source.read(data, most);
         if (count > 0)
-            m_last = (m_last + QByteArray(data, static_cast<int>(count))).right(8);
+            m_last = (m_last + QByteArray(data, int(count))).right(8);
         return count;
     }
     qint64 writeData(const char * /*data*/, qint64 /*count*/) override { return -1; }
@@ -207,7 +207,7 @@ QImage withoutStrayBits(const QImage &image)
     QImage clean = image;
     for (int y = 0; y < clean.height(); ++y) {
         uchar &last = clean.scanLine(y)[clean.width() / 8];
-        last = static_cast<uchar>(last & mask);
+        last = uchar(last & mask);
     }
     return clean;
 }

@@ -13,7 +13,7 @@ namespace
 /// Saturates: an animation may loop for years.
 int saturated(qint64 value)
 {
-    return static_cast<int>(qMin<qint64>(value, std::numeric_limits<int>::max()));
+    return int(qMin<qint64>(value, std::numeric_limits<int>::max()));
 }
 
 bool mayRepeat(int loopsDone, int loopCount)
@@ -43,11 +43,11 @@ Step afterHostTick(const Progress &progress, const Animation &animation)
     const qint64 elapsed = qint64(progress.elapsedMs) + HostTickMs;
     const qint64 frame = elapsed / animation.intervalMs;
     if (frame < animation.frameCount)
-        return {static_cast<int>(frame), {progress.loopsDone, saturated(elapsed)}, false};
+        return {int(frame), {progress.loopsDone, saturated(elapsed)}, false};
 
     const qint64 passMs = qint64(animation.intervalMs) * animation.frameCount;
     const int passes = saturated(progress.loopsDone + elapsed / passMs);
-    return afterPass({passes, static_cast<int>(elapsed % passMs)}, animation);
+    return afterPass({passes, int(elapsed % passMs)}, animation);
 }
 
 } // namespace PlaybackSteps

@@ -32,7 +32,7 @@ bool fitsBelow(const QList<QRect> &open, const QList<QRect> &row)
 /// Whether @p source is measured on a reduced copy.
 bool isReduced(const QImage &source, int maxSide)
 {
-    const auto pixels = static_cast<qint32>(quint32(source.width()) * quint32(source.height()));
+    const auto pixels = qint32(quint32(source.width()) * quint32(source.height()));
     return pixels > maxSide * maxSide;
 }
 

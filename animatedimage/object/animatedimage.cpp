@@ -1,4 +1,5 @@
 #include "animatedimage/object/animatedimage.h"
+
 #include "animatedimage/core/framelist.h"
 #include "animatedimage/core/jsonkeys.h"
 #include "animatedimage/object/liveobjects.h"

@@ -1,4 +1,5 @@
 #include "animatedimage/object/liveobjects.h"
+
 #include "animatedimage/object/animatedimage.h"
 
 #include <QtCore/QHash>

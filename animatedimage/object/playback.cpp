@@ -1,4 +1,5 @@
 #include "animatedimage/object/playback.h"
+
 #include "animatedimage/core/framelist.h"
 #include "animatedimage/core/jsonkeys.h"
 #include "host/framework.h"

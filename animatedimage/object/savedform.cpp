@@ -1,4 +1,5 @@
 #include "animatedimage/object/savedform.h"
+
 #include "animatedimage/core/framelist.h"
 #include "animatedimage/core/jsonkeys.h"
 #include "animatedimage/core/picturestream.h"

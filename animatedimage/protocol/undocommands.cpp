@@ -1,4 +1,5 @@
 #include "animatedimage/protocol/undocommands.h"
+
 #include "animatedimage/object/animatedimage.h"
 #include "animatedimage/object/liveobjects.h"
 

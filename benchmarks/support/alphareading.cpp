@@ -1,7 +1,6 @@
 #include "benchmarks/support/alphareading.h"
 
 #include <algorithm>
-
 #include <emmintrin.h>
 
 int leastAlpha(const QImage &image)

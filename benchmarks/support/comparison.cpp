@@ -2,9 +2,8 @@
 
 #include "benchmarks/support/table.h"
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
+#include <benchmark/benchmark.h>
 #include <cmath>
 #include <ctime>
 #include <utility>

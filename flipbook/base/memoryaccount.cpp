@@ -22,11 +22,11 @@ void MemoryAccount::require(qint64 bytes, const QString &subject, const QString 
     const QString besides = m_taken == 0 ? QString()
                                          : QStringLiteral(" besides the %1 that are taken already")
                                                .arg(MemoryBudget::text(m_taken));
-    throw OverBudget{{subject, QStringLiteral("%1 would need %2 of memory%3, more than the %4 that "
-                                              "--max-memory allows")
-                                   .arg(what, MemoryBudget::text(bytes), besides,
-                                        MemoryBudget::text(m_limit))},
-                     bytes};
+    throw OverBudget{
+        {subject, QStringLiteral("%1 would need %2 of memory%3, more than the %4 that "
+                                 "--max-memory allows")
+                      .arg(what, MemoryBudget::text(bytes), besides, MemoryBudget::text(m_limit))},
+        bytes};
 }
 
 void MemoryAccount::take(qint64 bytes)

@@ -30,7 +30,10 @@ qint64 pictureBytes(const QSize &size)
 
 } // namespace
 
-std::optional<qint64> MemoryBudget::parse(const QString &text)
+namespace MemoryBudget
+{
+
+std::optional<qint64> parse(const QString &text)
 {
     QString digits = text;
     int shift = 0;
@@ -52,7 +55,7 @@ std::optional<qint64> MemoryBudget::parse(const QString &text)
     return amount << shift;
 }
 
-QString MemoryBudget::text(qint64 bytes)
+QString text(qint64 bytes)
 {
     static const std::array<QString, 5> units = {QStringLiteral("bytes"), QStringLiteral("KiB"),
                                                  QStringLiteral("MiB"), QStringLiteral("GiB"),
@@ -68,20 +71,22 @@ QString MemoryBudget::text(qint64 bytes)
     return number + QLatin1Char(' ') + (bytes == 1 ? QStringLiteral("byte") : units[unit]);
 }
 
-qint64 MemoryBudget::neededForFilm(const QSize &size, qint64 frames, int workingPictures)
+qint64 neededForFilm(const QSize &size, qint64 frames, int workingPictures)
 {
     return saturatingSum(keptForFilm(size, frames),
                          saturatingProduct(workingPictures, pictureBytes(size)));
 }
 
-qint64 MemoryBudget::keptForFilm(const QSize &size, qint64 frames)
+qint64 keptForFilm(const QSize &size, qint64 frames)
 {
     return saturatingSum(saturatingProduct(frames, pictureBytes(size)),
                          saturatingProduct(frames, BytesPerFrameRecord));
 }
 
-qint64 MemoryBudget::neededForPicture(qint64 width, qint64 height)
+qint64 neededForPicture(qint64 width, qint64 height)
 {
     // The decoder's picture and the copy that the object keeps.
     return saturatingProduct(saturatingProduct(width, height), 2 * BytesPerPixel);
 }
+
+} // namespace MemoryBudget

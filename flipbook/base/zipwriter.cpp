@@ -1,7 +1,6 @@
 #include "flipbook/base/zipwriter.h"
 
 #include <KZip>
-
 #include <QtCore/QBuffer>
 #include <QtCore/QDateTime>
 #include <QtCore/QSet>

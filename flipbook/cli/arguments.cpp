@@ -17,7 +17,10 @@ QString dashed(const QString &option)
 
 } // namespace
 
-QStringList Arguments::files(const QCommandLineParser &line)
+namespace Arguments
+{
+
+QStringList files(const QCommandLineParser &line)
 {
     QStringList files = line.positionalArguments();
     if (files.isEmpty() || files.contains(QString()))
@@ -27,7 +30,7 @@ QStringList Arguments::files(const QCommandLineParser &line)
     return files;
 }
 
-QString Arguments::onlyFile(const QCommandLineParser &line)
+QString onlyFile(const QCommandLineParser &line)
 {
     const QStringList all = files(line);
     if (all.size() > 1)
@@ -35,7 +38,7 @@ QString Arguments::onlyFile(const QCommandLineParser &line)
     return all.first();
 }
 
-QString Arguments::optional(const QCommandLineParser &line, const QString &option)
+QString optional(const QCommandLineParser &line, const QString &option)
 {
     const QStringList values = line.values(option);
     if (values.size() > 1)
@@ -47,7 +50,7 @@ QString Arguments::optional(const QCommandLineParser &line, const QString &optio
     return values.first();
 }
 
-QString Arguments::needed(const QCommandLineParser &line, const QString &option)
+QString needed(const QCommandLineParser &line, const QString &option)
 {
     const QString value = optional(line, option);
     if (value.isEmpty())
@@ -55,7 +58,7 @@ QString Arguments::needed(const QCommandLineParser &line, const QString &option)
     return value;
 }
 
-int Arguments::count(const QCommandLineParser &line, const QString &option, int most, int fallback)
+int count(const QCommandLineParser &line, const QString &option, int most, int fallback)
 {
     const QString value = optional(line, option);
     if (value.isEmpty())
@@ -68,8 +71,7 @@ int Arguments::count(const QCommandLineParser &line, const QString &option, int 
     return count;
 }
 
-double Arguments::amount(const QCommandLineParser &line, const QString &option, double most,
-                         double fallback)
+double amount(const QCommandLineParser &line, const QString &option, double most, double fallback)
 {
     const QString value = optional(line, option);
     if (value.isEmpty())
@@ -83,7 +85,7 @@ double Arguments::amount(const QCommandLineParser &line, const QString &option, 
     return amount;
 }
 
-QString Arguments::pngOutput(const QCommandLineParser &line)
+QString pngOutput(const QCommandLineParser &line)
 {
     const QString path = plainPath(needed(line, QStringLiteral("o")));
     if (QFileInfo(path).suffix().toLower() != QLatin1String("png"))
@@ -91,7 +93,7 @@ QString Arguments::pngOutput(const QCommandLineParser &line)
     return path;
 }
 
-Reading Arguments::reading(const QCommandLineParser &line)
+Reading reading(const QCommandLineParser &line)
 {
     const QString value = optional(line, QStringLiteral("max-memory"));
     const std::optional<qint64> bytes =
@@ -101,3 +103,5 @@ Reading Arguments::reading(const QCommandLineParser &line)
             QStringLiteral("--max-memory takes a size such as 64M, not '%1'").arg(value)};
     return Reading(*bytes, line.isSet(QStringLiteral("allow-outside")));
 }
+
+} // namespace Arguments

@@ -33,29 +33,34 @@ void ignoreMessage(QtMsgType type, const QMessageLogContext & /*context*/, const
 
 } // namespace
 
-void Console::setVerbose(bool verbose)
+namespace Console
+{
+
+void setVerbose(bool verbose)
 {
     qInstallMessageHandler(verbose ? nullptr : ignoreMessage);
 }
 
-void Console::print(const QString &line)
+void print(const QString &line)
 {
     const QByteArray bytes = printable(line) + '\n';
     std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stdout);
     std::fflush(stdout);
 }
 
-void Console::warn(const QString &subject, const QString &what)
+void warn(const QString &subject, const QString &what)
 {
     complain(subject, QStringLiteral("warning: ") + what);
 }
 
-void Console::fail(const QString &subject, const QString &reason)
+void fail(const QString &subject, const QString &reason)
 {
     complain(subject, reason);
 }
 
-bool Console::isWritten()
+bool isWritten()
 {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
+
+} // namespace Console

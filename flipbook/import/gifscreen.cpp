@@ -36,7 +36,10 @@ QByteArray withTransparentScreen(QByteArray bytes, const GifDescriptors &gif)
 
 } // namespace
 
-void GifScreen::clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif)
+namespace GifScreen
+{
+
+void clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif)
 {
     if (!gif.leavesScreenUnset)
         return;
@@ -55,10 +58,12 @@ void GifScreen::clear(AnimatedObject object, const QString &copy, const GifDescr
     }
 }
 
-QImage GifScreen::firstFrame(const QByteArray &bytes, const GifDescriptors &gif)
+QImage firstFrame(const QByteArray &bytes, const GifDescriptors &gif)
 {
     QByteArray extended = withTransparentScreen(bytes, gif);
     QBuffer buffer(&extended);
     QMovie movie(&buffer, "gif");
     return movie.jumpToFrame(0) && movie.jumpToFrame(1) ? movie.currentImage() : QImage();
 }
+
+} // namespace GifScreen

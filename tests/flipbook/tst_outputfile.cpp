@@ -6,7 +6,6 @@
 #include <QtTest/QTest>
 
 #include <csignal>
-
 #include <sys/resource.h>
 
 namespace

@@ -255,8 +255,8 @@ void TestFrameworkGeometry::theShapeIsTheRectangleOrNothing()
 void TestFrameworkGeometry::boundsHoldTheHandles()
 {
     Placed object;
-    // Discs of radius 8 + 2 on the corners, and one more unit for smooth edges. The one for rotation
-    // has its centre 16 above the top.
+    // Discs of radius 8 + 2 on the corners, and one more unit for smooth edges. The one for
+    // rotation has its centre 16 above the top.
     QCOMPARE(object.boundingRect(), QRectF(-11, -27, 122, 88));
     // A shadow has one unit around it: from (199, 299) to (301, 351).
     object.setLayerShadow(Qt::black, QPointF(200, 300));

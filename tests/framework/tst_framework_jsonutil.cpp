@@ -11,7 +11,6 @@
 
 #include <cstring>
 #include <limits>
-
 #include <sys/stat.h>
 
 namespace

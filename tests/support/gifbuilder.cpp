@@ -8,8 +8,8 @@ namespace
 
 void appendWord(QByteArray &out, int value)
 {
-    out.append(static_cast<char>(value & 0xff));
-    out.append(static_cast<char>((value >> 8) & 0xff));
+    out.append(char(value & 0xff));
+    out.append(char((value >> 8) & 0xff));
 }
 
 /// Collects codes of 3 bits, least significant bit first.
@@ -34,7 +34,7 @@ public:
 private:
     void flushByte()
     {
-        m_bytes.append(static_cast<char>(m_bits & 0xff));
+        m_bytes.append(char(m_bits & 0xff));
         m_bits >>= 8;
         m_count -= 8;
     }
@@ -64,7 +64,7 @@ void appendSubBlocks(QByteArray &out, const QByteArray &bytes)
 {
     for (int at = 0; at < bytes.size(); at += 255) {
         const QByteArray block = bytes.mid(at, 255);
-        out.append(static_cast<char>(block.size()));
+        out.append(char(block.size()));
         out.append(block);
     }
     out.append('\0');
@@ -119,9 +119,9 @@ QByteArray GifBuilder::data() const
     for (const Frame &frame : m_frames) {
         const bool hasTransparency = frame.transparentIndex >= 0;
         out.append(QByteArray::fromHex("21f904"));
-        out.append(static_cast<char>((frame.disposal << 2) | (hasTransparency ? 1 : 0)));
+        out.append(char((frame.disposal << 2) | (hasTransparency ? 1 : 0)));
         appendWord(out, frame.delayCs);
-        out.append(static_cast<char>(hasTransparency ? frame.transparentIndex : 0));
+        out.append(char(hasTransparency ? frame.transparentIndex : 0));
         out.append('\0');
         out.append(',');
         appendWord(out, frame.rect.x());

@@ -19,8 +19,8 @@ QImage transparent(int width, int height)
 
 QImage fromText(std::initializer_list<const char *> rows)
 {
-    const int width = static_cast<int>(std::strlen(*rows.begin()));
-    QImage image = transparent(width, static_cast<int>(rows.size()));
+    const int width = int(std::strlen(*rows.begin()));
+    QImage image = transparent(width, int(rows.size()));
     int y = 0;
     for (const char *row : rows) {
         for (int x = 0; x < width; ++x) {

@@ -134,7 +134,7 @@ void TestGifDamaged::aByteChangedAnywhereGivesWhatQtGives()
     for (int at = 10; at < whole.size(); ++at) {
         for (const int mask : {0x01, 0x80, 0xff}) {
             QByteArray changed = whole;
-            changed[at] = static_cast<char>(changed.at(at) ^ mask);
+            changed[at] = char(changed.at(at) ^ mask);
             writeFile(file, changed);
             int count = -1;
             MovieFrames::compare(file, count);

@@ -12,7 +12,7 @@ namespace
 /// rounding where it works on the two coordinates of a point at once.
 [[gnu::noinline]] float nearestFloat(double value)
 {
-    return static_cast<float>(value);
+    return float(value);
 }
 
 /// Whether @p frame gets the region that the frame @p before it has just got: frames in a row often

@@ -38,7 +38,7 @@ Steps::Steps(unsigned seed)
 
 int Steps::number(int low, int high)
 {
-    return low + static_cast<int>(m_random() % static_cast<unsigned>(high - low + 1));
+    return low + int(m_random() % unsigned(high - low + 1));
 }
 
 /// An index, sometimes of no frame.

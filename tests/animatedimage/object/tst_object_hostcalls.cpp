@@ -28,7 +28,7 @@ QString yesOrNo(bool value)
 
 void CBaseObject::clearLayerEffectCache(ClearLayerEffectCacheReason reason)
 {
-    host.calls.append(QStringLiteral("clear %1").arg(static_cast<int>(reason)));
+    host.calls.append(QStringLiteral("clear %1").arg(int(reason)));
 }
 
 void CGDRootObject::updateAfterObjRectChanged(QGraphicsItem *item, bool notify)

@@ -3,8 +3,8 @@
 int RandomPictures::number(int low, int high)
 {
     // Not std::uniform_int_distribution, which may differ from one C++ library to the next.
-    const auto span = static_cast<unsigned>(high - low + 1);
-    return low + static_cast<int>(m_random() % span);
+    const auto span = unsigned(high - low + 1);
+    return low + int(m_random() % span);
 }
 
 QSize RandomPictures::nextSize()
@@ -19,7 +19,7 @@ uchar RandomPictures::opaqueValue()
     case 0:
         return 1;
     case 1:
-        return static_cast<uchar>(number(1, 255));
+        return uchar(number(1, 255));
     default:
         return 255;
     }

@@ -40,7 +40,7 @@ QImage rowOfBytes(const QList<int> &bytes, QImage::Format format)
 {
     QImage image(bytes.size(), 1, format);
     for (int x = 0; x < bytes.size(); ++x)
-        image.scanLine(0)[x] = static_cast<uchar>(bytes.at(x));
+        image.scanLine(0)[x] = uchar(bytes.at(x));
     return image;
 }
 

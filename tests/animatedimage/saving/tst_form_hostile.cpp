@@ -66,7 +66,7 @@ private Q_SLOTS:
         for (int at = 0; at < bytes.size(); ++at) {
             for (const int change : {0x01, 0x80, 0xff}) {
                 QByteArray damaged = bytes;
-                damaged[at] = static_cast<char>(damaged.at(at) ^ change);
+                damaged[at] = char(damaged.at(at) ^ change);
                 Stage stage;
                 QVERIFY(Forms::load(*stage.image, damaged));
                 QVERIFY(!stage.probe.isRunning());

@@ -1,12 +1,10 @@
+#include "framework/framework.h"
+#include "host/jsonutil.h"
+#include "host/notificationcodes.h"
 #include "tests/animatedimage/saving/forms.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/pictures.h"
 #include "tests/support/stage.h"
-
-#include "framework/framework.h"
-
-#include "host/jsonutil.h"
-#include "host/notificationcodes.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>

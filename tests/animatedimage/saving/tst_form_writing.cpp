@@ -1,8 +1,7 @@
+#include "host/jsonutil.h"
 #include "tests/animatedimage/saving/forms.h"
 #include "tests/support/pictures.h"
 #include "tests/support/stage.h"
-
-#include "host/jsonutil.h"
 
 #include <QtTest/QTest>
 

@@ -297,9 +297,12 @@ void comparePages(Finder &finder, const ModelHost &host, Actor &actor)
 
 } // namespace
 
-QString Comparison::firstDifference(const Step &step, const Outcome &expected, const Found &found,
-                                    const ModelWorld &model, Actor &actor,
-                                    const QStringList &events, Depth depth)
+namespace Comparison
+{
+
+QString firstDifference(const Step &step, const Outcome &expected, const Found &found,
+                        const ModelWorld &model, Actor &actor, const QStringList &events,
+                        Depth depth)
 {
     Finder finder;
     finder.complain(found.complaint);
@@ -316,3 +319,5 @@ QString Comparison::firstDifference(const Step &step, const Outcome &expected, c
     }
     return finder.difference();
 }
+
+} // namespace Comparison

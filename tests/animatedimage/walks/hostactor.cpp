@@ -1,7 +1,6 @@
-#include "tests/animatedimage/walks/actor.h"
-
 #include "animatedimage/protocol/undocommands.h"
 #include "framework/framework.h"
+#include "tests/animatedimage/walks/actor.h"
 
 #include <QtCore/QBuffer>
 

@@ -1,7 +1,6 @@
+#include "host/jsonutil.h"
 #include "tests/animatedimage/walks/modelobject.h"
 #include "tests/animatedimage/walks/savedform.h"
-
-#include "host/jsonutil.h"
 
 #include <cmath>
 

@@ -1,6 +1,5 @@
-#include "tests/animatedimage/walks/modelobject.h"
-
 #include "host/framework.h"
+#include "tests/animatedimage/walks/modelobject.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>

@@ -1,7 +1,6 @@
+#include "host/framework.h"
 #include "tests/animatedimage/walks/modelobject.h"
 #include "tests/animatedimage/walks/walkfiles.h"
-
-#include "host/framework.h"
 
 namespace
 {

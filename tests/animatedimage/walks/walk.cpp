@@ -34,7 +34,10 @@ Walks::Failure repeat(Actor &actor, const QVector<Step> &steps, Mistake mistake)
 
 } // namespace
 
-QString Walks::Failure::words() const
+namespace Walks
+{
+
+QString Failure::words() const
 {
     QString text;
     for (int i = 0; i < steps.size(); ++i)
@@ -42,7 +45,7 @@ QString Walks::Failure::words() const
     return text + QStringLiteral("     then ") + difference + QLatin1Char('\n');
 }
 
-Walks::Failure Walks::walk(Actor &actor, quint32 seed, Mistake mistake)
+Walks::Failure walk(Actor &actor, quint32 seed, Mistake mistake)
 {
     Failure failure;
     StepChooser chooser(seed);
@@ -74,7 +77,7 @@ Walks::Failure Walks::walk(Actor &actor, quint32 seed, Mistake mistake)
     return failure;
 }
 
-Walks::Failure Walks::shortened(Actor &actor, const Failure &failure, Mistake mistake)
+Walks::Failure shortened(Actor &actor, const Failure &failure, Mistake mistake)
 {
     Failure shortest = failure;
     for (int left = failure.steps.size() - 1; left >= 0; --left) {
@@ -88,3 +91,5 @@ Walks::Failure Walks::shortened(Actor &actor, const Failure &failure, Mistake mi
     }
     return shortest;
 }
+
+} // namespace Walks

@@ -76,32 +76,35 @@ QString wordsOf(const WireItem &item)
 
 } // namespace
 
-WireItem Wire::number(int value)
+namespace Wire
+{
+
+WireItem number(int value)
 {
     return {WireItem::Number, value, {}};
 }
 
-WireItem Wire::flag(bool value)
+WireItem flag(bool value)
 {
     return {WireItem::Flag, value ? 1 : 0, {}};
 }
 
-WireItem Wire::text(const QString &value)
+WireItem text(const QString &value)
 {
     return {WireItem::Text, 0, value};
 }
 
-WireItem Wire::picture(int number)
+WireItem picture(int number)
 {
     return {WireItem::Picture, number, {}};
 }
 
-WireItem Wire::handle(HandleOf whose)
+WireItem handle(HandleOf whose)
 {
     return {WireItem::Handle, int(whose), {}};
 }
 
-int Wire::size(const QVector<WireItem> &items)
+int size(const QVector<WireItem> &items)
 {
     int sum = 0;
     for (const WireItem &item : items)
@@ -109,8 +112,8 @@ int Wire::size(const QVector<WireItem> &items)
     return sum;
 }
 
-QByteArray Wire::bytes(const QVector<WireItem> &items, QDataStream::ByteOrder order,
-                       const QVector<qint64> &handles)
+QByteArray bytes(const QVector<WireItem> &items, QDataStream::ByteOrder order,
+                 const QVector<qint64> &handles)
 {
     QByteArray packed;
     QDataStream stream(&packed, QIODevice::WriteOnly);
@@ -120,8 +123,8 @@ QByteArray Wire::bytes(const QVector<WireItem> &items, QDataStream::ByteOrder or
     return packed;
 }
 
-bool Wire::matches(const QByteArray &bytes, const QVector<WireItem> &items,
-                   QDataStream::ByteOrder order, int &length)
+bool matches(const QByteArray &bytes, const QVector<WireItem> &items, QDataStream::ByteOrder order,
+             int &length)
 {
     static const QByteArray nullText("\xff\xff\xff\xff", 4);
     length = 0;
@@ -137,10 +140,12 @@ bool Wire::matches(const QByteArray &bytes, const QVector<WireItem> &items,
     return true;
 }
 
-QString Wire::words(const QVector<WireItem> &items)
+QString words(const QVector<WireItem> &items)
 {
     QStringList list;
     for (const WireItem &item : items)
         list.append(wordsOf(item));
     return list.join(QStringLiteral(", "));
 }
+
+} // namespace Wire

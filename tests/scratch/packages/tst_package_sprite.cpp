@@ -6,7 +6,6 @@
 #include "flipbook/scratch/spriteexport.h"
 
 #include <KZip>
-
 #include <QtCore/QBuffer>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>

@@ -3,7 +3,6 @@
 #include "flipbook/base/failure.h"
 
 #include <KZip>
-
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
