@@ -20,7 +20,7 @@ void MemoryAccount::require(qint64 bytes, const QString &subject, const QString 
     if (hasRoomFor(bytes))
         return;
     const QString besides = m_taken == 0 ? QString()
-                                         : QStringLiteral(" besides the %1 that are taken already")
+                                         : QStringLiteral(" in addition to the %1 already in use")
                                                .arg(MemoryBudget::text(m_taken));
     throw OverBudget{
         {subject, QStringLiteral("%1 would need %2 of memory%3, more than the %4 that "

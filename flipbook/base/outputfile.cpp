@@ -62,7 +62,7 @@ void checkOutput(const QString &path, const QStringList &inputs)
     if (info.isDir())
         throw Failure{path, QStringLiteral("is a folder")};
     if (isSpecialFile(path))
-        throw Failure{path, QStringLiteral("is no regular file")};
+        throw Failure{path, QStringLiteral("is not a regular file")};
     if (!info.absoluteDir().exists())
         throw Failure{path, QStringLiteral("its folder does not exist")};
 }
@@ -103,7 +103,7 @@ void prepareOutputFolder(const QString &path)
     const QFileInfo info(folder);
     if (info.exists()) {
         if (!info.isDir())
-            throw Failure{path, QStringLiteral("is no folder")};
+            throw Failure{path, QStringLiteral("is not a folder")};
         if (!QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
                                   QDir::NoDotAndDotDot))
             throw Failure{path, QStringLiteral("is a folder that is not empty")};

@@ -21,14 +21,14 @@ QList<Command> commands()
 QString overview()
 {
     QString text = QStringLiteral("Usage: flipbook COMMAND [ARGUMENT]...\n"
-                                  "Looks at, plays, edits and exports animated images.\n\n"
+                                  "Inspects, plays, edits and exports animated images.\n\n"
                                   "Commands:\n");
     const QList<Command> known = commands();
     for (const Command &command : known)
         text += QStringLiteral("  %1 %2\n      %3\n")
                     .arg(command.name, command.arguments, command.summary);
-    text += QStringLiteral("\n'flipbook COMMAND --help' tells more about a command;\n"
-                           "'flipbook --version' shows the version.");
+    text += QStringLiteral("\n'flipbook COMMAND --help' describes a command;\n"
+                           "'flipbook --version' prints the version.");
     return text;
 }
 
@@ -101,7 +101,7 @@ int dispatch(const QStringList &arguments)
     const auto command = std::find_if(known.begin(), known.end(),
                                       [&first](const Command &each) { return each.name == first; });
     if (command == known.end())
-        return wrongUsage(QStringLiteral("'%1' is no command").arg(first), QString());
+        return wrongUsage(QStringLiteral("'%1' is not a command").arg(first), QString());
     return runCommand(*command, arguments);
 }
 

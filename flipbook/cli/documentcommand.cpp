@@ -24,7 +24,7 @@ OpenedFile openDocument(const Plugin &plugin, const QString &path, Reading &read
 {
     OpenedFile opened = openNamed(plugin, path, reading);
     if (!opened.isDocument)
-        throw Failure{path, QStringLiteral("is no document; 'flipbook new' makes one")};
+        throw Failure{path, QStringLiteral("is not a document; 'flipbook new' creates one")};
     return opened;
 }
 
@@ -43,8 +43,8 @@ Page &chosenPage(const QCommandLineParser &line, const QString &path, const Docu
 QCommandLineOption objectOption()
 {
     return {QStringLiteral("object"),
-            QStringLiteral("Take object N of a document, counted through all its pages as info "
-                           "lists them."),
+            QStringLiteral("Use object N of a document, counted through all its pages in the order "
+                           "of info."),
             QStringLiteral("N")};
 }
 

@@ -43,8 +43,8 @@ void run(const QCommandLineParser &line)
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openDocument(plugin, path, reading);
     if (!opened.warnings.isEmpty() && !line.isSet(QStringLiteral("force")))
-        throw Failure{path, QStringLiteral("what cannot be read of it would be lost for good; "
-                                           "--force saves it without that")};
+        throw Failure{path, QStringLiteral("the parts that cannot be read would be lost; "
+                                           "--force saves it without them")};
     CBaseObject &object = chosenObject(line, path, opened);
     EditTarget target{plugin, pageOf(object), &object, reading};
 
@@ -59,13 +59,13 @@ Command editCommand()
 {
     Command command{QStringLiteral("edit"),
                     QStringLiteral("DOC OPERATION..."),
-                    QStringLiteral("Edit an object: all operations in their order, or none."),
+                    QStringLiteral("Edit an object: apply all operations in order, or none."),
                     {},
                     run};
     for (const EditOption &option : editOptions())
         command.options.append({option.name, option.help, option.value});
     command.options.append(objectOption());
-    command.options.append(
-        {QStringLiteral("force"), QStringLiteral("Save a damaged document without what is lost.")});
+    command.options.append({QStringLiteral("force"),
+                            QStringLiteral("Save a damaged document without the damaged parts.")});
     return command;
 }

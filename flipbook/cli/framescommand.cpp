@@ -38,8 +38,8 @@ Command framesCommand()
 {
     return {QStringLiteral("frames"),
             QStringLiteral("FILE -o FOLDER [--object N]"),
-            QStringLiteral("Write the frames as PNG files, with the config.json that imports them "
-                           "again."),
+            QStringLiteral("Write the frames as PNG files, with a config.json, so that they can "
+                           "be imported again."),
             {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
               QStringLiteral("FOLDER")},
              objectOption()},

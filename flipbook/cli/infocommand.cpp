@@ -53,7 +53,8 @@ Command infoCommand()
 {
     return {QStringLiteral("info"),
             QStringLiteral("FILE [--json]"),
-            QStringLiteral("Tell the figures of a film or document: frames, size, timing, memory."),
-            {{QStringLiteral("json"), QStringLiteral("Answer with a JSON object.")}},
+            QStringLiteral(
+                "Print figures about an animation or document: frames, size, timing, memory."),
+            {{QStringLiteral("json"), QStringLiteral("Print a JSON object.")}},
             run};
 }

@@ -34,8 +34,8 @@ QString intervalText(const ObjectSummary &summary, const std::optional<GifDescri
         text += QStringLiteral(" (%1 s for all frames)")
                     .arg(double(summary.intervalMs) * summary.frames / 1000.0);
     if (gif && gif->shortestDelay != gif->longestDelay)
-        text += QStringLiteral("; the file's own delays differ, from %1 to %2 ms, but all frames "
-                               "are shown for the same time")
+        text += QStringLiteral("; the delays in the file differ, from %1 to %2 ms, but all frames "
+                               "have the same duration")
                     .arg(gif->shortestDelay)
                     .arg(gif->longestDelay);
     return text;
@@ -47,7 +47,7 @@ QString loopsText(const ObjectSummary &summary, const std::optional<GifDescripto
                        .arg(loopWords(summary.loopCount))
                        .arg(summary.loopCount);
     if (gif && gif->frames > 1 && !gif->repetitions)
-        text += QStringLiteral("; the file itself does not ask to be repeated");
+        text += QStringLiteral("; the file itself has no loop count");
     return text;
 }
 

@@ -56,9 +56,9 @@ void warnOfUnevenTiming(const Film &film)
 {
     const int interval = AnimatedObject(*film.object).intervalMs();
     Console::warn(film.path,
-                  QStringLiteral("its frames are shown for different times, but here all are shown "
-                                 "for %1 ms: one pass takes %2 instead of %3; --keep-timing keeps "
-                                 "the rhythm by repeating frames")
+                  QStringLiteral("its frames have different durations, but here each is shown "
+                                 "for %1 ms: one pass takes %2 instead of %3; --keep-timing "
+                                 "preserves the timing by repeating frames")
                       .arg(QString::number(interval),
                            seconds(qint64(interval) * film.delays.size()),
                            seconds(totalMs(film.delays))));
@@ -110,11 +110,11 @@ void run(const QCommandLineParser &line)
     const QString path = takeDocument(added);
     if (added.isEmpty() == line.isSet(QStringLiteral("add")))
         throw UsageError{added.isEmpty() ? QStringLiteral("--add needs files")
-                                         : QStringLiteral("files to put in come after --add")};
+                                         : QStringLiteral("files to be added must follow --add")};
     Reading reading = Arguments::reading(line);
     checkOutput(path, added);
     if (QFileInfo::exists(path) && !line.isSet(QStringLiteral("force")))
-        throw Failure{path, QStringLiteral("is there already; --force replaces it")};
+        throw Failure{path, QStringLiteral("already exists; --force replaces it")};
 
     const Plugin plugin = openPlugin(line);
     Document document;
@@ -133,13 +133,13 @@ Command newCommand()
 {
     return {QStringLiteral("new"),
             QStringLiteral("DOC.flipbook [--add FILE...] [--keep-timing] [--force]"),
-            QStringLiteral("Make a document with one page that holds these films and pictures."),
+            QStringLiteral("Create a document with these animations and pictures on its page."),
             {{QStringLiteral("add"),
-              QStringLiteral("Put the FILEs that follow, GIFs, frame folders or pictures, on the "
-                             "page.")},
+              QStringLiteral("Add the following FILEs to the page: GIFs, frame folders or "
+                             "pictures.")},
              {QStringLiteral("keep-timing"),
-              QStringLiteral("Repeat frames of GIFs that show them for different times, so that "
-                             "their rhythm is kept.")},
-             {QStringLiteral("force"), QStringLiteral("Replace a document that is there.")}},
+              QStringLiteral("Preserve the timing of GIFs whose frames have different "
+                             "durations, by repeating frames.")},
+             {QStringLiteral("force"), QStringLiteral("Replace an existing document.")}},
             run};
 }

@@ -61,8 +61,8 @@ void run(const QCommandLineParser &line)
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openNamed(plugin, path, reading);
     if (opened.isDocument)
-        throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
-                                           "wanted here")};
+        throw Failure{path, QStringLiteral("is a document, not a GIF, a frame folder or a "
+                                           "picture")};
     const AnimatedObject object(*opened.objects().constFirst());
     if (object.frameCount() == 1) {
         showStill(object);
@@ -83,8 +83,8 @@ Command playCommand()
             QStringLiteral("FILE [--loops N]"),
             QStringLiteral("Play the frames in real time, with a line for each frame shown."),
             {{QStringLiteral("loops"),
-              QStringLiteral("Play N times, whatever the file says (default: as the file says; "
-                             "Ctrl-C ends what plays forever)."),
+              QStringLiteral("Play N times (default: as often as the file says; Ctrl-C ends an "
+                             "animation that plays forever)."),
               QStringLiteral("N")}},
             run};
 }

@@ -67,14 +67,14 @@ Command recordCommand()
 {
     return {QStringLiteral("record"),
             QStringLiteral("DOC.flipbook -o FOLDER --seconds S [--fps N] [--page N] [--scale S]"),
-            QStringLiteral("Play a page picture by picture into numbered PNG files."),
+            QStringLiteral("Present a page and write what is shown as numbered PNG files."),
             {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
               QStringLiteral("FOLDER")},
              {QStringLiteral("seconds"), QStringLiteral("Record S seconds, such as 2.5."),
               QStringLiteral("S")},
              {QStringLiteral("fps"),
-              QStringLiteral("Write N pictures for each second (default: 25). Films move on every "
-                             "40 ms, whatever N is."),
+              QStringLiteral("Write N pictures for each second (default: 25). Animations advance "
+                             "every 40 ms for any N."),
               QStringLiteral("N")},
              pageOption(),
              {QStringLiteral("scale"),

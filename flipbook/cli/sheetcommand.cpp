@@ -35,7 +35,7 @@ void run(const QCommandLineParser &line)
     const OpenedFile opened = openNamed(plugin, path, reading);
     checkOutput(output, reading);
     if (QFontDatabase().families().isEmpty())
-        Console::warn(output, QStringLiteral("no font is installed; there are no labels"));
+        Console::warn(output, QStringLiteral("no font is installed; labels are omitted"));
     writePng(output, paint(path, opened.objects()));
 }
 
@@ -46,7 +46,7 @@ Command sheetCommand()
     return {QStringLiteral("sheet"),
             QStringLiteral("FILE -o OUT.png"),
             QStringLiteral(
-                "Paint all frames, of a document those of all objects, on one contact sheet."),
+                "Paint all frames of an animation, or of all objects of a document, on a sheet."),
             {{QStringLiteral("o"), QStringLiteral("Write the sheet to OUT.png."),
               QStringLiteral("OUT.png")}},
             run};

@@ -67,7 +67,7 @@ DocumentArchive::DocumentArchive(std::unique_ptr<QFile> file, const QString &pat
     , m_file(std::move(file))
 {
     if (m_file->peek(2) != "PK")
-        throw Failure{path, QStringLiteral("not a flipbook document: it is no zip archive")};
+        throw Failure{path, QStringLiteral("not a flipbook document: it is not a zip archive")};
     m_zip = std::make_unique<KZip>(m_file.get());
     if (!m_zip->open(QIODevice::ReadOnly) || !m_zip->directory())
         throw Failure{path, QStringLiteral("the document is damaged: its archive cannot be read")};

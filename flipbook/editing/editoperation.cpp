@@ -188,7 +188,7 @@ constexpr Entry Entries[] = {
     {"replace", "AT=FILE", "Give frame AT the picture in FILE.", replacePicture},
     {"replace-all", "FILE", "Replace all frames by the picture in FILE.", replaceAll},
     {"interval", "MS", "Show each frame for MS milliseconds.", setInterval},
-    {"loops", "N|forever|once", "Play the film N times, for ever, or once.", setLoops},
+    {"loops", "N|forever|once", "Play the animation N times, forever, or once.", setLoops},
     {"type", "normal|background", "Make the object an ordinary one or a tiled background.",
      setType},
     {"mirror", "", "Mirror the object left to right.", mirror},
@@ -221,7 +221,7 @@ EditOperation parseEditOperation(const QString &name, const QString &value)
             throw UsageError{QStringLiteral("%1: %2").arg(text, error.reason)};
         }
     }
-    throw UsageError{QStringLiteral("'--%1' is no operation").arg(name)};
+    throw UsageError{QStringLiteral("'--%1' is not an operation").arg(name)};
 }
 
 void applyAll(const QVector<EditOperation> &operations, EditTarget &target, const QString &document)

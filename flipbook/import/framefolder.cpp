@@ -114,9 +114,9 @@ QJsonObject FolderCopier::parse(const QByteArray &bytes)
             m_config,
             QStringLiteral("not JSON: %1 at byte %2").arg(error.errorString()).arg(error.offset)};
     if (!document.isObject())
-        throw Failure{m_config, QStringLiteral("it holds an array, not an object")};
+        throw Failure{m_config, QStringLiteral("it contains an array, not an object")};
     if (zero >= 0)
-        warn(QStringLiteral("what stands behind the zero byte at %1 is not read").arg(zero));
+        warn(QStringLiteral("the bytes after the zero byte at %1 are ignored").arg(zero));
     return document.object();
 }
 
@@ -158,8 +158,8 @@ QString FolderCopier::copiedPicture(int number, const QString &name)
     const QString subject =
         QStringLiteral("\"filename\" of element %1, '%2', ").arg(QString::number(number), name);
     if (name.startsWith(QLatin1Char('/')))
-        warn(subject + QStringLiteral("is absolute, but is looked for inside the folder"));
-    QString reason = QStringLiteral("is no picture that can be read");
+        warn(subject + QStringLiteral("is absolute, but is looked up in the folder"));
+    QString reason = QStringLiteral("is not a picture that can be read");
     try {
         const Picture picture = pictureNamed(name);
         if (picture.memory > 0) {

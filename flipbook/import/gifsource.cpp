@@ -30,8 +30,7 @@ void refuseEmpty(const QString &path, const GifDescriptors &gif)
 void refuseUnnamed(const QString &path)
 {
     if (!isGifPath(path))
-        throw Failure{path, QStringLiteral("a GIF whose name does not say so; rename it to end "
-                                           "in .gif")};
+        throw Failure{path, QStringLiteral("a GIF without \".gif\" in its name; rename it")};
 }
 
 void count(const QString &copy, const QString &path, const GifDescriptors &gif,
@@ -51,13 +50,13 @@ QString cutShortText(const GifDescriptors &gif)
 {
     const QString count = frameCountText(gif.frames);
     if (gif.wholeFrames == gif.frames)
-        return QStringLiteral("cut short: its end is missing; its %1 %2 whole")
+        return QStringLiteral("truncated: its end is missing; its %1 %2 complete")
             .arg(count, gif.frames == 1 ? QStringLiteral("is") : QStringLiteral("are"));
     if (gif.frames == 1)
-        return QStringLiteral("cut short: its only frame could not be read whole");
+        return QStringLiteral("truncated: its only frame could not be read completely");
     const QString whole =
         gif.wholeFrames == 0 ? QStringLiteral("none") : QString::number(gif.wholeFrames);
-    return QStringLiteral("cut short: %1 of %2 could be read whole").arg(whole, count);
+    return QStringLiteral("truncated: %1 of %2 could be read completely").arg(whole, count);
 }
 
 QStringList warningsOf(const GifDescriptors &gif)
@@ -66,7 +65,7 @@ QStringList warningsOf(const GifDescriptors &gif)
     if (gif.ending == GifEnding::CutShort)
         warnings << cutShortText(gif);
     if (gif.ending == GifEnding::UnknownBlock)
-        warnings << QStringLiteral("damaged: byte %1 begins no block; %2 before it")
+        warnings << QStringLiteral("damaged: no block starts at byte %1; %2 before it")
                         .arg(gif.endOffset)
                         .arg(frameCountText(gif.frames));
     for (const GifDamage &damage : gif.damages)
@@ -75,7 +74,7 @@ QStringList warningsOf(const GifDescriptors &gif)
     if (unnamed > 0)
         warnings << QStringLiteral("%1 more damaged").arg(frameCountText(unnamed));
     if (gif.leavesScreenUnset && !warnings.isEmpty())
-        warnings << QStringLiteral("what no frame covers is transparent");
+        warnings << QStringLiteral("pixels that no frame covers are transparent");
     if (gif.unusual)
         warnings << QStringLiteral("frame %1 is unusual: %2, and other programs may not read it")
                         .arg(gif.unusual->frame)
@@ -88,17 +87,17 @@ QStringList warningsOf(const GifDescriptors &gif)
 QString reasonNothingIsRead(const GifDescriptors &gif)
 {
     if (!gif.hasScreen)
-        return QStringLiteral("cut short within its first %1 bytes; nothing could be read")
+        return QStringLiteral("truncated within its first %1 bytes; nothing could be read")
             .arg(gif.endOffset);
     if (!gif.damages.isEmpty())
         return QStringLiteral("damaged; nothing could be read: in frame %1, %2")
             .arg(gif.damages.first().frame)
             .arg(gif.damages.first().what);
     if (gif.ending == GifEnding::UnknownBlock)
-        return QStringLiteral("damaged: byte %1 begins no block; nothing could be read")
+        return QStringLiteral("damaged: no block starts at byte %1; nothing could be read")
             .arg(gif.endOffset);
     if (gif.ending == GifEnding::CutShort)
-        return QStringLiteral("cut short after %1 bytes%2")
+        return QStringLiteral("truncated after %1 bytes%2")
             .arg(QString::number(gif.endOffset), gif.pixelsFound
                                                      ? QStringLiteral("; no picture could be read")
                                                      : QStringLiteral(", before any picture"));

@@ -87,8 +87,8 @@ ImportedMedia importMedia(const Plugin &plugin, Source &source, const QString &p
         importFolder(media, source.folder, path, reading);
         break;
     case SourceKind::Document:
-        throw Failure{path, QStringLiteral("is a document; a GIF, a frame folder or a picture is "
-                                           "wanted here")};
+        throw Failure{path, QStringLiteral("is a document, not a GIF, a frame folder or a "
+                                           "picture")};
     case SourceKind::OtherFile:
         importPicture(media, *source.file, path, reading);
         break;

@@ -40,8 +40,9 @@ Function Plugin::resolve(const char *name)
 {
     const QFunctionPointer function = m_library.resolve(name);
     if (!function)
-        throw Failure{m_library.fileName(),
-                      QStringLiteral("not such a plug-in: it has no %1").arg(QLatin1String(name))};
+        throw Failure{
+            m_library.fileName(),
+            QStringLiteral("not an animated image plug-in: it has no %1").arg(QLatin1String(name))};
     return reinterpret_cast<Function>(function);
 }
 

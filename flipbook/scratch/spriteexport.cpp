@@ -87,8 +87,8 @@ SpriteExporter::SpriteExporter(const StagePlacement &placement, bool withScripts
 Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
 {
     if (object.frameCount() == 0)
-        throw Failure{name, QStringLiteral("has no frames, and Scratch takes no sprite without "
-                                           "costumes")};
+        throw Failure{name, QStringLiteral("has no frames, and Scratch does not accept a sprite "
+                                           "without costumes")};
     settleFrameSizes(object);
     CBaseObject &base = object.base();
     const QSizeF size = base.getSize();

@@ -172,10 +172,10 @@ void TestCorpus::knownFilesAreJudgedRightly_data()
         "1 frame of 6727 x 65351 pixels would need 3.3 GiB of memory, more than the 2.0 GiB that "
         "--max-memory allows",
         0);
-    row("issue-117-out-of-range", "warning: damaged: byte 541 begins no block; 1 frame before it",
-        1);
-    row("issue-96-small-codesize-2", "warning: cut short: its only frame could not be read whole",
-        1);
+    row("issue-117-out-of-range",
+        "warning: damaged: no block starts at byte 541; 1 frame before it", 1);
+    row("issue-96-small-codesize-2",
+        "warning: truncated: its only frame could not be read completely", 1);
     row("issue-96-small-codesize", "damaged; nothing could be read: in frame 1, it has no size", 0);
     // Sound in spite of their names: a picture that is there whole, and an extension of a kind of
     // its own, which is passed over.

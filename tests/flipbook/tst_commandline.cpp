@@ -74,7 +74,7 @@ void TestCommandLine::wrongUsageHasAStatusOfItsOwn_data()
         QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(reason);
     };
     row("", "a command is missing");
-    row("frob FILM", "'frob' is no command");
+    row("frob FILM", "'frob' is not a command");
     row("info", "a file is missing");
     row("info FILM other.gif", "'other.gif' is one file too many");
     row("info FILM --frob", "Unknown option 'frob'.");
@@ -124,9 +124,11 @@ void TestCommandLine::thePluginIsNamedWhenItCannotBeLoaded()
     const FlipbookRun other =
         flipbook({QStringLiteral("info"), m_film, QStringLiteral("--plugin"), framework});
     QCOMPARE(other.status, 1);
-    QCOMPARE(other.err, QStringLiteral("flipbook: %1: not such a plug-in: it has no "
-                                       "createObject_animatedImage\n")
-                            .arg(framework));
+    QCOMPARE(
+        other.err,
+        QStringLiteral(
+            "flipbook: %1: not an animated image plug-in: it has no createObject_animatedImage\n")
+            .arg(framework));
 }
 
 void TestCommandLine::theEnvironmentNamesAnotherPlugin()

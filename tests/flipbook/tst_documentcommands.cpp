@@ -88,9 +88,8 @@ void TestDocumentCommands::anExistingDocumentIsKept()
     const QStringList again = {m_document, QStringLiteral("--add"), m_film, m_film};
     const FlipbookRun refused = run(QStringLiteral("new"), again);
     QCOMPARE(refused.status, 1);
-    QCOMPARE(
-        refused.err,
-        QStringLiteral("flipbook: %1: is there already; --force replaces it\n").arg(m_document));
+    QCOMPARE(refused.err,
+             QStringLiteral("flipbook: %1: already exists; --force replaces it\n").arg(m_document));
     QCOMPARE(bytesOf(m_document), before);
     QCOMPARE(run(QStringLiteral("new"), again + QStringList(QStringLiteral("--force"))).status, 0);
     QVERIFY(bytesOf(m_document) != before);
@@ -117,7 +116,7 @@ void TestDocumentCommands::wrongUsageIsTold_data()
     row("new", "a file is missing");
     row("new film.gif", "'film.gif' does not end in .flipbook");
     row("new a.flipbook --add b.flipbook", "'b.flipbook' is one document too many");
-    row("new a.flipbook film.gif", "files to put in come after --add");
+    row("new a.flipbook film.gif", "files to be added must follow --add");
     row("new a.flipbook --add", "--add needs files");
     row("render a.flipbook -o p.png --scale 0",
         "--scale takes a number above 0, up to 100, not '0'");

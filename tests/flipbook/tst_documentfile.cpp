@@ -242,7 +242,7 @@ void TestDocumentFile::otherFilesAreRefused()
     const QString path = m_fixture->path(QStringLiteral("other.flipbook"));
     QCOMPARE(failureOf(path), QStringLiteral("not found"));
     writeBytes(path, "a few words");
-    QCOMPARE(failureOf(path), QStringLiteral("not a flipbook document: it is no zip archive"));
+    QCOMPARE(failureOf(path), QStringLiteral("not a flipbook document: it is not a zip archive"));
     // An archive without a single file.
     writeBytes(path, QByteArray("PK\5\6", 4) + QByteArray(18, '\0'));
     QCOMPARE(failureOf(path), QStringLiteral("not a flipbook document: it has no document.json"));

@@ -32,8 +32,8 @@ private Q_SLOTS:
             flipbook({QStringLiteral("edit"), m_path, QStringLiteral("--mirror")});
         QCOMPARE(run.status, 1);
         QVERIFY2(run.err.contains(QStringLiteral("is missing")), qPrintable(run.err));
-        QVERIFY2(run.err.endsWith(QStringLiteral("flipbook: %1: what cannot be read of it would be "
-                                                 "lost for good; --force saves it without that\n")
+        QVERIFY2(run.err.endsWith(QStringLiteral("flipbook: %1: the parts that cannot be read "
+                                                 "would be lost; --force saves it without them\n")
                                       .arg(m_path)),
                  qPrintable(run.err));
         QCOMPARE(bytesOf(m_path), bytes);

@@ -285,8 +285,9 @@ void TestEditRefusals::onlyDocumentsAreEdited()
     const QByteArray before = bytesOf(film);
     const QStringList mirror(QStringLiteral("--mirror"));
     FlipbookRun run = flipbook(QStringList({QStringLiteral("edit"), film}) + mirror);
-    QCOMPARE(run.err,
-             QStringLiteral("flipbook: %1: is no document; 'flipbook new' makes one\n").arg(film));
+    QCOMPARE(
+        run.err,
+        QStringLiteral("flipbook: %1: is not a document; 'flipbook new' creates one\n").arg(film));
     QCOMPARE(run.status, 1);
     QVERIFY(bytesOf(film) == before);
 

@@ -130,10 +130,10 @@ void TestForeignFiles::suchAPictureInAFolderIsAnEmptyFrame()
     QCOMPARE(::mkfifo(qPrintable(folder + QStringLiteral("/secret.png")), 0600), 0);
     const FlipbookRun run = flipbook({QStringLiteral("info"), folder});
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.err, QStringLiteral("flipbook: %1: warning: config.json: \"filename\" of element "
-                                     "2, 'sly.png', is no picture that can be read; its frame is "
-                                     "empty\n")
-                          .arg(folder));
+    QCOMPARE(run.err,
+             QStringLiteral("flipbook: %1: warning: config.json: \"filename\" of element 2, "
+                            "'sly.png', is not a picture that can be read; its frame is empty\n")
+                 .arg(folder));
 }
 
 void TestForeignFiles::aPipeBehindAMissingNameIsNotWaitedFor()

@@ -95,7 +95,7 @@ void TestFrameFolder::unusableConfigsAreRefused_data()
     row("a zero byte first", QByteArray("\0{}", 3), "the file is empty");
     row("no JSON", "ImageList = a.png", "not JSON: illegal value at byte 1");
     row("cut short", R"({"ImageList": [)", "not JSON: unterminated array at byte 15");
-    row("an array", R"([{"filename": "a.png"}])", "it holds an array, not an object");
+    row("an array", R"([{"filename": "a.png"}])", "it contains an array, not an object");
     row("no list", R"({"ShiftInterval": 3})", "it has no \"ImageList\"");
     row("a list that is none", R"({"ImageList": "a.png"})", "\"ImageList\" is not an array");
     row("an empty list", R"({"ImageList": []})", "\"ImageList\" is empty");
@@ -132,8 +132,8 @@ void TestFrameFolder::wrongKeysAreNamed_data()
     element("a folder", R"({"filename": "."})",
             "\"filename\" of element 2, '.', is a folder; its frame is empty");
     element("no picture", R"({"filename": "config.json"})",
-            "\"filename\" of element 2, 'config.json', is no picture that can be read; its frame "
-            "is empty");
+            "\"filename\" of element 2, 'config.json', is not a picture that can be read; its "
+            "frame is empty");
     key("half a millisecond", R"("ShiftInterval": 120.5)",
         "\"ShiftInterval\" is not a whole number and counts as 0");
     key("a text for a number", R"("LoopCount": "3")",

@@ -117,7 +117,7 @@ void TestGifCommands::infoSaysWhenDelaysDiffer()
     GifBuilder(4, 4).add(0, 50).add(1, 4).write(film);
     const FlipbookRun run = info(film);
     QVERIFY2(run.out.contains(QStringLiteral("  interval  500 ms (1 s for all frames); the file's "
-                                             "own delays differ, from 40 to 500 ms")),
+                                             "delays in the file differ, from 40 to 500 ms")),
              qPrintable(run.out));
 }
 
@@ -129,8 +129,8 @@ void TestGifCommands::loopsAreToldInWordsAndNumbers_data()
     QTest::newRow("one") << 1 << QStringLiteral("once (loop count 0)\n");
     QTest::newRow("three") << 3 << QStringLiteral("3 times (loop count 2)\n");
     QTest::newRow("none") << -1
-                          << QStringLiteral("forever (loop count -1); the file itself does not ask "
-                                            "to be repeated\n");
+                          << QStringLiteral(
+                                 "forever (loop count -1); the file itself has no loop count\n");
 }
 
 void TestGifCommands::loopsAreToldInWordsAndNumbers()
@@ -218,7 +218,7 @@ void TestGifCommands::aSheetThatCannotBeWrittenLeavesNothing()
     const FlipbookRun special =
         flipbook({QStringLiteral("sheet"), film, QStringLiteral("-o"), device});
     QCOMPARE(special.status, 1);
-    QCOMPARE(special.err, QStringLiteral("flipbook: %1: is no regular file\n").arg(device));
+    QCOMPARE(special.err, QStringLiteral("flipbook: %1: is not a regular file\n").arg(device));
 }
 
 void TestGifCommands::playShowsEachFrameOnceAndStops()
@@ -317,13 +317,13 @@ void TestGifCommands::filesThatCannotBeReadAreNamed_data()
                                << QStringLiteral("a GIF without frames");
     QTest::newRow("cut in the screen")
         << QStringLiteral("head.gif") << film.left(9)
-        << QStringLiteral("cut short within its first 9 bytes; nothing could be read");
+        << QStringLiteral("truncated within its first 9 bytes; nothing could be read");
     QTest::newRow("cut before a picture")
         << QStringLiteral("cut.gif") << film.left(30)
-        << QStringLiteral("cut short after 30 bytes, before any picture");
+        << QStringLiteral("truncated after 30 bytes, before any picture");
     QTest::newRow("under another name")
         << QStringLiteral("film.dat") << film
-        << QStringLiteral("a GIF whose name does not say so; rename it to end in .gif");
+        << QStringLiteral("a GIF without \".gif\" in its name; rename it");
 }
 
 void TestGifCommands::filesThatCannotBeReadAreNamed()
@@ -384,19 +384,19 @@ void TestGifCommands::aCutFileTellsWhatCouldBeRead_data()
             << length << status << QString::fromLatin1(message);
     };
     row(1, 1, "not a picture");
-    row(12, 1, "cut short within its first 12 bytes; nothing could be read");
-    row(13, 1, "cut short after 13 bytes, before any picture");
-    row(33, 1, "cut short after 33 bytes, before any picture");
-    row(44, 1, "cut short after 44 bytes, before any picture");
+    row(12, 1, "truncated within its first 12 bytes; nothing could be read");
+    row(13, 1, "truncated after 13 bytes, before any picture");
+    row(33, 1, "truncated after 33 bytes, before any picture");
+    row(44, 1, "truncated after 44 bytes, before any picture");
     // The first of its two bytes of data holds two codes: clear, and a pixel.
-    row(45, 1, "cut short after 45 bytes, before any picture");
-    row(46, 0, "warning: cut short: its only frame could not be read whole");
-    row(47, 0, "warning: cut short: its only frame could not be read whole");
-    row(48, 0, "warning: cut short: its end is missing; its 1 frame is whole");
-    row(56, 0, "warning: cut short: its end is missing; its 1 frame is whole");
-    row(57, 0, "warning: cut short: 1 of 2 frames could be read whole");
-    row(70, 0, "warning: cut short: 1 of 2 frames could be read whole");
-    row(71, 0, "warning: cut short: its end is missing; its 2 frames are whole");
+    row(45, 1, "truncated after 45 bytes, before any picture");
+    row(46, 0, "warning: truncated: its only frame could not be read completely");
+    row(47, 0, "warning: truncated: its only frame could not be read completely");
+    row(48, 0, "warning: truncated: its end is missing; its 1 frame is complete");
+    row(56, 0, "warning: truncated: its end is missing; its 1 frame is complete");
+    row(57, 0, "warning: truncated: 1 of 2 frames could be read completely");
+    row(70, 0, "warning: truncated: 1 of 2 frames could be read completely");
+    row(71, 0, "warning: truncated: its end is missing; its 2 frames are complete");
     row(72, 0, "");
 }
 
@@ -471,8 +471,7 @@ void TestGifCommands::aFileOfWhichNothingIsReadSaysWhy_data()
         head + frame + QByteArray::fromHex("0202fc0100") + "!\xfe" + QByteArray(40000, '\x7f'),
         "damaged; nothing could be read: in frame 1, its picture data are invalid");
     row("an unknown block first", head + "?hello",
-        "damaged: byte 19 begins no block; nothing could "
-        "be read");
+        "damaged: no block starts at byte 19; nothing could be read");
 }
 
 void TestGifCommands::aFileOfWhichNothingIsReadSaysWhy()

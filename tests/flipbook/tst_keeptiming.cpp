@@ -147,9 +147,9 @@ void TestKeepTiming::theMessageTellsWhatBecomesOfTheLength()
     QCOMPARE(run.status, 0);
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err,
-             QStringLiteral("flipbook: %1: warning: its frames are shown for different times, but "
-                            "here all are shown for 50 ms: one pass takes 0.15 s instead of 0.35 "
-                            "s; --keep-timing keeps the rhythm by repeating frames\n")
+             QStringLiteral("flipbook: %1: warning: its frames have different durations, but here "
+                            "each is shown for 50 ms: one pass takes 0.15 s instead of 0.35 s; "
+                            "--keep-timing preserves the timing by repeating frames\n")
                  .arg(film));
     QCOMPARE(made().intervalMs, 50);
     QCOMPARE(made().frames.size(), 3);
@@ -205,9 +205,10 @@ void TestKeepTiming::aFilmThatWasCutKeepsTheRhythmOfItsFrames()
     writeBytes(film, bytes.left(thirdFrame + 8 + 10 + 1));
     const FlipbookRun run = make({QStringLiteral("--keep-timing"), QStringLiteral("--add"), film});
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.err, QStringLiteral("flipbook: %1: warning: cut short: 2 of 3 frames could be "
-                                     "read whole\n")
-                          .arg(film));
+    QCOMPARE(
+        run.err,
+        QStringLiteral("flipbook: %1: warning: truncated: 2 of 3 frames could be read completely\n")
+            .arg(film));
     QCOMPARE(made().intervalMs, 50);
     QCOMPARE(made().frames.mid(0, 3), QStringList({QStringLiteral("film_1 #ff0000 4x3"),
                                                    QStringLiteral("film_2 #00ff00 4x3"),

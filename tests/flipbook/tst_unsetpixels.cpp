@@ -191,10 +191,11 @@ void TestUnsetPixels::aDamagedGifSaysWhatIsTransparent()
     const QString file = path(QStringLiteral("damaged.gif"));
     writeBytes(file, whole.left(whole.size() - 1));
     const FlipbookRun run = flipbook({QStringLiteral("info"), file});
-    QCOMPARE(run.err, QStringLiteral("flipbook: %1: warning: cut short: its end is missing; its 2 "
-                                     "frames are whole\n"
-                                     "flipbook: %1: warning: what no frame covers is transparent\n")
-                          .arg(file));
+    QCOMPARE(run.err,
+             QStringLiteral(
+                 "flipbook: %1: warning: truncated: its end is missing; its 2 frames are "
+                 "complete\nflipbook: %1: warning: pixels that no frame covers are transparent\n")
+                 .arg(file));
     QCOMPARE(run.status, 0);
     // Cut in the data of the first frame, of which the first row is there.
     writeBytes(file, whole.left(25 + 19 + 18 + 12 + 2 + 2));

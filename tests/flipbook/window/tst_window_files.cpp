@@ -110,7 +110,7 @@ void TestWindowFiles::aFileThatCannotBeOpenedIsNamedAndTheDocumentStays()
     QVERIFY(!m_fixture->window().files().open(path));
     QCOMPARE(
         m_fixture->messages(),
-        QStringList({path + QStringLiteral(": not a flipbook document: it is no zip archive")}));
+        QStringList({path + QStringLiteral(": not a flipbook document: it is not a zip archive")}));
     QCOMPARE(m_fixture->page().objects().size(), 1);
 }
 

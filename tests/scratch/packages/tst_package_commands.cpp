@@ -100,8 +100,8 @@ void TestPackageCommands::anObjectWithoutFramesGivesAMessageAndNoFile()
     const QString document = path(QStringLiteral("empty.flipbook"));
     const FlipbookRun run = flipbook({command, document, QStringLiteral("-o"), path(output)});
     QCOMPARE(run.status, 1);
-    QCOMPARE(run.err, QStringLiteral("flipbook: %1: film: has no frames, and Scratch takes no "
-                                     "sprite without costumes\n")
+    QCOMPARE(run.err, QStringLiteral("flipbook: %1: film: has no frames, and Scratch does not "
+                                     "accept a sprite without costumes\n")
                           .arg(document));
     QCOMPARE(files(), m_files);
 }

@@ -172,8 +172,9 @@ private Q_SLOTS:
             QFAIL("a sprite without costumes was made");
         } catch (const Failure &failure) {
             QCOMPARE(failure.subject, QStringLiteral("nothing"));
-            QCOMPARE(failure.reason, QStringLiteral("has no frames, and Scratch takes no sprite "
-                                                    "without costumes"));
+            QCOMPARE(failure.reason,
+                     QStringLiteral(
+                         "has no frames, and Scratch does not accept a sprite without costumes"));
         }
     }
 
