@@ -18,6 +18,8 @@ private Q_SLOTS:
     void aMissingRowIsNoticed();
     void aRowTooManyIsNoticed();
     void aRowInTheWrongTableIsNoticed();
+    void theGuideListsTheAttributesThatTheObjectHandles();
+    void theGuideNamesNumbersAsTheConstantsDo();
     void requestsAreKnownForAllOfThem();
     void everyOtherNumberGoesToTheBase_data();
     void everyOtherNumberGoesToTheBase();
@@ -101,23 +103,44 @@ QStringList handledRows()
     return rows;
 }
 
+/// The numbers of the attributes that are answered true, by the object or by its base.
+QStringList handledAttributes()
+{
+    QStringList numbers;
+    for (int id = 2600; id < 2900; ++id) {
+        Stage stage(solidFrames({{4, 3}}));
+        Request request(QByteArray(2, '\0'));
+        if (stage->SetAttribute(id, request.stream(), false))
+            numbers.append(QString::number(id));
+    }
+    return numbers;
+}
+
+QString textOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 QString guide()
 {
-    QFile file(QFINDTESTDATA("../../../docs/integrators.md"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return textOf(QFINDTESTDATA("../../../docs/integrators.md"));
+}
+
+/// What the groups of @p form find in @p text, joined by a blank.
+QStringList found(const QString &form, const QString &text)
+{
+    const QRegularExpression expression(form, QRegularExpression::MultilineOption);
+    QStringList rows;
+    auto matches = expression.globalMatch(text);
+    while (matches.hasNext())
+        rows.append(matches.next().capturedTexts().mid(1).join(QLatin1Char(' ')));
+    return rows;
 }
 
 QStringList rowsOf(const QString &text)
 {
-    static const QRegularExpression form(QStringLiteral("^\\| *(get|set) *\\| *(\\d+) *\\|"),
-                                         QRegularExpression::MultilineOption);
-    QStringList rows;
-    auto matches = form.globalMatch(text);
-    while (matches.hasNext()) {
-        const QRegularExpressionMatch match = matches.next();
-        rows.append(match.captured(1) + QLatin1Char(' ') + match.captured(2));
-    }
-    return rows;
+    return found(QStringLiteral("^\\| *(get|set) *\\| *(\\d+) *\\|"), text);
 }
 
 /// What one of two lists has and the other has not, or has another number of times.
@@ -169,6 +192,31 @@ void TestPropertiesGuide::aRowInTheWrongTableIsNoticed()
     QCOMPARE(differences(handledRows(), rowsOf(text)),
              (QStringList{QStringLiteral("not in the guide: set 5016"),
                           QStringLiteral("only in the guide: get 5016")}));
+}
+
+void TestPropertiesGuide::theGuideListsTheAttributesThatTheObjectHandles()
+{
+    const QStringList handled = handledAttributes();
+    QCOMPARE(handled.size(), 5);
+    const QString row = QStringLiteral("^\\| *(2\\d{3}) *\\|");
+    QCOMPARE(differences(handled, found(row, guide())), QStringList());
+}
+
+void TestPropertiesGuide::theGuideNamesNumbersAsTheConstantsDo()
+{
+    const QString constant = QStringLiteral("^constexpr int (\\w+) = (\\d+);");
+    QStringList constants;
+    for (const QString &header : {QFINDTESTDATA("../../../host/specialpropertyids.h"),
+                                  QFINDTESTDATA("../../../host/attributeids.h")})
+        constants += found(constant, textOf(header));
+    QCOMPARE(constants.size(), 26);
+    const QString row = QStringLiteral("^\\| (?:(?:get|set) \\| )?(\\d{4}) \\| `(\\w+)` \\|");
+    QStringList named;
+    QStringList rows = found(row, guide());
+    rows.removeDuplicates(); // a number may be one to get and one to set
+    for (const QString &text : qAsConst(rows))
+        named.append(text.section(QLatin1Char(' '), 1) + QLatin1Char(' ') + text.left(4));
+    QCOMPARE(differences(constants, named), QStringList());
 }
 
 void TestPropertiesGuide::requestsAreKnownForAllOfThem()
