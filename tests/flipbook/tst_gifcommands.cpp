@@ -116,7 +116,7 @@ void TestGifCommands::infoSaysWhenDelaysDiffer()
     const QString film = path(QStringLiteral("uneven.gif"));
     GifBuilder(4, 4).add(0, 50).add(1, 4).write(film);
     const FlipbookRun run = info(film);
-    QVERIFY2(run.out.contains(QStringLiteral("  interval  500 ms (1 s for all frames); the file's "
+    QVERIFY2(run.out.contains(QStringLiteral("  interval  500 ms (1 s for all frames); the "
                                              "delays in the file differ, from 40 to 500 ms")),
              qPrintable(run.out));
 }

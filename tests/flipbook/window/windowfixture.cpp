@@ -16,14 +16,33 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
+namespace
+{
+
+QtMessageHandler nextHandler = nullptr;
+
+// Without a screen Qt warns of size hints at every window, which says nothing of ours.
+void dropSizeHintWarnings(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (text != QLatin1String("This plugin does not support propagateSizeHints()"))
+        nextHandler(type, context, text);
+}
+
+} // namespace
+
 WindowFixture::WindowFixture()
     : m_plugin(QStringLiteral(PLUGIN_FILE))
 {
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
+    m_handlerBefore = nextHandler = qInstallMessageHandler(dropSizeHintWarnings);
     open();
 }
 
-WindowFixture::~WindowFixture() = default;
+WindowFixture::~WindowFixture()
+{
+    m_window.reset();
+    qInstallMessageHandler(m_handlerBefore);
+}
 
 void WindowFixture::open()
 {

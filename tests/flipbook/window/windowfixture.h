@@ -64,6 +64,7 @@ private:
     void open();
 
     QTemporaryDir m_folder;
+    QtMessageHandler m_handlerBefore = nullptr;
     Plugin m_plugin;
     std::unique_ptr<MainWindow> m_window;
 };
