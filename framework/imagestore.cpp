@@ -16,11 +16,18 @@ QString digestOf(const QByteArray &png)
 
 QString ImageStore::add(const QImage &image)
 {
+    const auto known = m_known.constFind(image.cacheKey());
+    if (known != m_known.constEnd()) {
+        m_used.insert(*known);
+        return *known;
+    }
     const QByteArray png = PictureCodec::encode(image);
     if (png.isEmpty())
         return {};
     const QString digest = digestOf(png);
     m_pngs.insert(digest, png);
+    m_known.insert(image.cacheKey(), digest);
+    m_used.insert(digest);
     return digest;
 }
 
@@ -34,7 +41,12 @@ bool ImageStore::addPng(const QString &digest, const QByteArray &bytes)
 
 QImage ImageStore::image(const QString &digest) const
 {
-    return PictureCodec::decode(m_pngs.value(digest));
+    bool isOwn = false;
+    const QImage image = PictureCodec::decode(m_pngs.value(digest), &isOwn);
+    // A file of another program is encoded again if added, so that equal pixels have equal bytes.
+    if (isOwn)
+        m_known.insert(image.cacheKey(), digest);
+    return image;
 }
 
 QByteArray ImageStore::png(const QString &digest) const
@@ -55,9 +67,30 @@ QList<QString> ImageStore::digests() const
 void ImageStore::remove(const QString &digest)
 {
     m_pngs.remove(digest);
+    forgetDropped();
 }
 
 void ImageStore::clear()
 {
     m_pngs.clear();
+    forgetDropped();
+}
+
+void ImageStore::beginUse()
+{
+    m_used.clear();
+}
+
+void ImageStore::dropUnused()
+{
+    for (auto png = m_pngs.begin(); png != m_pngs.end();)
+        png = m_used.contains(png.key()) ? std::next(png) : m_pngs.erase(png);
+    forgetDropped();
+}
+
+/// Forgets the digests of pictures that are not in the store any more.
+void ImageStore::forgetDropped()
+{
+    for (auto known = m_known.begin(); known != m_known.end();)
+        known = m_pngs.contains(known.value()) ? std::next(known) : m_known.erase(known);
 }

@@ -3,15 +3,18 @@
 #include "framework/frameworkglobal.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QMap>
+#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtGui/QImage>
 
 /// The pictures of a document, each distinct one kept once, as a PNG file in memory. A picture is
 /// known by its digest: the MD5 of the PNG bytes as 32 lower-case hexadecimal digits.
 /// The same pixels always give the same bytes, on every machine, even if they were
-/// saved and loaded (see picturecodec.h).
+/// saved and loaded (see picturecodec.h). A picture that was added or returned before is recognised
+/// and not encoded again.
 class FRAMEWORK_API ImageStore
 {
 public:
@@ -31,6 +34,16 @@ public:
     void remove(const QString &digest);
     void clear();
 
+    /// Counts the pictures that are added from now on as in use, and no others.
+    void beginUse();
+    /// Drops the pictures that were not added since beginUse().
+    void dropUnused();
+
 private:
+    void forgetDropped();
+
     QMap<QString, QByteArray> m_pngs;
+    QSet<QString> m_used;
+    /// Digests of the pictures in the store by cacheKey(), which is unique to their pixels.
+    mutable QHash<qint64, QString> m_known;
 };

@@ -20,6 +20,13 @@ constexpr int NormalLayerCode = 0;
 constexpr int BackgroundLayerCode = 2;
 constexpr double MaxPixels = 1 << 28;
 
+/// Normal objects have z values from 0 up, those of the background below 0.
+double zValueOf(Page::Layer layer, int order)
+{
+    constexpr double lowest = -2147483648.0;
+    return layer == Page::Layer::Background ? lowest + order : order;
+}
+
 } // namespace
 
 Page::Page(const QRectF &rect, Document *document)
@@ -99,10 +106,9 @@ void Page::addObject(CBaseObject *object, Layer layer)
     object->setParentItem(nullptr);
     addItem(object);
     object->SetPage(this);
-    this->layer(layer).append(object);
+    append(object, layer);
     // For an object that somebody took out of the scene and deleted: it cannot find the page.
     connect(object, &QObject::destroyed, this, [this, object] { forget(object); });
-    restack();
 }
 
 CBaseObject *Page::takeObject(CBaseObject *object)
@@ -113,7 +119,6 @@ CBaseObject *Page::takeObject(CBaseObject *object)
     object->SetPage(nullptr);
     if (object->scene() == this)
         removeItem(object);
-    restack();
     return object;
 }
 
@@ -140,8 +145,7 @@ QList<CBaseObject *> Page::objects() const
 
 bool Page::holds(const CBaseObject *object) const
 {
-    auto *key = const_cast<CBaseObject *>(object);
-    return m_normal.contains(key) || m_background.contains(key);
+    return m_entries.contains(object);
 }
 
 QList<CBaseObject *> Page::selectedObjects() const
@@ -186,10 +190,7 @@ CBaseObject *Page::objectAt(const QPointF &point) const
 
 Page::Place Page::placeOf(const CBaseObject *object) const
 {
-    auto *key = const_cast<CBaseObject *>(object);
-    const int index = m_background.indexOf(key);
-    return index >= 0 ? Place{Layer::Background, index}
-                      : Place{Layer::Normal, m_normal.indexOf(key)};
+    return {m_entries.value(object).layer, indexOf(object)};
 }
 
 void Page::placeObject(CBaseObject *object, Place place)
@@ -197,8 +198,12 @@ void Page::placeObject(CBaseObject *object, Place place)
     if (!removeFromLayers(object))
         return;
     QList<CBaseObject *> &target = layer(place.layer);
-    target.insert(qBound(0, place.index, target.size()), object);
-    restack();
+    if (place.index >= target.size()) {
+        append(object, place.layer);
+        return;
+    }
+    target.insert(qMax(0, place.index), object);
+    restack(place.layer);
 }
 
 QImage Page::rendered(double scale, const QColor &paper)
@@ -228,16 +233,44 @@ QList<CBaseObject *> &Page::layer(Layer layer)
 
 bool Page::removeFromLayers(CBaseObject *object)
 {
-    return m_normal.removeOne(object) || m_background.removeOne(object);
+    const auto entry = m_entries.constFind(object);
+    if (entry == m_entries.constEnd())
+        return false;
+    layer(entry->layer).removeAt(indexOf(object));
+    m_entries.erase(entry);
+    return true;
 }
 
-void Page::restack()
+/// The index of an object of this page in the list of its layer, which is sorted by order.
+int Page::indexOf(const CBaseObject *object) const
 {
-    // Normal objects have z values from 0 up, those of the background below 0.
-    for (int i = 0; i < m_background.size(); ++i)
-        m_background[i]->setZValue(i - m_background.size());
-    for (int i = 0; i < m_normal.size(); ++i)
-        m_normal[i]->setZValue(i);
+    const Entry entry = m_entries.value(object);
+    const QList<CBaseObject *> &list = entry.layer == Layer::Background ? m_background : m_normal;
+    const auto place = std::lower_bound(list.begin(), list.end(), entry.order,
+                                        [this](const CBaseObject *below, int order) {
+                                            return m_entries.value(below).order < order;
+                                        });
+    return int(place - list.begin());
+}
+
+/// Puts an object on top of a layer.
+void Page::append(CBaseObject *object, Layer layer)
+{
+    QList<CBaseObject *> &list = this->layer(layer);
+    const int order = list.isEmpty() ? 0 : m_entries.value(list.last()).order + 1;
+    list.append(object);
+    m_entries.insert(object, {layer, order});
+    object->setZValue(zValueOf(layer, order));
+}
+
+/// Numbers the objects of a layer again, after one was inserted among them.
+void Page::restack(Layer layer)
+{
+    int order = 0;
+    for (CBaseObject *object : qAsConst(this->layer(layer))) {
+        object->setZValue(zValueOf(layer, order));
+        m_entries.insert(object, {layer, order++});
+    }
 }
 
 qint64 Page::handleOf(Layer layer) const

@@ -3,6 +3,7 @@
 #include "framework/frameworkglobal.h"
 #include "host/gdpage.h"
 
+#include <QtCore/QHash>
 #include <QtGui/QImage>
 #include <QtWidgets/QGraphicsScene>
 
@@ -79,10 +80,18 @@ private:
     /// Called by a dying object, of which only the base is left.
     void forget(CBaseObject *object);
 
+    /// The layer of an object, and its order there: it is above all objects of a lower order.
+    struct Entry {
+        Layer layer;
+        int order;
+    };
+
     QList<CBaseObject *> &layer(Layer layer);
     void releaseObjects();
+    int indexOf(const CBaseObject *object) const;
     bool removeFromLayers(CBaseObject *object);
-    void restack();
+    void append(CBaseObject *object, Layer layer);
+    void restack(Layer layer);
     qint64 handleOf(Layer layer) const;
     QList<CBaseObject *> movable(const QList<CGDRootObject *> &objects, Layer target) const;
 
@@ -90,4 +99,5 @@ private:
     Document *m_document;
     QList<CBaseObject *> m_normal;
     QList<CBaseObject *> m_background;
+    QHash<const CBaseObject *, Entry> m_entries;
 };

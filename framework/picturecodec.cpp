@@ -72,8 +72,10 @@ QByteArray encode(const QImage &image)
     return writer.write(carrier) ? png : QByteArray();
 }
 
-QImage decode(const QByteArray &png)
+QImage decode(const QByteArray &png, bool *isOwn)
 {
+    if (isOwn)
+        *isOwn = false;
     // The PNG library would complain about the lack of bytes on standard error.
     if (png.isEmpty() || !hasPlausibleChunks(png))
         return {};
@@ -86,8 +88,13 @@ QImage decode(const QByteArray &png)
     if (!isPlausible(reader.size(), bytes.size()))
         return {};
     const QImage carrier = reader.read();
-    return carrier.isNull() ? QImage()
-                            : PictureFormat::restored(carrier, carrier.text(formatKey()));
+    if (carrier.isNull())
+        return {};
+    const QString format = carrier.text(formatKey());
+    const QImage image = PictureFormat::restored(carrier, format);
+    if (isOwn)
+        *isOwn = !format.isEmpty() && format == PictureFormat::name(image);
+    return image;
 }
 
 } // namespace PictureCodec

@@ -14,6 +14,8 @@ namespace PictureCodec
 QByteArray encode(const QImage &image);
 
 /// A null image if the bytes are not a PNG, are damaged, or declare a size that they cannot hold.
-QImage decode(const QByteArray &png);
+/// If @p isOwn is not null, it receives whether encode() wrote the file: encode() then gives the
+/// same bytes for the image.
+QImage decode(const QByteArray &png, bool *isOwn = nullptr);
 
 } // namespace PictureCodec

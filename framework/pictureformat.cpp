@@ -57,6 +57,12 @@ QImage::Format nearestFormat(const QImage &image)
     return deep ? QImage::Format_RGBX64 : QImage::Format_RGB32;
 }
 
+const Route *routeFor(const QImage &image)
+{
+    const Route *route = routeOf(image.format());
+    return route ? route : routeOf(nearestFormat(image));
+}
+
 /// The same pixels in an image that has nothing else.
 QImage bare(const QImage &image)
 {
@@ -151,11 +157,14 @@ QImage restoredIndexes(const QImage &carrier, QImage::Format format)
 namespace PictureFormat
 {
 
+QString name(const QImage &image)
+{
+    return QLatin1String(routeFor(image)->name);
+}
+
 QImage carried(const QImage &image, QString &name)
 {
-    const Route *route = routeOf(image.format());
-    if (!route)
-        route = routeOf(nearestFormat(image));
+    const Route *route = routeFor(image);
     name = QLatin1String(route->name);
     if (route->carrier != QImage::Format_Indexed8)
         return bare(image.convertToFormat(route->format).convertToFormat(route->carrier));

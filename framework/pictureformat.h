@@ -10,6 +10,9 @@ namespace PictureFormat
 /// of the format that it had goes to @p name.
 QImage carried(const QImage &image, QString &name);
 
+/// The name under which carried() carries @p image.
+QString name(const QImage &image);
+
 /// A carried image in the format @p name again. Where the two do not go together, as in a file
 /// that others wrote, the image stays as it is.
 QImage restored(const QImage &carrier, const QString &name);

@@ -158,8 +158,9 @@ void saveDocument(Document &document, const QString &path)
     document.setKeepsImagesInline(false);
     // Pictures that no object shows any more are left out.
     ImageStore &store = document.imageStore();
-    store.clear();
+    store.beginUse();
     const QByteArray json = documentJson(document);
+    store.dropUnused();
     QMap<QString, QByteArray> pictures;
     const QList<QString> digests = store.digests();
     for (const QString &digest : digests)

@@ -220,6 +220,7 @@ void TestFrameworkImageStore::formatsComeBack()
     QCOMPARE(back.format(), format);
     QCOMPARE(back, image);
     QCOMPARE(store.add(back), digest);
+    QCOMPARE(ImageStore().add(back), digest);
 }
 
 void TestFrameworkImageStore::rareFormatsSettle_data()
@@ -249,6 +250,7 @@ void TestFrameworkImageStore::rareFormatsSettle()
     QCOMPARE(back.format(), settled);
     QCOMPARE(back, image.convertToFormat(settled));
     QCOMPARE(store.add(back), digest);
+    QCOMPARE(ImageStore().add(back), digest);
 }
 
 void TestFrameworkImageStore::everyPremultipliedValueComesBack()
@@ -267,6 +269,7 @@ void TestFrameworkImageStore::everyPremultipliedValueComesBack()
     for (int alpha = 0; alpha < 256; ++alpha)
         QCOMPARE(memcmp(back.constScanLine(alpha), image.constScanLine(alpha), 1024), 0);
     QCOMPARE(store.add(back), digest);
+    QCOMPARE(ImageStore().add(back), digest);
 }
 
 void TestFrameworkImageStore::tablesComeBack_data()
@@ -306,6 +309,7 @@ void TestFrameworkImageStore::tablesComeBack()
         QCOMPARE(back.pixelIndex(x, 1), x == 3 ? 1 : 0);
     }
     QCOMPARE(store.add(back), digest);
+    QCOMPARE(ImageStore().add(back), digest);
 }
 
 void TestFrameworkImageStore::indexesBeyondTheTableAreBlack()
@@ -321,6 +325,7 @@ void TestFrameworkImageStore::indexesBeyondTheTableAreBlack()
     QCOMPARE(back.pixelColor(1, 0), QColor(Qt::black));
     QCOMPARE(back.pixelIndex(1, 0), 200);
     QCOMPARE(store.add(back), digest);
+    QCOMPARE(ImageStore().add(back), digest);
 }
 
 void TestFrameworkImageStore::onlyPixelsMakeADifference()
