@@ -65,6 +65,17 @@ class Rules(unittest.TestCase):
         self.assertEqual(after("m_a = 1;\nm_b = m_a;", "exchanged"), ["m_b = m_a; m_a = 1;"])
         self.assertEqual(after("if (x)\n    a();\nb();", "exchanged"), [])
 
+        self.assertEqual(after("m_a = m_b;\nm_list.clear();", "exchanged"), [])
+        self.assertEqual(after("m_a = m_b;\nm_list->clear();", "exchanged"),
+                         ["m_list->clear(); m_a = m_b;"])
+        self.assertEqual(after("a.insert(b, c);\na.insert(d, e);", "exchanged"), [])
+
+    def test_initial_values_that_a_stream_overwrites_stay(self):
+        self.assertEqual(after("int x = 0;\nstream >> x;\nrun(x);", "constant"), [])
+        self.assertEqual(after("bool x = true;\nint y = 0;\nin >> y >> x;", "truth"), [])
+        self.assertEqual(after("int x = 0;\nif (!read(stream, x))\n    run();", "constant"), [])
+        self.assertEqual(len(after("int x = 0;\nrun(x);\nstream >> x;", "constant")), 2)
+
     def test_arguments_are_exchanged(self):
         self.assertEqual(after("run(a, b(c, d));", "arguments"),
                          ["run(b(c, d), a);", "run(a, b(d, c));"])
@@ -78,10 +89,15 @@ class Rules(unittest.TestCase):
         self.assertEqual(after("a();", "return", "X::~X()"), ["return; a();"])
         self.assertEqual(after("return a();", "return", "bool f()"), [])
 
+    def test_both_sides_of_an_exception_are_read(self):
+        body = "try {\n    a();\n} catch (const Bad &) {\n    b();\n}\nc();"
+        self.assertEqual(after(body, "dropped"), [";", ";", ";"])
+
     def test_comments_texts_directives_and_debug_output_stay(self):
         body = """// 1 < 2
 /* true */
 qDebug("%d", 5);
+list.reserve(4 * n);
 Q_ASSERT(a == 3);
 static_assert(sizeof a == 8);"""
         self.assertEqual(after(body, None), [])

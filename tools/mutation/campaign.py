@@ -96,6 +96,7 @@ class Campaign:
         self.queues = selection.queues(root, self.files, options.seed)
         self.quota = selection.quotas(self.queues, options.count)
         self.lock = threading.Lock()
+        self.stopping = threading.Event()
 
     # Choosing.
 
@@ -137,15 +138,23 @@ class Campaign:
         for worker in workers:
             worker.reach = reach.Reach(worker.shop, self.folder)
             worker.reach.data = measured.data
+        # Headers last: a change of one compiles all that includes it.
         waiting = queue.SimpleQueue()
-        for file in files:
+        for file in sorted(files, key=lambda name: (name.endswith(".h"), name)):
             waiting.put(file)
         threads = [threading.Thread(target=self._serve, args=(worker, waiting, mutants_of))
                    for worker in workers]
-        for thread in threads:
-            thread.start()
-        for thread in threads:
-            thread.join()
+        try:
+            for thread in threads:
+                thread.start()
+            for thread in threads:
+                thread.join()
+        finally:
+            # When the run is stopped, each ends with its mutant and puts back what it changed.
+            self.stopping.set()
+            for thread in threads:
+                if thread.ident:
+                    thread.join()
 
     def _serve(self, worker, waiting, mutants_of):
         with contextlib.suppress(queue.Empty):
@@ -158,6 +167,8 @@ class Campaign:
                     continue
                 worker.know_identities(file)
                 for mutant in mutants_of(file):
+                    if self.stopping.is_set():
+                        return
                     outcome, by = worker.judge(mutant, text, self.ledger.killers(file))
                     with self.lock:
                         self.ledger.add(mutant, outcome, by, trial.now())
@@ -180,7 +191,8 @@ class Campaign:
         print(f"{'source':{width}}  mutants  killed  accepted  survived")
         rows.append(("all", *(sum(row[i] for row in rows) for i in (1, 2, 3))))
         for file, tried, killed, accepted in rows:
-            print(f"{file:{width}}  {tried:7}  {killed:6}  {accepted:8}  {tried - killed - accepted:8}")
+            left = tried - killed - accepted
+            print(f"{file:{width}}  {tried:7}  {killed:6}  {accepted:8}  {left:8}")
         _, tried, killed, _ = rows[-1]
         if tried:
             print(f"\n{100.0 * killed / tried:.1f} % of {tried} mutants were killed.")
@@ -191,7 +203,8 @@ class Campaign:
             print(f"{mutant}{f'  [{note}]' if note else ''}")
         outdated = self._outdated()
         for place in outdated:
-            print(f"accepted, but no mutant any more: {' '.join(place[:2])}: {place[2]}  ->  {place[3]}")
+            print(f"accepted, but no mutant any more: {place[0]} {place[1]}: "
+                  f"{place[2]}  ->  {place[3]}")
         return not survivors and not outdated
 
     def _outdated(self):

@@ -15,7 +15,8 @@ TOKEN = re.compile(
   | (?P<directive>(?<![^\n])[ \t]*\#(?:\\\n|[^\n])*)
   | (?P<string>(?:u8|[uUL])?"(?:\\.|[^"\\\n])*")
   | (?P<char>(?:u8|[uUL])?'(?:\\.|[^'\\\n])+')
-  | (?P<number>(?:0[xX][0-9a-fA-F']+|\d[\d']*\.?\d*(?:[eE][+-]?\d+)?|\.\d+(?:[eE][+-]?\d+)?)[uUlLfF]*)
+  | (?P<number>(?:0[xX][0-9a-fA-F']+|\d[\d']*\.?\d*(?:[eE][+-]?\d+)?|\.\d+(?:[eE][+-]?\d+)?)
+               [uUlLfF]*)
   | (?P<name>[A-Za-z_]\w*)
   | (?P<sign><<=|>>=|\.\.\.|->\*|::|->|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||[-+*/%&|^]=|.)
     """,
@@ -167,8 +168,8 @@ class Source:
         kind = [t.text for t in self.tokens[head:name_start]]
         kind = [word for word in kind if word not in ("inline", "static", "explicit", "virtual")]
         name = "".join(t.text for t in self.tokens[name_start:opening])
-        function = Function(name, brace, self.partner[brace], bool(kind) and kind != ["void"], False)
-        self._add_body(function)
+        returns_value = bool(kind) and kind != ["void"]
+        self._add_body(Function(name, brace, self.partner[brace], returns_value, False))
 
     def _add_body(self, function):
         self.functions.append(function)
@@ -193,6 +194,10 @@ class Source:
             while not self.is_word(index, ":"):
                 index += 1
             return index + 1
+        if text == "try":
+            return self._parse_part(index + 1, function)
+        if text == "catch":
+            return self._parse_part(self.partner[index + 1] + 1, function)
         if text in ("if", "for", "while", "switch"):
             if self.is_word(index + 1, "constexpr"):
                 index += 1
@@ -222,14 +227,15 @@ class Source:
         return self._parse_statement(index, function, block)
 
     def _end_of_simple(self, index):
-        while index < len(self.tokens) - 1 and self.tokens[index].text != ";":
+        while index < len(self.tokens) - 1 and not self.is_word(index, ";", "}"):
             index = self.partner[index] if self.tokens[index].text in OPENING else index
             index += 1
         return index
 
     def _find_lambdas(self, index, end, function):
         while index < end:
-            if self.is_word(index, "{") and self.is_word(index - 1, ")", "]", "mutable", "noexcept"):
+            begins_body = self.is_word(index - 1, ")", "]", "mutable", "noexcept")
+            if self.is_word(index, "{") and begins_body:
                 body = Function(function.name, index, self.partner[index], False, True)
                 self._add_body(body)
                 index = self.partner[index]

@@ -23,7 +23,8 @@ class Reach:
 
     def prepare(self, runner, say):
         """Measures the tests whose programs or libraries have changed since the last time."""
-        sources = workshop.digest_of(*[self._library_state(name) for name in self.shop.library_files])
+        states = [self._library_state(output) for output in self.shop.library_files]
+        sources = workshop.digest_of(*states)
         if self.store.exists():
             self.data = json.loads(self.store.read_text())
         if self.data.get("sources") != sources:

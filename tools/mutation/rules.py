@@ -15,9 +15,11 @@ ARITHMETIC = {
 LOGIC = {"&&": "||", "||": "&&"}
 STEP = {"++": "--", "--": "++"}
 
-# Calls that only tell developers something.
+CONTROL = {"if", "for", "while", "switch", "return", "catch"}
+
+# Calls that only tell developers something, or set memory aside.
 UNTOUCHED = {"qDebug", "qWarning", "qCritical", "qCDebug", "Q_ASSERT", "Q_UNUSED", "static_assert",
-             "assert", "Q_ASSERT_X"}
+             "assert", "Q_ASSERT_X", "reserve"}
 
 
 @dataclass
@@ -77,13 +79,43 @@ class _Maker:
         indexes = set()
         for index, token in enumerate(self.tokens):
             if token.text in UNTOUCHED and self.source.is_word(index + 1, "("):
-                indexes.update(range(index, self.source.partner[index + 1] + 1))
-            # Default arguments: those who call choose, and the operators of "operator<<".
+                statement = self.source.statement_at(index)
+                first = statement.first if statement else index
+                indexes.update(range(first, self.source.partner[index + 1] + 1))
+            # The name of an operator, and the parameters of a template.
             if token.text == "operator":
                 indexes.update((index, index + 1))
             if token.text == "template" and self.source.is_word(index + 1, "<"):
                 indexes.update(range(index, self.source._after_template(index + 1)))
+        for function in self.source.functions:
+            for block in function.blocks:
+                indexes.update(self._unread(block))
         return indexes
+
+    def _unread(self, block):
+        """The initial values of variables that are set from a stream or from bytes before anything
+        reads them: a change of these changes nothing."""
+        for place, statement in enumerate(block.statements):
+            equals = statement.first + 2
+            is_value = statement.last == equals + 2 and self.source.is_word(equals, "=")
+            if statement.kind != "declaration" or not is_value:
+                continue
+            name = self.tokens[equals - 1].text
+            for later in block.statements[place + 1 :]:
+                used = [i for i in range(later.first, later.last + 1)
+                        if self.tokens[i].text == name]
+                if used:
+                    if self._is_set(used[0]):
+                        yield equals + 1
+                    break
+
+    def _is_set(self, index):
+        """Whether the name at @p index is set there: "stream >> x", "read(stream, x)"."""
+        if self.source.is_word(index - 1, ">>"):
+            return True
+        around = [i for i, token in enumerate(self.tokens[:index])
+                  if token.text == "(" and self.source.partner.get(i, 0) > index]
+        return bool(around) and self.source.is_word(around[-1] - 1, "read", "memcpy")
 
     def _mutant(self, index, rule, start, end, replacement):
         source = self.source
@@ -154,7 +186,8 @@ class _Maker:
         is_whole = text.startswith("0x") or re.fullmatch(r"\d+", digits)
         value = int(digits, 0) if is_whole else float(digits)
         for other in (value + 1, value - 1):
-            if other < 0 and (suffix.lower().startswith("u") or self.source.is_word(index - 1, "-")):
+            is_unsigned = suffix.lower().startswith("u")
+            if other < 0 and (is_unsigned or self.source.is_word(index - 1, "-")):
                 continue
             yield self._replaced(index, "constant", f"{other}{suffix}")
 
@@ -170,7 +203,8 @@ class _Maker:
             text = self.source.text
             one, other = text[start:middle], text[resumed:end]
             if " ".join(one.split()) != " ".join(other.split()):
-                yield self._mutant(first, "arguments", start, end, other + text[middle:resumed] + one)
+                swapped = other + text[middle:resumed] + one
+                yield self._mutant(first, "arguments", start, end, swapped)
 
     def _is_call(self, index):
         """A call or a list of values, not the parameters of a function or of a lambda."""
@@ -180,8 +214,8 @@ class _Maker:
         before = self.tokens[index - 1]
         if self.tokens[index].text == "{":
             return before.text in ("return", "=", "(", ",", "{", "<<") or before.kind == "name"
-        return (before.kind == "name" and before.text not in ("if", "for", "while", "switch",
-                                                              "return", "catch")) or before.text == ">"
+        is_name = before.kind == "name" and before.text not in CONTROL
+        return is_name or before.text == ">"
 
     def _parts(self, index):
         parts, first = [], index + 1
@@ -230,16 +264,35 @@ class _Maker:
         return self._mutant(one.first, "exchanged", start, end, swapped)
 
     def _may_depend(self, one, other):
-        """Whether the order of two statements may matter. Two assignments to different places do
-        not, unless one of them uses what the other sets."""
+        """Whether the order of two statements may matter. It does not for two assignments of which
+        neither uses what the other sets, nor for two statements that reach different variables
+        alone."""
         if {one.first, other.first} & self.untouched:
             return False
         targets = [self._target(statement) for statement in (one, other)]
         texts = [self._text(statement) for statement in (one, other)]
         if texts[0] == texts[1]:
             return False
+        # Members of one object that is kept in the order of its keys.
+        called = [text.split(" (")[0] for text in texts]
+        if called[0] == called[1] and called[0].endswith(". insert"):
+            return False
         if all(targets):
             return targets[0] in texts[1] or targets[1] in texts[0]
+        names = [{t.text for t in self.tokens[s.first : s.last] if t.kind == "name"}
+                 for s in (one, other)]
+        if not names[0] & names[1] and self._is_local(one) and self._is_local(other):
+            return False
+        return True
+
+    def _is_local(self, statement):
+        """Whether a statement only reaches the variables that it names: "x = y", "x.clear()"."""
+        for index in range(statement.first, statement.last):
+            if self.source.is_word(index, "->"):
+                return False
+            is_call = self.source.is_word(index + 1, "(") and self.tokens[index].kind == "name"
+            if is_call and not self.source.is_word(index - 1, "."):
+                return False
         return True
 
     def _text(self, statement):

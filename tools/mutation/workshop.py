@@ -32,7 +32,8 @@ def run(command, folder, **options):
 
 
 def digest_of(*parts):
-    return hashlib.sha1(b"\0".join(p if isinstance(p, bytes) else p.encode() for p in parts)).hexdigest()
+    joined = b"\0".join(p if isinstance(p, bytes) else p.encode() for p in parts)
+    return hashlib.sha1(joined).hexdigest()
 
 
 class Workshop:
@@ -54,7 +55,8 @@ class Workshop:
         self.altered.mkdir(parents=True)
         if not (self.build / "build.ninja").exists():
             say(f"Configuring {self.tree}")
-            self._checked(["cmake", "--preset", PRESET, "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"], self.tree)
+            option = "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"
+            self._checked(["cmake", "--preset", PRESET, option], self.tree)
         say(f"Building {self.tree}")
         self._checked(["ninja", f"-j{jobs}", *TARGETS], self.build)
         self._read_build_files()
@@ -132,7 +134,7 @@ class Workshop:
             tests.append({
                 "name": test["name"], "program": program, "folder": str(folder),
                 "command": test["command"],
-                "environment": dict(pair.split("=", 1) for pair in properties.get("ENVIRONMENT", [])),
+                "environment": dict(v.split("=", 1) for v in properties.get("ENVIRONMENT", [])),
             })
         return tests
 
@@ -174,8 +176,9 @@ class Workshop:
         target.parent.mkdir(parents=True, exist_ok=True)
         command = self.compilations[source_object].replace(
             f" -o {source_object}", f"{extra} -o {shlex.quote(str(target))}")
-        # Warnings about what was changed are of no interest.
-        done = run(f"{command} -w", self.build, shell=True)
+        # Warnings about what was changed are of no interest, and the compiler cache does not know it.
+        done = run(f"{command} -w", self.build, shell=True,
+                   env={**os.environ, "CCACHE_DISABLE": "1"})
         return target if done.returncode == 0 else None
 
     def ingredients(self, source_object):
@@ -196,7 +199,8 @@ class Workshop:
     def linked(self, output, replaced, extra=()):
         """Within this @p output is linked with other objects in the places of some of its own;
         gives whether the linker could."""
-        command = " ".join([str(replaced.get(part, part)) for part in self.links[output]] + list(extra))
+        parts = [str(replaced.get(part, part)) for part in self.links[output]]
+        command = " ".join([*parts, *extra])
         path = self.build / output
         kept = path.with_name(path.name + KEPT)
         path.replace(kept)
