@@ -2,6 +2,8 @@
 
 #include "host/baseobject.h"
 
+#include <QtGui/QPainter>
+
 #include <functional>
 
 /// A canvas object that paints what the test says, and that can be hit.
@@ -30,3 +32,21 @@ public:
 private:
     Paint m_paint;
 };
+
+/// A red square in the top left quarter of an object of 20 x 10.
+inline void paintCorner(QPainter *painter)
+{
+    if (painter)
+        painter->fillRect(QRectF(0, 0, 10, 5), Qt::red);
+}
+
+/// What the object paints on a white ground of 40 x 40, its own origin at (10, 10).
+inline QImage painted(CBaseObject &object)
+{
+    QImage ground(40, 40, QImage::Format_ARGB32_Premultiplied);
+    ground.fill(Qt::white);
+    QPainter painter(&ground);
+    painter.translate(10, 10);
+    object.paint(&painter, nullptr, nullptr);
+    return ground;
+}

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void onlyAFreelyTurningObjectIsPaintedTurned();
     void anUnknownRotationTypeTurnsFreely();
     void geometryIsNotifiedOnlyWhenAsked();
+    void smallAndEmptySizesArePossible();
     void impossibleGeometryIsIgnored_data();
     void impossibleGeometryIsIgnored();
     void aStaleObjectIsPlacedAgain();
@@ -64,6 +65,9 @@ void TestFrameworkGeometry::aNewObjectHasNoExtent()
     CBaseObject object(7, false, nullptr, nullptr);
     QCOMPARE(object.objectId(), 7);
     QVERIFY(!object.isEditable());
+    QVERIFY(!object.flags().testFlag(QGraphicsItem::ItemIsSelectable));
+    QVERIFY(Placed().flags().testFlag(QGraphicsItem::ItemIsSelectable));
+    QCOMPARE(object.type(), 65536);
     QCOMPARE(object.getSize(), QSizeF(0, 0));
     QCOMPARE(object.getPos(), QPointF(0, 0));
     QCOMPARE(object.getRotate(), 0.0);
@@ -176,6 +180,24 @@ void TestFrameworkGeometry::geometryIsNotifiedOnlyWhenAsked()
     QCOMPARE(log.entries.count(QStringLiteral("104:")), 6);
 }
 
+void TestFrameworkGeometry::smallAndEmptySizesArePossible()
+{
+    for (const QSizeF &size : {QSizeF(0.25, 0.5), QSizeF(0, 0), QSizeF(7, 0), QSizeF(0, 7)}) {
+        Placed object;
+        object.setSize(size, false, false);
+        QCOMPARE(object.getSize(), size);
+        object.setSize(QSizeF(1, 1), false, false);
+        object.setCenterPos(QPointF(3, 4), size, 0, true);
+        QCOMPARE(object.getSize(), size);
+    }
+    Placed object;
+    for (const QSizeF &size : {QSizeF(10, -0.5), QSizeF(-0.5, 10), QSizeF(10, infinity)})
+        object.setSize(size, false, false);
+    object.CBaseObject::setPos(QPointF(0, infinity), false);
+    QCOMPARE(object.getClientRect(), QRectF(0, 0, 100, 50));
+    QCOMPARE(object.getPos(), QPointF(10, 20));
+}
+
 void TestFrameworkGeometry::impossibleGeometryIsIgnored_data()
 {
     QTest::addColumn<double>("width");
@@ -281,6 +303,10 @@ void TestFrameworkGeometry::theHandleSizeIsOneForTheWholeEditor()
     CGDRootObject::SetHandleSize(notANumber);
     CGDRootObject::SetHandleSize(-1.0);
     QCOMPARE(first.getHandleSize(), 4.0);
+    CGDRootObject::SetHandleSize(0.5);
+    QCOMPARE(first.getHandleSize(), 0.5);
+    CGDRootObject::SetHandleSize(0.0);
+    QCOMPARE(first.getHandleSize(), 0.0);
     CGDRootObject::SetHandleSize(8.0);
 }
 

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void storedPicturesAreKeptOnceAndReferredTo();
     void bothFormsAreReadWhateverIsSet();
     void missingPicturesAreNamed();
+    void picturesOfOneDigestShareTheirPixels();
     void theStreamFormIsThis();
     void theJsonFormIsThis();
     void whatFollowsTheListIsFound();
@@ -165,6 +166,19 @@ void TestFrameworkImages::missingPicturesAreNamed()
     to.clearMissingPictures();
     QVERIFY(to.missingPictures().isEmpty());
     QVERIFY(red != blue);
+}
+
+void TestFrameworkImages::picturesOfOneDigestShareTheirPixels()
+{
+    Document document;
+    document.setKeepsImagesInline(false);
+    const QList<QImage> images{solid(Qt::red), solid(Qt::blue), solid(Qt::red)};
+    for (const QList<QImage> &back :
+         {read(document, streamed(document, images)), read(document, json(document, images))}) {
+        QCOMPARE(back, images);
+        QCOMPARE(back.at(2).cacheKey(), back.at(0).cacheKey());
+        QVERIFY(back.at(1).cacheKey() != back.at(0).cacheKey());
+    }
 }
 
 void TestFrameworkImages::theStreamFormIsThis()

@@ -113,6 +113,7 @@ private Q_SLOTS:
     void indexesBeyondTheTableAreBlack();
     void onlyPixelsMakeADifference();
     void otherProgramsCanReadThePng();
+    void thePngNamesItsFormatAndDensity();
     void foreignPngsAreTaken();
     void whatIsNoPngIsNoPicture();
     void damagedPngsDoNotHarm();
@@ -356,6 +357,18 @@ void TestFrameworkImageStore::otherProgramsCanReadThePng()
     const QImage premultiplied = colourful().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     const QByteArray png = store.png(store.add(premultiplied));
     QCOMPARE(QImage::fromData(png, "png"), premultiplied.convertToFormat(QImage::Format_ARGB32));
+}
+
+void TestFrameworkImageStore::thePngNamesItsFormatAndDensity()
+{
+    ImageStore store;
+    QImage noted = colourful().convertToFormat(QImage::Format_RGB16);
+    noted.setDotsPerMeterX(5000);
+    const QImage png = QImage::fromData(store.png(store.add(noted)), "png");
+    QCOMPARE(png.text(QStringLiteral("PixelFormat")), QStringLiteral("RGB16"));
+    // 96 dots to an inch.
+    QCOMPARE(png.dotsPerMeterX(), 3780);
+    QCOMPARE(png.dotsPerMeterY(), 3780);
 }
 
 void TestFrameworkImageStore::foreignPngsAreTaken()

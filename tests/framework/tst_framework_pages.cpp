@@ -54,7 +54,8 @@ public:
     bool SetAttribute(int id, QDataStream &stream, bool flag) override
     {
         const int mode = GetPage()->document()->alternateMode();
-        m_log.append(QStringLiteral("%1 in %2").arg(id).arg(mode));
+        const QString flagged = flag ? QStringLiteral(", flagged") : QString();
+        m_log.append(QStringLiteral("%1 in %2%3").arg(id).arg(mode).arg(flagged));
         const bool handled = PaintedObject::SetAttribute(id, stream, flag);
         notifyObjPropertyChanged(id, QString());
         return handled;
@@ -94,6 +95,7 @@ private Q_SLOTS:
     void placesAreBounded();
     void theModeIsEnteredAfterTheAttributeAndLeftBeforeIt();
     void aModeIsEnteredOnce();
+    void aChangeOfTheModeEndsTheSelection();
     void listenersMayReleaseObjectsWhenTheModeChanges();
     void removingAPageReleasesItsObjects();
     void aPageDeletedByOthersLeavesItsDocument();
@@ -246,10 +248,13 @@ void TestFrameworkPages::theBackgroundLiesBelowEverything()
     moveToBackground(page, objects[2], false);
     moveToBackground(page, objects[1], false);
     QCOMPARE(page.objects(), (QList<CBaseObject *>{objects[2], objects[1], objects[0]}));
-    QVERIFY(objects[2]->zValue() < objects[1]->zValue());
-    QVERIFY(objects[1]->zValue() < objects[0]->zValue());
+    // The background begins at the lowest value, the other layer at 0.
+    QCOMPARE(objects[2]->zValue(), -2147483648.0);
+    QCOMPARE(objects[1]->zValue(), -2147483647.0);
+    QCOMPARE(objects[0]->zValue(), 0.0);
     fill(page, 1);
     QCOMPARE(page.objects().at(0), objects[2]);
+    QCOMPARE(page.objects().at(3)->zValue(), 1.0);
 }
 
 void TestFrameworkPages::anObjectIsMovedBackToTheNormalLayer()
@@ -368,6 +373,19 @@ void TestFrameworkPages::aModeIsEnteredOnce()
     QCOMPARE(log.size(), 1);
 }
 
+void TestFrameworkPages::aChangeOfTheModeEndsTheSelection()
+{
+    Document document;
+    CBaseObject *object = fillOne(*document.addPage(A4));
+    object->setSelected(true);
+    QVERIFY(object->isSelected());
+    document.enterAlternateMode();
+    QVERIFY(!object->isSelected());
+    object->setSelected(true);
+    document.leaveAlternateMode();
+    QVERIFY(!object->isSelected());
+}
+
 void TestFrameworkPages::listenersMayReleaseObjectsWhenTheModeChanges()
 {
     Document document;
@@ -397,9 +415,11 @@ void TestFrameworkPages::removingAPageReleasesItsObjects()
     other.removePage(page);
     document.removePage(nullptr);
     QVERIFY(object);
+    CUndoRedo::GetInstance()->push(new CNmUndoCmd);
     document.removePage(page);
     QVERIFY(object.isNull());
     QVERIFY(document.pages().isEmpty());
+    QCOMPARE(Framework::instance().undoStack()->count(), 0);
 }
 
 void TestFrameworkPages::aPageDeletedByOthersLeavesItsDocument()

@@ -3,30 +3,13 @@
 #include "framework/page.h"
 #include "tests/framework/paintedobject.h"
 
+#include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
 #include <QtWidgets/QGraphicsView>
 
 namespace
 {
-
-/// A red square in the top left quarter of an object of 20 x 10.
-void paintCorner(QPainter *painter)
-{
-    if (painter)
-        painter->fillRect(QRectF(0, 0, 10, 5), Qt::red);
-}
-
-/// What the object paints on a white ground of 40 x 40, its own origin at (10, 10).
-QImage painted(CBaseObject &object)
-{
-    QImage ground(40, 40, QImage::Format_ARGB32_Premultiplied);
-    ground.fill(Qt::white);
-    QPainter painter(&ground);
-    painter.translate(10, 10);
-    object.paint(&painter, nullptr, nullptr);
-    return ground;
-}
 
 constexpr QRgb red = 0xffff0000;
 constexpr QRgb white = 0xffffffff;
@@ -44,17 +27,11 @@ private Q_SLOTS:
     void flipTurnsAroundTheMiddle();
     void thePainterIsLeftAsItWas();
     void aNullPainterDrawsNothing();
-    void aShadowHasTheShapeOfTheContent();
-    void aShadowIsMirroredWithItsObject();
-    void aShadowsColourMayBeTranslucent();
-    void anInvalidColourRemovesTheShadow();
-    void theShadowIsKeptUntilItIsCleared();
-    void theShadowFollowsTheSize();
-    void aHugeShadowIsReduced();
-    void aShadowOfNothingIsNothing();
     void refreshingPaintsAtOnce();
+    void refreshingPaintsTheObjectsPlaceAlone();
     void refreshingNothingIsAllowed();
     void aPageIsRenderedToScale();
+    void aPageThatNoPictureCanHoldIsNotRendered();
     void aRotatedObjectIsPaintedTurned();
 };
 
@@ -121,104 +98,6 @@ void TestFrameworkPainting::aNullPainterDrawsNothing()
     QCOMPARE(object.paintings, 0);
 }
 
-void TestFrameworkPainting::aShadowHasTheShapeOfTheContent()
-{
-    PaintedObject object(paintCorner);
-    object.setSize(QSizeF(20, 10), false, false);
-    object.setLayerShadow(Qt::blue, QPointF(4, 8));
-    const QImage ground = painted(object);
-    QCOMPARE(ground.pixel(10, 10), red);
-    // The content covers (10, 10) to (19, 14), its shadow (14, 18) to (23, 22).
-    QCOMPARE(ground.pixel(14, 18), blue);
-    QCOMPARE(ground.pixel(23, 22), blue);
-    QCOMPARE(ground.pixel(13, 18), white);
-    QCOMPARE(ground.pixel(24, 22), white);
-    QCOMPARE(ground.pixel(14, 23), white);
-}
-
-void TestFrameworkPainting::aShadowIsMirroredWithItsObject()
-{
-    PaintedObject object(paintCorner);
-    object.setSize(QSizeF(20, 10), false, false);
-    object.setLayerShadow(Qt::blue, QPointF(0, 10));
-    painted(object);
-    object.setMirror(true, false);
-    const QImage ground = painted(object);
-    QCOMPARE(ground.pixel(20, 20), blue);
-    QCOMPARE(ground.pixel(29, 24), blue);
-    QCOMPARE(ground.pixel(19, 20), white);
-}
-
-void TestFrameworkPainting::aShadowsColourMayBeTranslucent()
-{
-    PaintedObject object(paintCorner);
-    object.setSize(QSizeF(20, 10), false, false);
-    object.setLayerShadow(QColor(0, 0, 0, 128), QPointF(0, 10));
-    const QColor shade = painted(object).pixelColor(12, 22);
-    // Black of opacity 128/255 over white leaves 127 of 255.
-    QVERIFY(qAbs(shade.red() - 127) <= 1);
-    QCOMPARE(shade.red(), shade.blue());
-}
-
-void TestFrameworkPainting::anInvalidColourRemovesTheShadow()
-{
-    PaintedObject object(paintCorner);
-    object.setSize(QSizeF(20, 10), false, false);
-    object.setLayerShadow(Qt::blue, QPointF(0, 10));
-    object.setLayerShadow(QColor(), QPointF(0, 10));
-    QCOMPARE(painted(object).pixel(12, 22), white);
-}
-
-void TestFrameworkPainting::theShadowIsKeptUntilItIsCleared()
-{
-    PaintedObject object(paintCorner);
-    object.setSize(QSizeF(20, 10), false, false);
-    object.setLayerShadow(Qt::blue, QPointF(0, 10));
-    painted(object);
-    QCOMPARE(object.paintings, 2);
-    painted(object);
-    QCOMPARE(object.paintings, 3);
-    object.clearLayerEffectCache(ClearLayerEffectCacheReason::ContentChanged);
-    painted(object);
-    QCOMPARE(object.paintings, 5);
-}
-
-void TestFrameworkPainting::theShadowFollowsTheSize()
-{
-    PaintedObject object(
-        [](QPainter *painter) { painter->fillRect(QRectF(0, 0, 10, 6), Qt::red); });
-    object.setSize(QSizeF(5, 5), false, false);
-    object.setLayerShadow(Qt::blue, QPointF(0, 20));
-    QCOMPARE(painted(object).pixel(16, 32), white);
-    object.setSize(QSizeF(10, 6), false, false);
-    QCOMPARE(painted(object).pixel(19, 35), blue);
-}
-
-void TestFrameworkPainting::aHugeShadowIsReduced()
-{
-    PaintedObject object(
-        [](QPainter *painter) { painter->fillRect(QRectF(0, 0, 1e7, 1e7), Qt::red); });
-    object.setSize(QSizeF(1e7, 1e7), false, false);
-    object.setLayerShadow(Qt::blue, QPointF(-5e6, 0));
-    QImage ground(10, 10, QImage::Format_RGB32);
-    ground.fill(Qt::white);
-    QPainter painter(&ground);
-    painter.scale(1e-6, 1e-6);
-    painter.translate(6e6, 0);
-    object.paint(&painter, nullptr, nullptr);
-    painter.end();
-    QCOMPARE(ground.pixel(3, 5), blue);
-    QCOMPARE(ground.pixel(8, 5), red);
-}
-
-void TestFrameworkPainting::aShadowOfNothingIsNothing()
-{
-    PaintedObject object(paintCorner);
-    object.setLayerShadow(Qt::blue, QPointF(0, 10));
-    painted(object);
-    QCOMPARE(object.paintings, 1);
-}
-
 void TestFrameworkPainting::refreshingPaintsAtOnce()
 {
     Document document;
@@ -234,6 +113,45 @@ void TestFrameworkPainting::refreshingPaintsAtOnce()
     object->paintings = 0;
     GetFramework()->refreshObject(object);
     QCOMPARE(object->paintings, 1);
+}
+
+void TestFrameworkPainting::refreshingPaintsTheObjectsPlaceAlone()
+{
+    struct Listener : QObject {
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() == QEvent::Paint)
+                painted.append(static_cast<QPaintEvent *>(event)->rect());
+            return false;
+        }
+        QList<QRect> painted;
+    };
+    Page page(QRectF(0, 0, 200, 200));
+    auto *object = new PaintedObject(paintCorner);
+    object->setSize(QSizeF(20, 10), false, false);
+    page.addObject(object);
+    QGraphicsView view(&page);
+    view.setFrameShape(QFrame::NoFrame);
+    view.resize(200, 200);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QCoreApplication::processEvents();
+    Listener listener;
+    view.viewport()->installEventFilter(&listener);
+
+    // The bounds of 42 x 48 begin 11 to the left and 27 above; two pixels more on each side.
+    object->CBaseObject::setPos(QPointF(50, 60), false);
+    QCoreApplication::processEvents();
+    listener.painted.clear();
+    GetFramework()->refreshObject(object);
+    QCOMPARE(listener.painted, QList<QRect>{QRect(QPoint(37, 31), QPoint(83, 83))});
+
+    // What lies outside the view is not asked for.
+    object->CBaseObject::setPos(QPointF(0, 0), false);
+    QCoreApplication::processEvents();
+    listener.painted.clear();
+    GetFramework()->refreshObject(object);
+    QCOMPARE(listener.painted, QList<QRect>{QRect(QPoint(0, 0), QPoint(33, 23))});
 }
 
 void TestFrameworkPainting::refreshingNothingIsAllowed()
@@ -258,6 +176,21 @@ void TestFrameworkPainting::aPageIsRenderedToScale()
     QCOMPARE(picture.pixel(19, 0), white);
     for (double scale : {0.0, -1.0, 1e9, qQNaN(), qInf()})
         QVERIFY(page.rendered(scale).isNull());
+}
+
+void TestFrameworkPainting::aPageThatNoPictureCanHoldIsNotRendered()
+{
+    // 2^28 pixels are the most, 268,435,456: here are 268,960,000 and 800,000,000.
+    QVERIFY(Page(QRectF(0, 0, 20, 20)).rendered(820.0).isNull());
+    QVERIFY(Page(QRectF(0, 0, 40, 20)).rendered(1000.0).isNull());
+    // A page of less than one pixel is one pixel.
+    QCOMPARE(Page(QRectF(0, 0, 1000, 1)).rendered(0.25).size(), QSize(250, 1));
+    QCOMPARE(Page(QRectF(0, 0, 1, 1000)).rendered(0.25).size(), QSize(1, 250));
+    // Without a scale it is of the page's own size, on white.
+    const QImage plain = Page(QRectF(0, 0, 3, 2)).rendered();
+    QCOMPARE(plain.size(), QSize(3, 2));
+    QCOMPARE(plain.pixel(2, 1), white);
+    QCOMPARE(Page(QRectF(0, 0, 3, 2)).rendered(1.0, Qt::blue).pixel(0, 0), blue);
 }
 
 void TestFrameworkPainting::aRotatedObjectIsPaintedTurned()

@@ -1,3 +1,4 @@
+#include "framework/document.h"
 #include "framework/page.h"
 #include "host/notificationcodes.h"
 #include "tests/framework/changelog.h"
@@ -19,6 +20,8 @@ private Q_SLOTS:
     void whatIsBelowAnObjectThatAListenerReleasesIsRepainted();
     void aRequestThatReachesTheBaseRepaintsTheObject();
     void readingRepaintsNothing();
+    void aChangeOfTheModeRepaintsThePage();
+    void aMoveToAnotherLayerRepaintsThePageWhenAsked();
 };
 
 namespace
@@ -116,6 +119,43 @@ void TestFrameworkRepainting::readingRepaintsNothing()
     shown.object->SetAttribute(2705, noInput, true);
     Shown::settle();
     QCOMPARE(shown.object->paintings, 0);
+}
+
+void TestFrameworkRepainting::aChangeOfTheModeRepaintsThePage()
+{
+    Document document;
+    Page *page = document.addPage(QRectF(0, 0, 200, 100));
+    auto *object = new PaintedObject;
+    object->setSize(QSizeF(40, 30), false, false);
+    page->addObject(object);
+    QGraphicsView view(page);
+    view.resize(300, 200);
+    view.show();
+    Shown::settle();
+    object->paintings = 0;
+    document.enterAlternateMode();
+    Shown::settle();
+    QCOMPARE(object->paintings, 1);
+    document.leaveAlternateMode();
+    Shown::settle();
+    QCOMPARE(object->paintings, 2);
+}
+
+void TestFrameworkRepainting::aMoveToAnotherLayerRepaintsThePageWhenAsked()
+{
+    Shown shown;
+    auto *elsewhere = new PaintedObject;
+    elsewhere->setSize(QSizeF(10, 10), false, false);
+    elsewhere->setPos(QPointF(150, 80), false);
+    shown.page.addObject(elsewhere, Page::Layer::Background);
+    for (const bool refresh : {false, true}) {
+        Shown::settle();
+        elsewhere->paintings = 0;
+        const qint64 layer = shown.page.queryObject(shown.object, refresh ? 0 : 2);
+        shown.page.applyObject(0, layer, {shown.object}, false, QString(), refresh);
+        Shown::settle();
+        QCOMPARE(elsewhere->paintings, refresh ? 1 : 0);
+    }
 }
 
 QTEST_MAIN(TestFrameworkRepainting)

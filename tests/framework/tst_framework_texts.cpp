@@ -72,12 +72,12 @@ void TestFrameworkTexts::messagesBecomeSignals()
     QSignalSpy posted(notifier, &Notifier::posted);
     QSignalSpy notified(notifier, &Notifier::notified);
     QSignalSpy changed(notifier, &Notifier::propertyChanged);
-    GetFramework()->notifier()->post(100, 0, QStringLiteral("text"), -1);
-    GetFramework()->notifier()->notify(309, 0, 0, -1);
+    GetFramework()->notifier()->post(100, 7, QStringLiteral("text"), -1);
+    GetFramework()->notifier()->notify(309, 1, 2, -1);
     CBaseObject object(1, true, nullptr, nullptr);
     object.notifyObjPropertyChanged(1002, QString());
-    QCOMPARE(posted, (QList<QVariantList>{{100, 0, QStringLiteral("text"), -1}}));
-    QCOMPARE(notified, (QList<QVariantList>{{309, 0, 0, -1}}));
+    QCOMPARE(posted, (QList<QVariantList>{{100, 7, QStringLiteral("text"), -1}}));
+    QCOMPARE(notified, (QList<QVariantList>{{309, 1, 2, -1}}));
     QCOMPARE(changed.size(), 1);
     QCOMPARE(changed[0][0].value<CBaseObject *>(), &object);
     QCOMPARE(changed[0][1].toInt(), 1002);
