@@ -1,6 +1,7 @@
 #include "flipbook/base/memorybudget.h"
 
-#include <array>
+#include <QtCore/QLocale>
+
 #include <limits>
 
 namespace
@@ -57,18 +58,9 @@ std::optional<qint64> parse(const QString &text)
 
 QString text(qint64 bytes)
 {
-    static const std::array<QString, 5> units = {QStringLiteral("bytes"), QStringLiteral("KiB"),
-                                                 QStringLiteral("MiB"), QStringLiteral("GiB"),
-                                                 QStringLiteral("TiB")};
-    double amount = double(bytes);
-    std::size_t unit = 0;
-    // What would be rounded to 1024.0 is written in the next unit.
-    while (amount >= 1023.95 && unit + 1 < units.size()) {
-        amount /= 1024.0;
-        ++unit;
-    }
-    const QString number = QString::number(amount, 'f', unit == 0 ? 0 : 1);
-    return number + QLatin1Char(' ') + (bytes == 1 ? QStringLiteral("byte") : units[unit]);
+    if (bytes == 1)
+        return QStringLiteral("1 byte");
+    return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeIecFormat);
 }
 
 qint64 neededForFilm(const QSize &size, qint64 frames, int workingPictures)

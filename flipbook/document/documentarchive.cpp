@@ -1,6 +1,5 @@
 #include "flipbook/document/documentarchive.h"
 
-#include "flipbook/base/crc32.h"
 #include "flipbook/base/failure.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/zipwriter.h"
@@ -11,6 +10,7 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <zlib.h>
 
 namespace
 {
@@ -43,10 +43,16 @@ QByteArray readUpTo(const KArchiveFile &file, qint64 most)
     return bytes;
 }
 
+quint32 checkSum(const QByteArray &bytes)
+{
+    return quint32(
+        ::crc32(0, reinterpret_cast<const Bytef *>(bytes.constData()), uInt(bytes.size())));
+}
+
 bool isSound(const KArchiveFile &file, const QByteArray &bytes)
 {
     const auto *zipped = dynamic_cast<const KZipFileEntry *>(&file);
-    return bytes.size() == file.size() && zipped && quint32(zipped->crc32()) == crc32(bytes);
+    return bytes.size() == file.size() && zipped && quint32(zipped->crc32()) == checkSum(bytes);
 }
 
 // So that the new name, too, survives a loss of power.

