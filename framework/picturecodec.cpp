@@ -36,18 +36,18 @@ bool isPlausible(const QSize &size, qint64 byteCount)
 /// whole chunk before it reads it.
 bool hasPlausibleChunks(const QByteArray &png)
 {
-    constexpr int SignatureLength = 8;
-    constexpr int FrameLength = 12; // length, type and check sum
-    constexpr int LengthSize = 4;
-    qint64 at = SignatureLength;
-    while (at + FrameLength <= png.size()) {
+    constexpr int signatureLength = 8;
+    constexpr int frameLength = 12; // length, type and check sum
+    constexpr int lengthSize = 4;
+    qint64 at = signatureLength;
+    while (at + frameLength <= png.size()) {
         const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
-        if (length > SmallPicture && length > png.size() - at - FrameLength)
+        if (length > SmallPicture && length > png.size() - at - frameLength)
             return false;
         // Bytes after the end are never read.
-        if (std::memcmp(png.constData() + at + LengthSize, "IEND", LengthSize) == 0)
+        if (std::memcmp(png.constData() + at + lengthSize, "IEND", lengthSize) == 0)
             return true;
-        at += FrameLength + length;
+        at += frameLength + length;
     }
     return true;
 }

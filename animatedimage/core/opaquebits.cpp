@@ -1,5 +1,6 @@
 #include "animatedimage/core/opaquebits.h"
 
+#include <cstddef>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -127,7 +128,7 @@ public:
     {
         quint64 bits = 0;
         for (int i = 0; i < 4; ++i) {
-            const int mask = _mm_movemask_epi8(m_judge(vectorAt(at + 16 * i)));
+            const int mask = _mm_movemask_epi8(m_judge(vectorAt(at + std::ptrdiff_t(16) * i)));
             bits |= quint64(unsigned(mask)) << (16 * i);
         }
         return bits;
@@ -149,15 +150,15 @@ public:
 
     quint64 operator()(const uchar *at, quint64 guess) const
     {
-        if (guess == 0 && (signs(extreme<_mm_max_epu8>(at)) & judgedBytes) == 0)
+        if (guess == 0 && (signs(extreme<_mm_max_epu8>(at)) & JudgedBytes) == 0)
             return 0;
-        if (guess == AllBits && (signs(extreme<_mm_min_epu8>(at)) & judgedBytes) == judgedBytes)
+        if (guess == AllBits && (signs(extreme<_mm_min_epu8>(at)) & JudgedBytes) == JudgedBytes)
             return AllBits;
         return bitsAt(at);
     }
 
 private:
-    static constexpr int judgedBytes = 0x8888;
+    static constexpr int JudgedBytes = 0x8888;
 
     int signs(__m128i values) const { return _mm_movemask_epi8(m_judge(values)); }
 

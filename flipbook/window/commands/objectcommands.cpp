@@ -37,7 +37,7 @@ void PlacedObjects::put()
         m_page->placeObject(object, entry.place);
         // An object that comes from elsewhere remembers the document of that place: reading its
         // state makes it look again.
-        FilmState{*object};
+        [[maybe_unused]] const FilmState state(*object);
         arrived.append(object);
     }
     m_page->selectObjects(arrived);

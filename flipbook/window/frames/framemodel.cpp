@@ -16,7 +16,7 @@ bool isSame(const Plugin::Frames::value_type &one, const Plugin::Frames::value_t
 
 /// How many frames at the beginning (or, backwards, at the end) two lists share.
 template<typename Iterator>
-int commonLength(Iterator one, Iterator oneEnd, Iterator two, Iterator twoEnd)
+int commonLength(Iterator one, const Iterator &oneEnd, Iterator two, const Iterator &twoEnd)
 {
     int length = 0;
     for (; one != oneEnd && two != twoEnd && isSame(*one, *two); ++one, ++two)

@@ -121,7 +121,7 @@ void SelectionTool::startDrag(State state)
     for (const GeometryChange &change : qAsConst(m_changes))
         change.object->setStatus(MovedByHand);
     m_session.setDragging(true);
-    if (state == State::Handle)
+    if (state == State::Handle && m_handleDrag)
         Q_EMIT m_view.hinted(m_handleDrag->hint());
     else
         Q_EMIT m_view.hinted(tr("Shift keeps to one direction. Escape gives back."));
@@ -151,7 +151,7 @@ void SelectionTool::updateDrag()
         break;
     case State::Handle: {
         GeometryChange &change = m_changes.first();
-        if (!change.object)
+        if (!change.object || !m_handleDrag)
             break;
         change.after = m_handleDrag->geometry(change.before, m_from, m_to, m_modifiers);
         ObjectHandles::setGeometry(*change.object, change.after);
@@ -202,7 +202,7 @@ void SelectionTool::release()
     const State state = m_state;
     if (state == State::Moving)
         finish(m_changes.size() == 1 ? tr("Move") : tr("Move %n Objects", "", m_changes.size()));
-    else if (state == State::Handle)
+    else if (state == State::Handle && m_handleDrag)
         finish(m_handleDrag->commandText());
     endDrag();
 }
@@ -304,7 +304,7 @@ void SelectionTool::paint(QPainter &painter) const
         HandlePainting::paintHandles(painter, ObjectHandles::geometryOf(*selected.first()), unit());
     if (m_state == State::RubberBand)
         paintBand(painter);
-    if (m_state == State::Handle)
+    if (m_state == State::Handle && m_handleDrag)
         HandlePainting::paintTip(painter, m_to, m_handleDrag->tip(m_changes.first().after), unit());
 }
 

@@ -86,37 +86,19 @@ Message attribute(int id, const Values &...values)
     };
 }
 
-} // namespace
-
-Q_DECLARE_METATYPE(Message)
-
-/// Real paint events of a view, for every message after which an object tells the host that it is
-/// seen otherwise.
-class TestRepainting : public QObject
+/// A row for each type of object and each mode of the page.
+void everywhere(const char *name, const Message &message)
 {
-    Q_OBJECT
+    for (const int type : {normal, background}) {
+        for (const int mode : {0, 1})
+            QTest::addRow("%s, %s, %s", name, type == normal ? "normal" : "background",
+                          mode == 0 ? "edited" : "presented")
+                << type << mode << message << 1;
+    }
+}
 
-private Q_SLOTS:
-    void aMessageRepaintsTheObject_data();
-    void aMessageRepaintsTheObject();
-    void aMessageThatChangesNothingPaintsNothing();
-};
-
-void TestRepainting::aMessageRepaintsTheObject_data()
+void addPlayback()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<Message>("message");
-    QTest::addColumn<int>("paintEvents");
-    const QImage picture = Canvas::picture({"bb", "yr"}).scaled(40, 20);
-    const auto everywhere = [](const char *name, const Message &message, int events = 1) {
-        for (const int type : {normal, background}) {
-            for (const int mode : {0, 1})
-                QTest::addRow("%s, %s, %s", name, type == normal ? "normal" : "background",
-                              mode == 0 ? "edited" : "presented")
-                    << type << mode << message << events;
-        }
-    };
     everywhere("tick", [](Stage &stage) {
         stage.probe.isRunning() = true;
         stage.probe.tick();
@@ -136,6 +118,10 @@ void TestRepainting::aMessageRepaintsTheObject_data()
         stage.probe.runningIndex() = 1;
         stage->playImage(false);
     });
+}
+
+void addRequests(const QImage &picture)
+{
     everywhere("5001", request(5001));
     everywhere("5002", request(5002));
     everywhere("5004", request(5004, QStringLiteral("f_2")));
@@ -160,6 +146,10 @@ void TestRepainting::aMessageRepaintsTheObject_data()
         Request ask(Request::packed(file));
         QVERIFY(ask.get(stage.image, 5020));
     });
+}
+
+void addGeometryAndImports(const QImage &picture)
+{
     everywhere("position", [](Stage &stage) { stage->setPos(QPointF(107, 103), false); });
     everywhere("size", [](Stage &stage) { stage->setSize(QSizeF(80, 60), false, false); });
     everywhere("centre", [](Stage &stage) {
@@ -172,6 +162,34 @@ void TestRepainting::aMessageRepaintsTheObject_data()
         stage.probe.savedIndex() = 1;
         attribute(2805)(stage);
     });
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Message)
+
+/// Real paint events of a view, for every message after which an object tells the host that it is
+/// seen otherwise.
+class TestRepainting : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aMessageRepaintsTheObject_data();
+    void aMessageRepaintsTheObject();
+    void aMessageThatChangesNothingPaintsNothing();
+};
+
+void TestRepainting::aMessageRepaintsTheObject_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<Message>("message");
+    QTest::addColumn<int>("paintEvents");
+    const QImage picture = Canvas::picture({"bb", "yr"}).scaled(40, 20);
+    addPlayback();
+    addRequests(picture);
+    addGeometryAndImports(picture);
     const Message toBackground = request(5008, qint32(background), true);
     QTest::newRow("5008, normal, presented") << normal << 1 << toBackground << 1;
     const Message toNormal = request(5008, qint32(0), true);

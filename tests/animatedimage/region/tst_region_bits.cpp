@@ -44,7 +44,7 @@ Words portableBitsOf(const OpaqueBits::Line &line)
 std::vector<uchar> randomLine(std::mt19937 &random, int width, int bytesPerPixel, int threshold)
 {
     // One byte in front, so that no line begins where vectors like to.
-    std::vector<uchar> bytes(size_t(width * bytesPerPixel + 1));
+    std::vector<uchar> bytes(size_t(width) * size_t(bytesPerPixel) + 1);
     for (uchar &byte : bytes)
         byte = uchar(random());
     unsigned kind = 0;
@@ -52,7 +52,7 @@ std::vector<uchar> randomLine(std::mt19937 &random, int width, int bytesPerPixel
         if (x % 64 == 0 || random() % 50 == 0)
             kind = unsigned(random() % 5);
         const int values[] = {0, 255, threshold - 1, threshold, int(random() % 256)};
-        bytes[size_t((x + 1) * bytesPerPixel)] = uchar(values[kind]);
+        bytes[size_t(x + 1) * size_t(bytesPerPixel)] = uchar(values[kind]);
     }
     return bytes;
 }
@@ -87,7 +87,7 @@ void TestRegionBits::aLineLongerThanAWord()
 {
     std::vector<uchar> bytes(66 * 4, 77);
     for (int x = 0; x < 66; ++x)
-        bytes[size_t(4 * x + 3)] = x == 64 ? 0 : 255;
+        bytes[4 * size_t(x) + 3] = x == 64 ? 0 : 255;
     const Words expected{all, 0b10};
     QCOMPARE(bitsOf({bytes.data(), 66, 4, 1}, all), expected);
     QCOMPARE(portableBitsOf({bytes.data(), 66, 4, 1}), expected);

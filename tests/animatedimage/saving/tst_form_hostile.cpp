@@ -73,7 +73,7 @@ private Q_SLOTS:
                 show(stage);
             }
         }
-        QVERIFY2(peakMemory() - before < mostMemory, qPrintable(QString::number(peakMemory())));
+        QVERIFY2(peakMemory() - before < MaxMemory, qPrintable(QString::number(peakMemory())));
     }
 
     void countsBeyondMeasureTakeNoMemory_data()
@@ -95,7 +95,7 @@ private Q_SLOTS:
             Forms::savedBase(*stage.image) + QByteArray::fromHex("00") + pictures;
         QVERIFY(Forms::load(*stage.image, bytes));
         QVERIFY(stage.probe.frames().isEmpty());
-        QVERIFY(peakMemory() - before < mostMemory);
+        QVERIFY(peakMemory() - before < MaxMemory);
     }
 
     void aCountOfNamesBeyondMeasureTakesNoMemory()
@@ -109,7 +109,7 @@ private Q_SLOTS:
         // The pictures are found nevertheless, after the base's part.
         QCOMPARE(stage.probe.frames().size(), 3);
         QCOMPARE(stage.probe.frame(0).name, QString());
-        QVERIFY(peakMemory() - before < mostMemory);
+        QVERIFY(peakMemory() - before < MaxMemory);
     }
 
     void settingsBehindADamagedListAreReadWhereTheStreamStands()
@@ -177,7 +177,7 @@ private:
         stage->boundingRect();
     }
 
-    static constexpr qint64 mostMemory = qint64(200) * 1024 * 1024;
+    static constexpr qint64 MaxMemory = qint64(200) * 1024 * 1024;
 };
 
 QTEST_MAIN(TestFormHostile)

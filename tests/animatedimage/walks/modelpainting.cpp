@@ -11,7 +11,7 @@ namespace
 /// Half away from zero.
 int rounded(double number)
 {
-    return number >= 0.0 ? int(number + 0.5) : int(number - 0.5);
+    return int(std::lround(number));
 }
 
 /// The remainder that begins at 0, for an offset of either sign.

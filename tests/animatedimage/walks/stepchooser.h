@@ -23,7 +23,7 @@ public:
     /// True @p times out of @p of.
     bool chance(int times, int of) { return number(1, of) <= times; }
     /// From @p low to @p high, both inclusive.
-    int number(int low, int high) { return int(m_random.bounded(high - low + 1)) + low; }
+    int number(int low, int high) { return m_random.bounded(high - low + 1) + low; }
 
 private:
     template<typename Value>
