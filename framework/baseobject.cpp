@@ -91,7 +91,9 @@ void CBaseObject::geometryChanged(bool notify)
 {
     QGraphicsItem::setPos(m_pos);
     setTransformOriginPoint(m_rect.center());
-    setRotation(getRotate());
+    // Setting an equal rotation would cost as much as a change.
+    if (rotation() != getRotate())
+        setRotation(getRotate());
     update();
     if (notify)
         notifyObjPropertyChanged(PropertyChange::Geometry, QString());

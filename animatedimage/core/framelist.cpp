@@ -116,17 +116,6 @@ CAnimatedPortrait frameFromFile(const Frames &frames, const QString &path)
     return {freeName(frames, QFileInfo(path).baseName(), true), QImage(path)};
 }
 
-void scaleLike(Frames &frames, int index, const QSizeF &shownSize)
-{
-    const QSize pixels = frames.at(index).image.size();
-    if (pixels.isEmpty())
-        return;
-    for (CAnimatedPortrait &frame : frames) {
-        frame.size = QSizeF(frame.image.width() * shownSize.width() / pixels.width(),
-                            frame.image.height() * shownSize.height() / pixels.height());
-    }
-}
-
 void resize(Frames &frames, const QSizeF &size)
 {
     for (CAnimatedPortrait &frame : frames)

@@ -49,10 +49,6 @@ std::optional<CAnimatedPortrait> duplicate(const Frames &frames, int source, int
 /// A frame of the picture file at @p path; its picture is null if that cannot be read.
 CAnimatedPortrait frameFromFile(const Frames &frames, const QString &path);
 
-/// Gives every frame the scale at which the frame @p index is shown, whose size on the page is
-/// @p shownSize. A frame without pixels has no scale to give.
-void scaleLike(Frames &frames, int index, const QSizeF &shownSize);
-
 /// Gives every frame the same display size.
 void resize(Frames &frames, const QSizeF &size);
 

@@ -100,8 +100,14 @@ QString CAnimatedImage::nameOnPage() const
 
 void CAnimatedImage::addFrames(const QList<CAnimatedPortrait> &frames)
 {
-    m_portraits += frames;
+    framesWithSizes() += frames;
     m_regions.noteNewFrames();
+}
+
+QList<CAnimatedPortrait> &CAnimatedImage::framesWithSizes()
+{
+    m_scale.apply(m_portraits);
+    return m_portraits;
 }
 
 bool CAnimatedImage::notifyShownContent()

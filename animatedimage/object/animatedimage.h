@@ -3,7 +3,10 @@
 #include "animatedimage/animatedimageglobal.h"
 #include "animatedimage/core/animatedportrait.h"
 #include "animatedimage/core/frameregions.h"
+#include "animatedimage/core/framescale.h"
+#include "animatedimage/core/paintedcopy.h"
 #include "animatedimage/core/playbacksteps.h"
+#include "animatedimage/core/thumbnailcache.h"
 #include "host/baseobject.h"
 
 #include <QtCore/QJsonArray>
@@ -205,6 +208,9 @@ private:
 
     /// Appends frames that are not measured yet.
     Q_DECL_HIDDEN void addFrames(const QList<CAnimatedPortrait> &frames);
+    /// The frames, with the sizes that the last step gave them. To be used to read or write sizes,
+    /// to add frames, and to replace pictures.
+    Q_DECL_HIDDEN QList<CAnimatedPortrait> &framesWithSizes();
 
     /// Takes a step in which the host may release the object. False when it has done so: nothing
     /// of the object may be touched then.
@@ -252,4 +258,7 @@ private:
     double m_handleSize; ///< side of the host's handles in units, at construction and at 2805
     QList<QSizeF> m_savedFrameSizes; ///< display sizes of all frames at the last attribute 2804
     mutable FrameRegions m_regions;  ///< of all frames; shape() computes what it is asked for
+    FrameScale m_scale;              ///< of the last step; see framesWithSizes()
+    PaintedCopy m_paintedCopy;       ///< of the frame shown
+    ThumbnailCache m_thumbnails;     ///< of the frames that a host has listed
 };

@@ -8,7 +8,7 @@ QJsonArray CAnimatedImage::generateCostumesCode(const QString &prefix)
 {
     QJsonArray costumes;
     IJsonUtil *util = GetJsonUtil();
-    const QSizeF largest = CostumeCanvas::largestSize(m_portraits);
+    const QSizeF largest = CostumeCanvas::largestSize(framesWithSizes());
     const QString suffix = QStringLiteral(".png");
     const QString temporary = prefix + m_objName + suffix;
 

@@ -17,7 +17,7 @@ void CAnimatedImage::setSize(QSizeF size, bool keepCenter, bool notify)
     updateRegion(false);
     // A background has one size for all its frames: that of the object.
     if (isBackgroundType())
-        FrameList::resize(m_portraits, m_rect.size());
+        FrameList::resize(framesWithSizes(), m_rect.size());
 }
 
 void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, double angle,
@@ -25,7 +25,7 @@ void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, dou
 {
     CGDRootObject::setCenterPos(center, size, angle, update);
     if (isBackgroundType()) {
-        FrameList::resize(m_portraits, m_rect.size());
+        FrameList::resize(framesWithSizes(), m_rect.size());
         regenBGImage();
     }
     if (update) {

@@ -46,7 +46,8 @@ void CAnimatedImage::OnQPainterDraw(QPainter *painter)
     if (!isFrame(m_runningIndex))
         return;
     const QImage &image = m_portraits.at(m_runningIndex).image;
-    painter->drawImage(m_rect, image, QRectF(QPointF(0.0, 0.0), QSizeF(image.size())));
+    painter->drawImage(m_rect, m_paintedCopy.of(image, *painter, m_rect),
+                       QRectF(QPointF(0.0, 0.0), QSizeF(image.size())));
 }
 
 QRectF CAnimatedImage::boundingRect() const

@@ -76,9 +76,9 @@ void CAnimatedImage::setCurrentIndex(int index)
     const int previous = m_runningIndex;
     m_runningIndex = shown;
     if (isFrame(previous))
-        FrameList::scaleLike(m_portraits, previous, m_rect.size());
+        m_scale.give(m_portraits, previous, m_rect.size());
 
-    const QSizeF size = m_portraits.at(shown).size;
+    const QSizeF size = m_scale.sizeOf(m_portraits.at(shown));
     const QPointF center = GetGraphicsItemPtr()->mapToScene(getClientRect().center());
     // Only an object that turns freely keeps its angle from frame to frame. The direction of any
     // other is asked for and not used.

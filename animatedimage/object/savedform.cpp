@@ -11,7 +11,7 @@ QList<QImage> CAnimatedImage::SavedForm::storeOtherParams() const
     QStringList names;
     QStringList sizes;
     QList<QImage> images;
-    for (const CAnimatedPortrait &frame : qAsConst(object.m_portraits)) {
+    for (const CAnimatedPortrait &frame : qAsConst(object.framesWithSizes())) {
         names.append(frame.name);
         sizes.append(util->variantToText(frame.size));
         images.append(PictureStream::withoutStrayBits(frame.image));

@@ -50,7 +50,7 @@ void CAnimatedImage::Attributes::saveEditingState() const
 {
     object.m_bgRect = object.visibleRect();
     object.m_savedIndex = object.m_runningIndex;
-    object.m_savedFrameSizes = FrameList::sizes(object.m_portraits);
+    object.m_savedFrameSizes = FrameList::sizes(object.framesWithSizes());
     if (object.isBackgroundType()) {
         object.m_bgPos = QPointF(0.0, 0.0);
         object.generateBGImage(object.m_savedIndex);
@@ -65,7 +65,7 @@ void CAnimatedImage::Attributes::restoreEditingState() const
     object.m_handleSize = object.getHandleSize();
     const int index = object.m_savedIndex;
     if (object.isFrame(index)) {
-        FrameList::restoreSizes(object.m_portraits, object.m_savedFrameSizes);
+        FrameList::restoreSizes(object.framesWithSizes(), object.m_savedFrameSizes);
         object.m_runningIndex = index;
         object.measureOnce(index);
         if (object.isBackgroundType())

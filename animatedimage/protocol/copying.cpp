@@ -22,10 +22,11 @@ void CAnimatedImage::Requests::takeOver(CAnimatedImage &other) const
     QDataStream in(state);
     object.CBaseObject::load(in);
 
-    const QList<CAnimatedPortrait> frames = other.m_portraits;
+    const QList<CAnimatedPortrait> frames = other.framesWithSizes();
+    QList<CAnimatedPortrait> &own = object.framesWithSizes();
     for (CAnimatedPortrait frame : frames) {
         frame.image = frame.image.copy();
-        object.m_portraits.append(frame);
+        own.append(frame);
     }
     object.m_bgRect = other.m_bgRect;
     object.m_shiftInterval = other.m_shiftInterval;

@@ -1,5 +1,4 @@
 #include "animatedimage/core/framelist.h"
-#include "animatedimage/core/thumbnail.h"
 #include "animatedimage/object/playback.h"
 #include "animatedimage/protocol/requests.h"
 #include "host/notificationcodes.h"
@@ -32,10 +31,11 @@ void CAnimatedImage::Requests::replaceFrameImage() const
         !RequestStream::read(stream, image)) {
         return;
     }
-    object.m_portraits[index].image = withUnitRatio(image);
+    object.framesWithSizes()[index].image = withUnitRatio(image);
     object.updateRegion(index, true);
     if (object.notifyShownContent() && object.isFrame(index))
-        RequestStream::answer(stream, thumbnail(object.m_portraits.at(index).image));
+        RequestStream::answer(
+            stream, EncodedThumbnail{object.m_thumbnails, object.m_portraits.at(index).image});
 }
 
 bool CAnimatedImage::Requests::deleteFrame() const
@@ -93,7 +93,7 @@ void CAnimatedImage::Requests::insertImageFile() const
 void CAnimatedImage::Requests::insertAfter(int index, const CAnimatedPortrait &frame) const
 {
     const int place = FrameList::placeAfter(index, object.m_portraits.size());
-    object.m_portraits.insert(place, frame);
+    object.framesWithSizes().insert(place, frame);
     object.updateRegion(place, true);
     RequestStream::answer(stream, qint32(place), frame.image, thumbnails());
 }

@@ -34,8 +34,8 @@ struct CAnimatedImage::Requests {
 
     /// The name of a frame, empty for an index outside the list.
     QString frameName(int index) const;
-    /// Name and reduced picture of every frame.
-    ThumbnailList thumbnails() const;
+    /// What an answer holds of all frames.
+    EncodedThumbnails thumbnails() const;
 
     CAnimatedImage &object;
     QDataStream &stream;

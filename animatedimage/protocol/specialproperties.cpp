@@ -124,14 +124,12 @@ void CAnimatedImage::Requests::answerThumbnails() const
     RequestStream::answer(stream, thumbnails());
 }
 
+EncodedThumbnails CAnimatedImage::Requests::thumbnails() const
+{
+    return {object.m_thumbnails, object.m_portraits};
+}
+
 QString CAnimatedImage::Requests::frameName(int index) const
 {
     return object.isFrame(index) ? object.m_portraits.at(index).name : QString();
-}
-
-ThumbnailList CAnimatedImage::Requests::thumbnails() const
-{
-    ThumbnailList list;
-    object.GetAllThumbnail(false, list);
-    return list;
 }

@@ -85,7 +85,7 @@ void CAnimatedImage::Requests::replaceAllFrames() const
                                                 QStringLiteral("Replace Portrait")));
     QDataStream data(command->data_ptr(), QIODevice::WriteOnly);
     write(data, {FrameList::frameFromFile(object.m_portraits, path)});
-    write(data, object.m_portraits);
+    write(data, object.framesWithSizes());
     CUndoRedo::GetInstance()->push(command);
 }
 

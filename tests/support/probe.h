@@ -15,9 +15,10 @@ public:
 
     IGdDocument *&belongDoc() { return m_image.m_belongDoc; }
     QTimer *timer() { return m_image.m_shiftTimer; }
-    /// The frames, with their regions and hit paths computed.
+    /// The frames, with their sizes, regions and hit paths computed.
     QList<CAnimatedPortrait> &frames()
     {
+        m_image.m_scale.apply(m_image.m_portraits);
         m_image.m_regions.workOut(m_image.m_portraits);
         return m_image.m_portraits;
     }

@@ -1,4 +1,5 @@
 #include "animatedimage/core/framelist.h"
+#include "animatedimage/core/framescale.h"
 #include "tests/support/pictures.h"
 #include "tests/support/texts.h"
 
@@ -25,6 +26,14 @@ Frames named(const QStringList &names)
         frames.append({name, Pictures::solid(2 * unit, unit, Qt::red)});
     }
     return frames;
+}
+
+/// What a step of playback gives to all frames.
+void scaleLike(Frames &frames, int index, const QSizeF &shownSize)
+{
+    FrameScale scale;
+    scale.give(frames, index, shownSize);
+    scale.apply(frames);
 }
 
 } // namespace
@@ -246,7 +255,7 @@ void TestFrameList::aFileGivesItsNameAndPicture()
 void TestFrameList::everyFrameGetsTheScaleOfOne()
 {
     Frames frames = named(texts({"a", "b", "c"})); // 2 x 1, 4 x 2, 6 x 3
-    FrameList::scaleLike(frames, 1, QSizeF(8.0, 1.0));
+    scaleLike(frames, 1, QSizeF(8.0, 1.0));
     QCOMPARE(FrameList::sizes(frames),
              (QList<QSizeF>{QSizeF(4.0, 0.5), QSizeF(8.0, 1.0), QSizeF(12.0, 1.5)}));
 }
@@ -255,7 +264,7 @@ void TestFrameList::aFrameWithoutPixelsGivesNoScale()
 {
     Frames frames = named(texts({"a"}));
     frames.append({QStringLiteral("b"), QImage()});
-    FrameList::scaleLike(frames, 1, QSizeF(8.0, 8.0));
+    scaleLike(frames, 1, QSizeF(8.0, 8.0));
     QCOMPARE(FrameList::sizes(frames), (QList<QSizeF>{QSizeF(2.0, 1.0), QSizeF(0.0, 0.0)}));
 }
 

@@ -2,6 +2,7 @@
 
 #include "framework/framework.h"
 #include "framework/notifier.h"
+#include "host/specialpropertyids.h"
 #include "tests/support/request.h"
 
 #include <QtCore/QJsonDocument>
@@ -46,12 +47,15 @@ void Subject::get(int id, const QByteArray &input)
 {
     Request request(input);
     m_image->GetSpecialProperty(id, request.stream());
+    m_answer = request.bytes();
 }
 
 void Subject::set(int id, const QByteArray &input)
 {
     Request request(input);
     m_image->SetSpecialProperty(id, request.stream(), false);
+    // The handle of another object is not the same for both.
+    m_answer = id == SpecialPropertyId::CopyFromObject ? QByteArray() : request.bytes();
 }
 
 void Subject::setAttribute(int id, const QByteArray &input)

@@ -24,7 +24,7 @@ public:
     CBaseObject *image() const { return m_image; }
     CBaseObject *other() const { return m_other; }
     Document &document() { return m_document; }
-    /// Sends a request; what it answers is forgotten.
+    /// Sends a request.
     void get(int id, const QByteArray &input);
     void set(int id, const QByteArray &input);
     void setAttribute(int id, const QByteArray &input);
@@ -36,6 +36,8 @@ public:
     QByteArray savedJson() const;
     /// The shapes that listeners saw since the last call.
     QList<Points> takeHeard();
+    /// What the last request left in its buffer.
+    const QByteArray &answer() const { return m_answer; }
     /// All frames, with their regions computed or as they are.
     QList<CAnimatedPortrait> frames(bool workedOut);
 
@@ -45,4 +47,5 @@ private:
     CBaseObject *m_image;
     CBaseObject *m_other;
     QList<Points> m_heard;
+    QByteArray m_answer;
 };

@@ -83,11 +83,14 @@ void TestLazyShapes::walksLookAlike()
             step.apply(lazy);
             step.apply(eager);
             QVERIFY2(lazy.takeHeard() == eager.takeHeard(), text(done, "what listeners saw"));
+            QVERIFY2(lazy.answer() == eager.answer(), text(done, "the answer"));
             if (steps.number(1, 100) <= askedPercent)
                 QVERIFY2(lazy.shape() == eager.shape(), text(done, "the shape"));
             if (steps.number(1, 100) <= probedPercent)
                 QVERIFY2(areAlike(lazy.frames(true), eager.frames(false)), text(done, "a region"));
-            QVERIFY2(lazy.painted() == eager.painted(), text(done, "what is painted"));
+            // Some pictures are painted in another way from the second time on.
+            for (int time = steps.number(1, 3); time > 0; --time)
+                QVERIFY2(lazy.painted() == eager.painted(), text(done, "what is painted"));
         }
         QVERIFY2(lazy.shape() == eager.shape(), text(done, "the shape at the end"));
         QVERIFY2(lazy.saved() == eager.saved(), text(done, "the stream form"));
