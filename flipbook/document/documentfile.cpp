@@ -8,6 +8,7 @@
 #include "flipbook/document/documentpictures.h"
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>
@@ -19,7 +20,6 @@ namespace
 {
 
 const QLatin1String IsGif("IsGif");
-const QLatin1String GifFileName("GifFileName");
 
 class DocumentLoader
 {
@@ -81,7 +81,7 @@ void DocumentLoader::followReference(ObjectForm &form, const QString &where)
 {
     if (!form.state.value(IsGif).toBool())
         return;
-    const QString reference = form.state.value(GifFileName).toString();
+    const QString reference = form.state.value(FormKey::GifFileName).toString();
     QString copy;
     try {
         copy = copyOf(reference);
@@ -93,7 +93,7 @@ void DocumentLoader::followReference(ObjectForm &form, const QString &where)
         m_loaded.warnings << QStringLiteral("%1 has no frames: the GIF that it refers to, '%2': %3")
                                  .arg(where, reference, failure.reason);
     }
-    form.state[GifFileName] = copy;
+    form.state[FormKey::GifFileName] = copy;
 }
 
 QString DocumentLoader::copyOf(const QString &reference)
@@ -135,7 +135,7 @@ void DocumentLoader::addObject(Page &page, const ObjectForm &form)
     page.addObject(object, form.isBackground ? Page::Layer::Background : Page::Layer::Normal);
     QJsonObject state = form.state;
     object->loadJson(state);
-    const QString copy = form.state.value(GifFileName).toString();
+    const QString copy = form.state.value(FormKey::GifFileName).toString();
     if (m_gifs.contains(copy))
         GifScreen::clear(AnimatedObject(*object), copy, m_gifs.value(copy));
 }

@@ -3,8 +3,10 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/base/warninglimit.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/import/pngheader.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/imagestore.h"
 
 #include <QtCore/QHash>
@@ -17,7 +19,6 @@
 namespace
 {
 
-constexpr int MaxWarnings = 20;
 constexpr int DigestLength = 32;
 
 /// A picture of the archive, before it is decoded.
@@ -70,7 +71,7 @@ private:
 
 void PictureReader::readObject(const QJsonObject &state, const QString &where)
 {
-    const QJsonArray images = state.value(QLatin1String("ImageList")).toArray();
+    const QJsonArray images = state.value(FormKey::ImageList).toArray();
     m_countedOfObject.clear();
     for (int i = 0; i < images.size(); ++i)
         readFrame(images.at(i).toObject(), QStringLiteral("frame %1 of %2").arg(i + 1).arg(where));

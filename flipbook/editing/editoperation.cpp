@@ -7,6 +7,7 @@
 #include "flipbook/editing/objectform.h"
 #include "flipbook/import/picturefile.h"
 #include "flipbook/import/sourcefile.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/page.h"
 
 #include <limits>
@@ -145,9 +146,8 @@ Apply setLoops(const QString &value)
             return;
         // The panel knows forever and once only; the saved form takes any count.
         target.object =
-            rebuilt(target.plugin, target.page, *target.object, [count](QJsonObject &form) {
-                form.insert(QStringLiteral("LoopCount"), count);
-            });
+            rebuilt(target.plugin, target.page, *target.object,
+                    [count](QJsonObject &form) { form.insert(FormKey::LoopCount, count); });
     };
 }
 

@@ -2,6 +2,7 @@
 
 #include "flipbook/base/outputfile.h"
 #include "flipbook/object/animatedobject.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/document.h"
 
 #include <QtCore/QJsonArray>
@@ -20,12 +21,12 @@ QString frameFile(int number, int count)
 
 QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonArray &list)
 {
-    return {{QStringLiteral("ImageList"), list},
-            {QStringLiteral("ShiftInterval"), state.value(QLatin1String("ShiftInterval"))},
-            {QStringLiteral("LoopCount"), state.value(QLatin1String("LoopCount"))},
-            {QStringLiteral("LockScale"), state.value(QLatin1String("LockScale"))},
-            {QStringLiteral("ImageMirror"), object.isMirrored()},
-            {QStringLiteral("ImageFlip"), object.isFlipped()}};
+    return {{FormKey::ImageList, list},
+            {FormKey::ShiftInterval, state.value(FormKey::ShiftInterval)},
+            {FormKey::LoopCount, state.value(FormKey::LoopCount)},
+            {FormKey::LockScale, state.value(FormKey::LockScale)},
+            {FormKey::ImageMirror, object.isMirrored()},
+            {FormKey::ImageFlip, object.isFlipped()}};
 }
 
 } // namespace
@@ -37,13 +38,13 @@ QStringList exportFrames(Document &document, CBaseObject &object, const QString 
     document.setKeepsImagesInline(false);
     QJsonObject state;
     object.saveJson(state);
-    const QJsonArray images = state.value(QLatin1String("ImageList")).toArray();
+    const QJsonArray images = state.value(FormKey::ImageList).toArray();
 
     QStringList warnings;
     QJsonArray list;
     for (int i = 0; i < images.size(); ++i) {
         const QString name = frameFile(i + 1, images.size());
-        list.append(QJsonObject{{QStringLiteral("filename"), name}});
+        list.append(QJsonObject{{FormKey::FileName, name}});
         const QString digest = images.at(i).toObject().value(QLatin1String("digest")).toString();
         const QByteArray png = document.imageStore().png(digest);
         if (png.isEmpty())

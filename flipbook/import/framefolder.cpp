@@ -4,7 +4,9 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/base/warninglimit.h"
 #include "flipbook/import/picturefile.h"
+#include "flipbook/object/formkeys.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QHash>
@@ -16,7 +18,6 @@ namespace
 {
 
 constexpr qint64 MaxConfigBytes = qint64(64) << 20;
-constexpr int MaxWarnings = 20;
 
 /// A file name that leads to no picture.
 QString noPicture()
@@ -122,13 +123,12 @@ QJsonObject FolderCopier::parse(const QByteArray &bytes)
 
 void FolderCopier::examineSettings(const QJsonObject &config)
 {
-    for (const QLatin1String key : {QLatin1String("ShiftInterval"), QLatin1String("LoopCount")}) {
+    for (const QLatin1String key : {FormKey::ShiftInterval, FormKey::LoopCount}) {
         const QJsonValue value = config.value(key);
         if (!value.isUndefined() && value.toInt(0) != value.toDouble(0.5))
             warn(QStringLiteral("\"%1\" is not a whole number and counts as 0").arg(key));
     }
-    for (const QLatin1String key :
-         {QLatin1String("LockScale"), QLatin1String("ImageMirror"), QLatin1String("ImageFlip")}) {
+    for (const QLatin1String key : {FormKey::LockScale, FormKey::ImageMirror, FormKey::ImageFlip}) {
         const QJsonValue value = config.value(key);
         if (!value.isUndefined() && !value.isBool())
             warn(QStringLiteral("\"%1\" is neither true nor false and counts as false").arg(key));
@@ -138,7 +138,7 @@ void FolderCopier::examineSettings(const QJsonObject &config)
 // The element as it is in the copy.
 QJsonValue FolderCopier::copiedElement(int number, const QJsonValue &element)
 {
-    const QLatin1String key("filename");
+    const QLatin1String key = FormKey::FileName;
     const QJsonValue name = element.toObject().value(key);
     if (name.isUndefined()) {
         warn(QStringLiteral("element %1 of \"ImageList\" has no \"filename\" and is skipped")
@@ -224,7 +224,7 @@ void FolderCopier::count(int number, qint64 memory)
 FrameFolder FolderCopier::run()
 {
     QJsonObject config = parse(readConfig());
-    const QJsonValue list = config.value(QLatin1String("ImageList"));
+    const QJsonValue list = config.value(FormKey::ImageList);
     if (list.isUndefined())
         throw Failure{m_config, QStringLiteral("it has no \"ImageList\"")};
     if (!list.isArray())
@@ -240,7 +240,7 @@ FrameFolder FolderCopier::run()
     examineSettings(config);
     if (m_unnamedWarnings > 0)
         m_warnings << QStringLiteral("config.json: %1 more such").arg(m_unnamedWarnings);
-    config.insert(QLatin1String("ImageList"), copies);
+    config.insert(FormKey::ImageList, copies);
     writeConfig(config);
     m_reading.memory().take(m_needed);
     return {m_copy, m_warnings};
