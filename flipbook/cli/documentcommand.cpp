@@ -89,9 +89,10 @@ Page &pageOf(const CBaseObject &object)
 QImage renderPage(const MemoryAccount &memory, const QString &path, Page &page, double scale)
 {
     const QSizeF pixels = page.pageRect().size() * scale;
-    const double needed = pixels.width() * pixels.height() * BytesPerPixel;
+    // Once painted, and at most as much again as a file.
+    const double needed = pixels.width() * pixels.height() * BytesPerPixel * 2.0;
     QImage picture;
-    if (needed <= double(memory.limit()) && memory.hasRoomFor(qint64(needed)))
+    if (needed <= double(memory.room()))
         picture = page.rendered(scale);
     if (picture.isNull())
         throw Failure{path, QStringLiteral("a page of %1 x %2 pixels is too large")
