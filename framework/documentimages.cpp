@@ -133,8 +133,3 @@ QStringList Document::missingPictures() const
 {
     return m_missingPictures;
 }
-
-void Document::clearMissingPictures()
-{
-    m_missingPictures.clear();
-}
