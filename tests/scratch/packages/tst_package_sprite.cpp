@@ -1,5 +1,4 @@
 #include "flipbook/base/failure.h"
-#include "flipbook/base/memoryaccount.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/object/plugin.h"
 #include "flipbook/scratch/package.h"
@@ -167,8 +166,7 @@ private Q_SLOTS:
     {
         makeObject();
         AnimatedObject object(*m_object);
-        MemoryAccount memory;
-        SpriteExporter exporter{m_plugin, StagePlacement(QRectF(0, 0, 480, 360)), true, memory};
+        SpriteExporter exporter{StagePlacement(QRectF(0, 0, 480, 360)), true};
         try {
             exporter.exported(object, QStringLiteral("nothing"));
             QFAIL("a sprite without costumes was made");
@@ -233,8 +231,7 @@ private:
 
     Sprite exported(const QRectF &page)
     {
-        MemoryAccount memory;
-        SpriteExporter exporter{m_plugin, StagePlacement(page), true, memory};
+        SpriteExporter exporter{StagePlacement(page), true};
         AnimatedObject object(*m_object);
         const Sprite sprite = exporter.exported(object, QStringLiteral("walk"));
         m_remarks = exporter.remarks();
