@@ -5,11 +5,13 @@
 namespace
 {
 
+constexpr double MaxScale = 100.0;
+
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::pngOutput(line);
-    const double scale = chosenScale(line);
+    const double scale = Arguments::amount(line, QStringLiteral("scale"), MaxScale, 1.0);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
@@ -31,7 +33,9 @@ Command renderCommand()
             {{QStringLiteral("o"), QStringLiteral("Write the picture to PAGE.png."),
               QStringLiteral("PAGE.png")},
              pageOption(),
-             scaleOption(),
+             {QStringLiteral("scale"),
+              QStringLiteral("Paint S pixels for each unit of the page (default: 1)."),
+              QStringLiteral("S")},
              {QStringLiteral("presented"),
               QStringLiteral("Paint the page as it is presented, not as it is edited.")}},
             run};

@@ -12,6 +12,7 @@ constexpr int Gap = 16;
 constexpr int LabelGap = 6;
 constexpr int NarrowestLabel = 72;
 constexpr double WantedAspect = 1.6;
+constexpr qint64 MaxSheetPixels = qint64(48) << 20;
 constexpr int MaxPictures = 60000;
 constexpr int MaxSheetSide = 32000;
 constexpr std::array<int, 6> BoxSides = {160, 128, 96, 64, 48, 32};
@@ -58,10 +59,10 @@ SheetLayout layOut(int count, QSizeF largest, int labelHeight, int side)
     return layout;
 }
 
-bool fits(QSize sheet, qint64 mostPixels)
+bool fits(QSize sheet)
 {
     return sheet.width() <= MaxSheetSide && sheet.height() <= MaxSheetSide &&
-           qint64(sheet.width()) * sheet.height() <= qMin(mostPixels, MaxSheetPixels);
+           qint64(sheet.width()) * sheet.height() <= MaxSheetPixels;
 }
 
 } // namespace
@@ -81,14 +82,13 @@ QRect SheetLayout::labelAt(int index) const
                  cell.height() - box.height() - LabelGap);
 }
 
-std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight,
-                                       qint64 mostPixels)
+std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight)
 {
     if (count > MaxPictures)
         return std::nullopt;
     for (const int side : BoxSides) {
         const SheetLayout layout = layOut(count, largest, labelHeight, side);
-        if (fits(layout.sheet, mostPixels))
+        if (fits(layout.sheet))
             return layout;
     }
     return std::nullopt;

@@ -4,11 +4,7 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
-#include "flipbook/base/saturating.h"
-#include "flipbook/base/warninglimit.h"
-#include "flipbook/import/picturefacts.h"
 #include "flipbook/import/picturefile.h"
-#include "flipbook/object/formkeys.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QHash>
@@ -16,12 +12,11 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
-#include <algorithm>
-
 namespace
 {
 
 constexpr qint64 MaxConfigBytes = qint64(64) << 20;
+constexpr int MaxWarnings = 20;
 
 /// A file name that leads to no picture.
 QString noPicture()
@@ -54,8 +49,8 @@ public:
 
 private:
     struct Picture {
-        QString copy; ///< its name
-        PictureFacts facts;
+        QString copy;      ///< its name
+        qint64 memory = 0; ///< 0 when it is not a picture that can be read
     };
 
     QByteArray readConfig();
@@ -66,7 +61,7 @@ private:
     Picture pictureNamed(const QString &name);
     Picture copied(QFile &file);
     void settle(const QString &copy) const;
-    void count(int number, const PictureFacts &facts);
+    void count(int number, qint64 memory);
     void writeConfig(const QJsonObject &config) const;
     void warn(const QString &what);
 
@@ -77,8 +72,7 @@ private:
     PrivateFolder &m_folder;
     const QString m_copy;
     QHash<QString, Picture> m_pictures; ///< by names in the list
-    qint64 m_kept = 0;                  ///< by the pictures
-    qint64 m_work = 0;                  ///< the most that the decoder also takes
+    qint64 m_needed = 0;
     int m_unnamedWarnings = 0;
     QStringList m_warnings;
 };
@@ -102,8 +96,6 @@ QByteArray FolderCopier::readConfig()
     if (file->size() > MaxConfigBytes)
         throw Failure{m_config,
                       QStringLiteral("larger than %1").arg(MemoryBudget::text(MaxConfigBytes))};
-    m_reading.memory().require(MemoryBudget::leastForJson(file->size()), m_config,
-                               QStringLiteral("its text"));
     return file->read(MaxConfigBytes);
 }
 
@@ -130,12 +122,13 @@ QJsonObject FolderCopier::parse(const QByteArray &bytes)
 
 void FolderCopier::examineSettings(const QJsonObject &config)
 {
-    for (const QLatin1String key : {FormKey::ShiftInterval, FormKey::LoopCount}) {
+    for (const QLatin1String key : {QLatin1String("ShiftInterval"), QLatin1String("LoopCount")}) {
         const QJsonValue value = config.value(key);
         if (!value.isUndefined() && value.toInt(0) != value.toDouble(0.5))
             warn(QStringLiteral("\"%1\" is not a whole number and counts as 0").arg(key));
     }
-    for (const QLatin1String key : {FormKey::LockScale, FormKey::ImageMirror, FormKey::ImageFlip}) {
+    for (const QLatin1String key :
+         {QLatin1String("LockScale"), QLatin1String("ImageMirror"), QLatin1String("ImageFlip")}) {
         const QJsonValue value = config.value(key);
         if (!value.isUndefined() && !value.isBool())
             warn(QStringLiteral("\"%1\" is neither true nor false and counts as false").arg(key));
@@ -145,7 +138,7 @@ void FolderCopier::examineSettings(const QJsonObject &config)
 // The element as it is in the copy.
 QJsonValue FolderCopier::copiedElement(int number, const QJsonValue &element)
 {
-    const QLatin1String key = FormKey::FileName;
+    const QLatin1String key("filename");
     const QJsonValue name = element.toObject().value(key);
     if (name.isUndefined()) {
         warn(QStringLiteral("element %1 of \"ImageList\" has no \"filename\" and is skipped")
@@ -169,8 +162,8 @@ QString FolderCopier::copiedPicture(int number, const QString &name)
     QString reason = QStringLiteral("is not a picture that can be read");
     try {
         const Picture picture = pictureNamed(name);
-        if (picture.facts.isReadable()) {
-            count(number, picture.facts);
+        if (picture.memory > 0) {
+            count(number, picture.memory);
             return picture.copy;
         }
     } catch (const ForbiddenFile &forbidden) {
@@ -206,10 +199,10 @@ FolderCopier::Picture FolderCopier::copied(QFile &file)
     QFile copy(path);
     if (!copy.open(QIODevice::ReadOnly))
         throw Failure{path, copy.errorString()};
-    const PictureFacts facts = PictureFacts::read(copy, m_reading.memory().limit());
-    if (m_reading.memory().hasRoomFor(Saturating::sum(m_kept, facts.neededBytes())))
+    const qint64 memory = examinePicture(copy).memory;
+    if (m_reading.memory().hasRoomFor(m_needed + memory))
         settle(path);
-    return {name, facts};
+    return {name, memory};
 }
 
 /// A picture that cannot be decoded is an empty frame, here as in the object.
@@ -222,22 +215,16 @@ void FolderCopier::settle(const QString &copy) const
     }
 }
 
-void FolderCopier::count(int number, const PictureFacts &facts)
+void FolderCopier::count(int number, qint64 memory)
 {
-    m_kept = Saturating::sum(m_kept, facts.keptBytes());
-    m_work = std::max(m_work, facts.workBytes);
-    m_reading.memory().require(Saturating::sum(m_kept, m_work), m_path,
-                               QStringLiteral("%1 frames and more").arg(number));
+    m_needed += memory;
+    m_reading.memory().require(m_needed, m_path, QStringLiteral("%1 frames and more").arg(number));
 }
 
 FrameFolder FolderCopier::run()
 {
-    const QByteArray text = readConfig();
-    // Once for the text as it is, and once for the copy.
-    m_reading.memory().require(2 * MemoryBudget::neededForJson(text), m_config,
-                               QStringLiteral("its text"));
-    QJsonObject config = parse(text);
-    const QJsonValue list = config.value(FormKey::ImageList);
+    QJsonObject config = parse(readConfig());
+    const QJsonValue list = config.value(QLatin1String("ImageList"));
     if (list.isUndefined())
         throw Failure{m_config, QStringLiteral("it has no \"ImageList\"")};
     if (!list.isArray())
@@ -245,8 +232,6 @@ FrameFolder FolderCopier::run()
     const QJsonArray elements = list.toArray();
     if (elements.isEmpty())
         throw Failure{m_config, QStringLiteral("\"ImageList\" is empty")};
-    m_kept = elements.size() * MemoryBudget::BytesPerFrame;
-    m_reading.memory().require(m_kept, m_path, QStringLiteral("%1 frames").arg(elements.size()));
     if (!QDir().mkdir(m_copy))
         throw Failure{m_copy, QStringLiteral("the folder cannot be made")};
     QJsonArray copies;
@@ -255,9 +240,9 @@ FrameFolder FolderCopier::run()
     examineSettings(config);
     if (m_unnamedWarnings > 0)
         m_warnings << QStringLiteral("config.json: %1 more such").arg(m_unnamedWarnings);
-    config.insert(FormKey::ImageList, copies);
+    config.insert(QLatin1String("ImageList"), copies);
     writeConfig(config);
-    m_reading.memory().take(m_kept);
+    m_reading.memory().take(m_needed);
     return {m_copy, m_warnings};
 }
 

@@ -1,7 +1,6 @@
 #include "flipbook/import/mediaimport.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/import/framefolder.h"
 #include "flipbook/import/gifscreen.h"
@@ -57,7 +56,7 @@ void importFolder(ImportedMedia &media, const FileHandle &source, const QString 
 void importPicture(ImportedMedia &media, QFile &file, const QString &path, Reading &reading)
 {
     const QImage picture = readPicture(file, path, reading.memory());
-    reading.memory().take(picture.sizeInBytes() + MemoryBudget::BytesPerFrame);
+    reading.memory().take(picture.sizeInBytes());
     AnimatedObject(*media.object).loadPicture(picture, nameOf(path, SourceKind::OtherFile));
 }
 

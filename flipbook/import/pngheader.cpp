@@ -1,7 +1,5 @@
 #include "flipbook/import/pngheader.h"
 
-#include "flipbook/base/saturating.h"
-
 #include <QtCore/QtEndian>
 
 #include <limits>
@@ -24,5 +22,9 @@ std::optional<PngHeader> PngHeader::read(const QByteArray &start)
 
 qint64 PngHeader::decodedBytes() const
 {
-    return Saturating::product(qint64(size.width()) * size.height(), bytesPerPixel);
+    qint64 bytes = 0;
+    const qint64 pixels = qint64(size.width()) * size.height();
+    return __builtin_mul_overflow(pixels, qint64(bytesPerPixel), &bytes)
+               ? std::numeric_limits<qint64>::max()
+               : bytes;
 }
