@@ -53,7 +53,6 @@ public:
     /// Digests that reading asked for and that the store did not have (or had damaged); each is
     /// listed once. Null images take their places.
     QStringList missingPictures() const;
-    void clearMissingPictures();
 
     /// Files in this folder are referred to relative to it. An empty text: by their full path.
     void setBaseFolder(const QString &folder);

@@ -111,8 +111,10 @@ QImage Document::imageOfJson(const QJsonObject &json, Decoded &decoded)
 {
     if (json.contains(DigestMember))
         return storedImage(json.value(DigestMember).toString(), decoded);
-    const QByteArray text = json.value(PngMember).toString().toLatin1();
-    return PictureCodec::decode(QByteArray::fromBase64(text));
+    // Strict: what is not the text of a picture would hide one from whoever looks at it before.
+    const auto png = QByteArray::fromBase64Encoding(json.value(PngMember).toString().toLatin1(),
+                                                    QByteArray::AbortOnBase64DecodingErrors);
+    return png ? PictureCodec::decode(*png) : QImage();
 }
 
 QImage Document::storedImage(const QString &digest, Decoded &decoded)
@@ -130,9 +132,4 @@ QImage Document::storedImage(const QString &digest, Decoded &decoded)
 QStringList Document::missingPictures() const
 {
     return m_missingPictures;
-}
-
-void Document::clearMissingPictures()
-{
-    m_missingPictures.clear();
 }

@@ -25,18 +25,29 @@ QString ImageStore::add(const QImage &image)
     if (png.isEmpty())
         return {};
     const QString digest = digestOf(png);
-    m_pngs.insert(digest, png);
+    if (!keep(digest, png))
+        return {};
     m_known.insert(image.cacheKey(), digest);
     m_used.insert(digest);
     return digest;
 }
 
+bool ImageStore::keep(const QString &digest, const QByteArray &png)
+{
+    if (m_pngs.contains(digest))
+        return true;
+    if (png.size() > m_capacity - m_byteCount) {
+        m_overflowed = true;
+        return false;
+    }
+    m_pngs.insert(digest, png);
+    m_byteCount += png.size();
+    return true;
+}
+
 bool ImageStore::addPng(const QString &digest, const QByteArray &bytes)
 {
-    if (bytes.isEmpty() || digestOf(bytes) != digest)
-        return false;
-    m_pngs.insert(digest, bytes);
-    return true;
+    return !bytes.isEmpty() && digestOf(bytes) == digest && keep(digest, bytes);
 }
 
 QImage ImageStore::image(const QString &digest) const
@@ -64,15 +75,32 @@ QList<QString> ImageStore::digests() const
     return m_pngs.keys();
 }
 
+void ImageStore::setCapacity(qint64 bytes)
+{
+    m_capacity = bytes;
+    m_overflowed = false;
+}
+
+bool ImageStore::hasOverflowed() const
+{
+    return m_overflowed;
+}
+
+qint64 ImageStore::byteCount() const
+{
+    return m_byteCount;
+}
+
 void ImageStore::remove(const QString &digest)
 {
-    m_pngs.remove(digest);
+    m_byteCount -= m_pngs.take(digest).size();
     forgetDropped();
 }
 
 void ImageStore::clear()
 {
     m_pngs.clear();
+    m_byteCount = 0;
     forgetDropped();
 }
 
@@ -83,8 +111,14 @@ void ImageStore::beginUse()
 
 void ImageStore::dropUnused()
 {
-    for (auto png = m_pngs.begin(); png != m_pngs.end();)
-        png = m_used.contains(png.key()) ? std::next(png) : m_pngs.erase(png);
+    for (auto png = m_pngs.begin(); png != m_pngs.end();) {
+        if (m_used.contains(png.key())) {
+            ++png;
+            continue;
+        }
+        m_byteCount -= png->size();
+        png = m_pngs.erase(png);
+    }
     forgetDropped();
 }
 

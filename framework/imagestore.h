@@ -10,6 +10,8 @@
 #include <QtCore/QString>
 #include <QtGui/QImage>
 
+#include <limits>
+
 /// The pictures of a document, each distinct one kept once, as a PNG file in memory. A picture is
 /// known by its digest: the MD5 of the PNG bytes as 32 lower-case hexadecimal digits.
 /// The same pixels always give the same bytes, on every machine, even if they were
@@ -18,9 +20,11 @@
 class FRAMEWORK_API ImageStore
 {
 public:
-    /// Keeps @p image and returns its digest; a null image is not kept and gives an empty digest.
+    /// Keeps @p image and returns its digest; a null image, or one for which there is no room, is
+    /// not kept and gives an empty digest.
     QString add(const QImage &image);
-    /// Keeps the PNG file @p bytes. False, with nothing kept, when they have another digest.
+    /// Keeps the PNG file @p bytes. False, with nothing kept, when they have another digest or
+    /// there is no room.
     bool addPng(const QString &digest, const QByteArray &bytes);
 
     /// The picture with the digest @p digest; a null image if there is none or its file is damaged.
@@ -31,6 +35,14 @@ public:
     /// All digests, in ascending order.
     QList<QString> digests() const;
 
+    /// The most bytes that the PNG files may take together; unlimited at first. What goes beyond is
+    /// not kept, and hasOverflowed() tells so.
+    void setCapacity(qint64 bytes);
+    /// Whether a picture was not kept since the capacity was set last.
+    bool hasOverflowed() const;
+    /// The bytes that the PNG files take together.
+    qint64 byteCount() const;
+
     void remove(const QString &digest);
     void clear();
 
@@ -40,10 +52,14 @@ public:
     void dropUnused();
 
 private:
+    bool keep(const QString &digest, const QByteArray &png);
     void forgetDropped();
 
     QMap<QString, QByteArray> m_pngs;
     QSet<QString> m_used;
     /// Digests of the pictures in the store by cacheKey(), which is unique to their pixels.
     mutable QHash<qint64, QString> m_known;
+    qint64 m_byteCount = 0;
+    qint64 m_capacity = std::numeric_limits<qint64>::max();
+    bool m_overflowed = false;
 };

@@ -2,6 +2,7 @@
 
 #include "animatedimage/core/framelist.h"
 #include "animatedimage/core/jsonkeys.h"
+#include "animatedimage/core/thumbnail.h"
 #include "animatedimage/object/liveobjects.h"
 #include "host/framework.h"
 #include "host/gddocument.h"
@@ -113,4 +114,15 @@ QList<CAnimatedPortrait> &CAnimatedImage::framesWithSizes()
 bool CAnimatedImage::notifyShownContent()
 {
     return outlives([this] { notifyObjPropertyChanged(PropertyChange::ShownContent, QString()); });
+}
+
+QString CAnimatedImage::generatePortraitName(const QString &baseText, bool stemAllowed) const
+{
+    return FrameList::freeName(m_portraits, baseText, stemAllowed);
+}
+
+void CAnimatedImage::GetAllThumbnail(bool fullSize, ThumbnailList &out) const
+{
+    for (const CAnimatedPortrait &frame : m_portraits)
+        out.append({frame.name, fullSize ? frame.image : thumbnail(frame.image)});
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "animatedimage/core/framefolder.h"
-#include "animatedimage/core/giffile.h"
+#include "animatedimage/core/folderimport.h"
+#include "animatedimage/core/gifimport.h"
 #include "animatedimage/object/animatedimage.h"
 
 /// Stores the result of an import in the object.

@@ -15,18 +15,24 @@ bool MemoryAccount::hasRoomFor(qint64 bytes) const
     return bytes <= m_limit && m_taken <= m_limit - bytes;
 }
 
-void MemoryAccount::require(qint64 bytes, const QString &subject, const QString &what) const
+QString MemoryAccount::refusal(qint64 bytes, const QString &what) const
 {
     if (hasRoomFor(bytes))
-        return;
-    const QString besides = m_taken == 0 ? QString()
-                                         : QStringLiteral(" in addition to the %1 already in use")
-                                               .arg(MemoryBudget::text(m_taken));
-    throw OverBudget{
-        {subject, QStringLiteral("%1 would need %2 of memory%3, more than the %4 that "
-                                 "--max-memory allows")
-                      .arg(what, MemoryBudget::text(bytes), besides, MemoryBudget::text(m_limit))},
-        bytes};
+        return QString();
+    constexpr qint64 littleShare = 100;
+    const QString already = m_taken < m_limit / littleShare
+                                ? QString()
+                                : QStringLiteral(" in addition to the %1 already in use")
+                                      .arg(MemoryBudget::text(m_taken));
+    return QStringLiteral("%1 would need %2 of memory%3, more than the %4 that --max-memory allows")
+        .arg(what, MemoryBudget::text(bytes), already, MemoryBudget::text(m_limit));
+}
+
+void MemoryAccount::require(qint64 bytes, const QString &subject, const QString &what) const
+{
+    const QString reason = refusal(bytes, what);
+    if (!reason.isEmpty())
+        throw OverBudget{{subject, reason}, bytes};
 }
 
 void MemoryAccount::take(qint64 bytes)

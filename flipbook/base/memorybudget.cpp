@@ -1,7 +1,10 @@
 #include "flipbook/base/memorybudget.h"
 
+#include "flipbook/base/saturating.h"
+
 #include <QtCore/QLocale>
 
+#include <algorithm>
 #include <limits>
 
 namespace
@@ -9,24 +12,17 @@ namespace
 
 constexpr qint64 BytesPerPixel = 4;
 
-// Name, records and bookkeeping of one frame: what a film of ten million dots takes.
-constexpr qint64 BytesPerFrameRecord = 1024;
-
-qint64 saturatingProduct(qint64 a, qint64 b)
-{
-    qint64 product = 0;
-    return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<qint64>::max() : product;
-}
-
-qint64 saturatingSum(qint64 a, qint64 b)
-{
-    qint64 sum = 0;
-    return __builtin_add_overflow(a, b, &sum) ? std::numeric_limits<qint64>::max() : sum;
-}
-
 qint64 pictureBytes(const QSize &size)
 {
-    return qint64(size.width()) * qint64(size.height()) * BytesPerPixel;
+    return qint64(size.width()) * size.height() * BytesPerPixel;
+}
+
+qint64 pictureBytes(const QSizeF &size, double pictures)
+{
+    const double bytes = size.width() * size.height() * double(BytesPerPixel) * pictures;
+    // Written so that NaN counts as the most.
+    constexpr qint64 most = std::numeric_limits<qint64>::max();
+    return bytes < double(most) / 2.0 ? qint64(bytes) : most;
 }
 
 } // namespace
@@ -65,20 +61,46 @@ QString text(qint64 bytes)
 
 qint64 neededForFilm(const QSize &size, qint64 frames, int workingPictures)
 {
-    return saturatingSum(keptForFilm(size, frames),
-                         saturatingProduct(workingPictures, pictureBytes(size)));
+    return Saturating::sum(keptForFilm(size, frames),
+                           Saturating::product(workingPictures, pictureBytes(size)));
 }
 
 qint64 keptForFilm(const QSize &size, qint64 frames)
 {
-    return saturatingSum(saturatingProduct(frames, pictureBytes(size)),
-                         saturatingProduct(frames, BytesPerFrameRecord));
+    return Saturating::sum(Saturating::product(frames, pictureBytes(size)),
+                           Saturating::product(frames, BytesPerFrame));
 }
 
-qint64 neededForPicture(qint64 width, qint64 height)
+qint64 keptForTile(const QSizeF &size)
 {
-    // The decoder's picture and the copy that the object keeps.
-    return saturatingProduct(saturatingProduct(width, height), 2 * BytesPerPixel);
+    constexpr double repetitions = 4.0;
+    return pictureBytes(size, repetitions);
+}
+
+qint64 forTileAtWork(const QSizeF &size)
+{
+    // The tile before, the scaled picture, and one more where it is brought to that size.
+    constexpr double pictures = 6.0;
+    return pictureBytes(size, pictures);
+}
+
+qint64 leastForJson(qint64 size)
+{
+    // The text itself, its values, and a picture in it that is brought to its bytes.
+    constexpr qint64 bytesPerByte = 6;
+    return Saturating::product(size, bytesPerByte);
+}
+
+qint64 neededForJson(const QByteArray &text)
+{
+    // Measured, of lists, objects and texts within each other, and rounded up.
+    constexpr qint64 bytesPerValue = 64;
+    constexpr qint64 bytesPerContainer = 128;
+    const auto count = [&text](char mark) {
+        return qint64(std::count(text.begin(), text.end(), mark));
+    };
+    return leastForJson(text.size()) + (count(',') + count(':')) * bytesPerValue +
+           (count('[') + count('{')) * bytesPerContainer;
 }
 
 } // namespace MemoryBudget

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QByteArray>
 #include <QtCore/QSize>
 #include <QtCore/QString>
 
@@ -10,6 +11,10 @@ namespace MemoryBudget
 {
 
 constexpr qint64 Default = qint64(2) << 30;
+
+/// Name, record and bookkeeping of one frame, without its picture: what a film of ten million dots
+/// takes for each.
+constexpr qint64 BytesPerFrame = 1024;
 
 /// Reads an amount such as "64M": a whole number of bytes greater than zero, or of KiB, MiB or GiB
 /// with the suffix K, M or G in either case. Nothing for any other text, and for more than an
@@ -27,7 +32,16 @@ qint64 neededForFilm(const QSize &size, qint64 frames, int workingPictures);
 /// The part of that which the film still takes when it is decoded.
 qint64 keptForFilm(const QSize &size, qint64 frames);
 
-/// The bytes of one picture of @p width by @p height pixels while it is decoded and converted.
-qint64 neededForPicture(qint64 width, qint64 height);
+/// The bytes of the tiled picture that a background of @p size keeps.
+qint64 keptForTile(const QSizeF &size);
+
+/// What making such a picture also takes, while the one before is still there.
+qint64 forTileAtWork(const QSizeF &size);
+
+/// The bytes that the JSON @p text takes when it is read, with itself.
+qint64 neededForJson(const QByteArray &text);
+
+/// The least that JSON of @p size bytes may take, before it is read.
+qint64 leastForJson(qint64 size);
 
 } // namespace MemoryBudget

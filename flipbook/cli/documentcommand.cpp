@@ -3,13 +3,12 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/cli/arguments.h"
+#include "flipbook/document/documentlimits.h"
 #include "framework/page.h"
 
 namespace
 {
 
-constexpr int MaxPages = 10000;
-constexpr int MaxObjects = 100000;
 constexpr double BytesPerPixel = 4.0;
 
 } // namespace
@@ -28,9 +27,22 @@ OpenedFile openDocument(const Plugin &plugin, const QString &path, Reading &read
     return opened;
 }
 
+QCommandLineOption scaleOption()
+{
+    return {QStringLiteral("scale"),
+            QStringLiteral("Paint S pixels for each unit of the page (default: 1)."),
+            QStringLiteral("S")};
+}
+
+double chosenScale(const QCommandLineParser &line)
+{
+    constexpr double maxScale = 100.0;
+    return Arguments::amount(line, QStringLiteral("scale"), maxScale, 1.0);
+}
+
 Page &chosenPage(const QCommandLineParser &line, const QString &path, const Document &document)
 {
-    const int number = Arguments::count(line, QStringLiteral("page"), MaxPages, 1);
+    const int number = Arguments::count(line, QStringLiteral("page"), DocumentLimits::MaxPages, 1);
     if (number > document.pages().size())
         throw Failure{path, document.pages().isEmpty()
                                 ? QStringLiteral("the document has no pages")
@@ -52,7 +64,8 @@ CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
                           const OpenedFile &opened)
 {
     const QList<CBaseObject *> objects = opened.objects();
-    const int number = Arguments::count(line, QStringLiteral("object"), MaxObjects, 0);
+    const int number =
+        Arguments::count(line, QStringLiteral("object"), DocumentLimits::MaxObjects, 0);
     if (objects.isEmpty())
         throw Failure{path, QStringLiteral("the document has no objects")};
     if (number > objects.size())
@@ -76,9 +89,10 @@ Page &pageOf(const CBaseObject &object)
 QImage renderPage(const MemoryAccount &memory, const QString &path, Page &page, double scale)
 {
     const QSizeF pixels = page.pageRect().size() * scale;
-    const double needed = pixels.width() * pixels.height() * BytesPerPixel;
+    // Once painted, and at most as much again as a file.
+    const double needed = pixels.width() * pixels.height() * BytesPerPixel * 2.0;
     QImage picture;
-    if (needed <= double(memory.limit()) && memory.hasRoomFor(qint64(needed)))
+    if (needed <= double(memory.room()))
         picture = page.rendered(scale);
     if (picture.isNull())
         throw Failure{path, QStringLiteral("a page of %1 x %2 pixels is too large")

@@ -22,6 +22,10 @@ QCommandLineOption objectOption();
 CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
                           const OpenedFile &opened);
 
+/// The option --scale of commands that paint a page, and its value: 1 without it.
+QCommandLineOption scaleOption();
+double chosenScale(const QCommandLineParser &line);
+
 /// The page that an object of a document is on.
 Page &pageOf(const CBaseObject &object);
 

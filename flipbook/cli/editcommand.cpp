@@ -50,7 +50,7 @@ void run(const QCommandLineParser &line)
 
     const ProgressLine progress(QStringLiteral("Editing %1").arg(path));
     applyAll(operations, target, path);
-    saveDocument(*opened.document, path);
+    saveDocument(*opened.document, path, reading.memory());
 }
 
 } // namespace

@@ -26,7 +26,7 @@ void run(const QCommandLineParser &line)
     CBaseObject &object = chosenObject(line, path, opened);
     prepareOutputFolder(folder);
     ProgressLine progress(QStringLiteral("Writing"), AnimatedObject(object).frameCount());
-    const QStringList warnings = exportFrames(*opened.document, object, folder,
+    const QStringList warnings = exportFrames(*opened.document, object, reading.memory(), folder,
                                               [&progress](int done) { progress.setDone(done); });
     for (const QString &warning : warnings)
         Console::warn(path, warning);

@@ -124,7 +124,7 @@ void run(const QCommandLineParser &line)
     checkOutput(path, reading);
     placeOnNewPage(plugin, document, std::move(films), line.isSet(QStringLiteral("keep-timing")));
     const ProgressLine progress(QStringLiteral("Writing %1").arg(path));
-    saveDocument(document, path);
+    saveDocument(document, path, reading.memory());
 }
 
 } // namespace

@@ -74,7 +74,8 @@ void runSprite(const QCommandLineParser &line)
     CBaseObject &object = chosenObject(line, path, opened);
 
     const ProgressLine progress(QStringLiteral("Writing %1").arg(output));
-    SpriteExporter exporter(placementOf(opened, pageOf(object)), withScripts(line));
+    SpriteExporter exporter(plugin, placementOf(opened, pageOf(object)), withScripts(line),
+                            reading.memory());
     const Sprite sprite = exported(exporter, object, path);
     writeFile(output, spritePackage(sprite));
     warn(exporter, output);
@@ -93,7 +94,7 @@ void runProject(const QCommandLineParser &line)
 
     const QList<CBaseObject *> objects = page.objects();
     ProgressLine progress(QStringLiteral("Writing %1").arg(output), objects.size());
-    SpriteExporter exporter(placementOf(opened, page), withScripts(line));
+    SpriteExporter exporter(plugin, placementOf(opened, page), withScripts(line), reading.memory());
     QVector<Sprite> sprites;
     for (CBaseObject *object : objects) {
         sprites.append(exported(exporter, *object, path));

@@ -15,7 +15,6 @@ constexpr int MaxFps = 1000;
 constexpr int DefaultFps = 25;
 constexpr double MaxSeconds = 86400.0;
 constexpr double MaxPictures = 1e7;
-constexpr double MaxScale = 100.0;
 
 int pictureCount(int fps, double seconds)
 {
@@ -43,7 +42,7 @@ void run(const QCommandLineParser &line)
     const int fps = Arguments::count(line, QStringLiteral("fps"), MaxFps, DefaultFps);
     Arguments::needed(line, QStringLiteral("seconds"));
     const double seconds = Arguments::amount(line, QStringLiteral("seconds"), MaxSeconds, 0.0);
-    const double scale = Arguments::amount(line, QStringLiteral("scale"), MaxScale, 1.0);
+    const double scale = chosenScale(line);
     const int count = pictureCount(fps, seconds);
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);
@@ -77,8 +76,6 @@ Command recordCommand()
                              "every 40 ms for any N."),
               QStringLiteral("N")},
              pageOption(),
-             {QStringLiteral("scale"),
-              QStringLiteral("Paint S pixels for each unit of the page (default: 1)."),
-              QStringLiteral("S")}},
+             scaleOption()},
             run};
 }

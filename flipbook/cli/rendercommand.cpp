@@ -5,13 +5,11 @@
 namespace
 {
 
-constexpr double MaxScale = 100.0;
-
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::pngOutput(line);
-    const double scale = Arguments::amount(line, QStringLiteral("scale"), MaxScale, 1.0);
+    const double scale = chosenScale(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
@@ -33,9 +31,7 @@ Command renderCommand()
             {{QStringLiteral("o"), QStringLiteral("Write the picture to PAGE.png."),
               QStringLiteral("PAGE.png")},
              pageOption(),
-             {QStringLiteral("scale"),
-              QStringLiteral("Paint S pixels for each unit of the page (default: 1)."),
-              QStringLiteral("S")},
+             scaleOption(),
              {QStringLiteral("presented"),
               QStringLiteral("Paint the page as it is presented, not as it is edited.")}},
             run};

@@ -11,14 +11,14 @@
 namespace
 {
 
-QImage paint(const QString &path, const QList<CBaseObject *> &objects)
+QImage paint(const QString &path, const QList<CBaseObject *> &objects, const MemoryAccount &memory)
 {
     int frames = 0;
     for (CBaseObject *object : objects)
         frames += AnimatedObject(*object).frameCount();
     ProgressLine progress(QStringLiteral("Painting"), frames);
     try {
-        return contactSheet(objects, [&progress](int done) { progress.setDone(done); });
+        return contactSheet(objects, memory, [&progress](int done) { progress.setDone(done); });
     } catch (const Failure &failure) {
         throw Failure{path, failure.reason};
     }
@@ -36,7 +36,7 @@ void run(const QCommandLineParser &line)
     checkOutput(output, reading);
     if (QFontDatabase().families().isEmpty())
         Console::warn(output, QStringLiteral("no font is installed; labels are omitted"));
-    writePng(output, paint(path, opened.objects()));
+    writePng(output, paint(path, opened.objects(), reading.memory()));
 }
 
 } // namespace

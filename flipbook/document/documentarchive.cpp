@@ -1,8 +1,11 @@
 #include "flipbook/document/documentarchive.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/zipwriter.h"
+#include "flipbook/document/archivescan.h"
 
 #include <KArchive/KZip>
 #include <QtCore/QFile>
@@ -16,6 +19,7 @@ namespace
 {
 
 constexpr qint64 MaxJsonBytes = qint64(64) << 20;
+constexpr int MaxFolders = 100;
 
 QString jsonName()
 {
@@ -34,6 +38,7 @@ QByteArray readUpTo(const KArchiveFile &file, qint64 most)
     if (!device || (!device->isOpen() && !device->open(QIODevice::ReadOnly)))
         return QByteArray();
     QByteArray bytes;
+    bytes.reserve(int(qMin<qint64>(most, 1 << 30)));
     while (bytes.size() < most) {
         const QByteArray part = device->read(qMin<qint64>(most - bytes.size(), 1 << 16));
         if (part.isEmpty())
@@ -68,20 +73,34 @@ void syncFolderOf(const QString &path)
 
 } // namespace
 
-DocumentArchive::DocumentArchive(std::unique_ptr<QFile> file, const QString &path)
+DocumentArchive::DocumentArchive(std::unique_ptr<QFile> file, const QString &path,
+                                 MemoryAccount &memory)
     : m_path(path)
+    , m_memory(memory)
     , m_file(std::move(file))
 {
     if (m_file->peek(2) != "PK")
         throw Failure{path, QStringLiteral("not a flipbook document: it is not a zip archive")};
+    const ArchiveScan scan = ArchiveScan::of(*m_file);
+    // The archive library recurses once per folder in a name.
+    if (scan.deepest > MaxFolders)
+        throw Failure{path, QStringLiteral("the document is damaged: its archive has folders "
+                                           "nested %1 deep")
+                                .arg(scan.deepest)};
+    m_memory.require(scan.memory, path, QStringLiteral("the directory of its archive"));
     m_zip = std::make_unique<KZip>(m_file.get());
     if (!m_zip->open(QIODevice::ReadOnly) || !m_zip->directory())
         throw Failure{path, QStringLiteral("the document is damaged: its archive cannot be read")};
     if (!entry(jsonName()))
         throw Failure{path, QStringLiteral("not a flipbook document: it has no document.json")};
+    m_memory.take(scan.memory);
+    m_taken = scan.memory;
 }
 
-DocumentArchive::~DocumentArchive() = default;
+DocumentArchive::~DocumentArchive()
+{
+    m_memory.giveBack(m_taken);
+}
 
 const KArchiveFile *DocumentArchive::entry(const QString &name) const
 {
@@ -91,13 +110,23 @@ const KArchiveFile *DocumentArchive::entry(const QString &name) const
     return static_cast<const KArchiveFile *>(found);
 }
 
+// All of @p file; empty when it is not what was written.
+QByteArray DocumentArchive::content(const KArchiveFile &file) const
+{
+    m_memory.require(file.size(), m_path, QStringLiteral("its '%1'").arg(file.name()));
+    const QByteArray bytes = readUpTo(file, file.size());
+    return isSound(file, bytes) ? bytes : QByteArray();
+}
+
 QByteArray DocumentArchive::json() const
 {
     const KArchiveFile &file = *entry(jsonName());
     if (file.size() > MaxJsonBytes)
         throw Failure{m_path, QStringLiteral("its document.json is too large")};
-    const QByteArray bytes = readUpTo(file, MaxJsonBytes);
-    if (!isSound(file, bytes))
+    m_memory.require(MemoryBudget::leastForJson(file.size()), m_path,
+                     QStringLiteral("its document.json"));
+    const QByteArray bytes = content(file);
+    if (bytes.isEmpty())
         throw Failure{m_path, QStringLiteral("the document is damaged: its document.json is not "
                                              "what was written")};
     return bytes;
@@ -109,13 +138,10 @@ QByteArray DocumentArchive::pictureStart(const QString &digest, int count) const
     return file ? readUpTo(*file, count) : QByteArray();
 }
 
-QByteArray DocumentArchive::picture(const QString &digest, qint64 most) const
+QByteArray DocumentArchive::picture(const QString &digest) const
 {
     const KArchiveFile *file = entry(pictureName(digest));
-    if (!file || file->size() > most)
-        return QByteArray();
-    const QByteArray bytes = readUpTo(*file, most);
-    return isSound(*file, bytes) ? bytes : QByteArray();
+    return file ? content(*file) : QByteArray();
 }
 
 void DocumentArchive::write(const QString &path, const QByteArray &json,

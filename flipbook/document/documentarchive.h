@@ -9,6 +9,7 @@
 class KArchiveDirectory;
 class KArchiveFile;
 class KZip;
+class MemoryAccount;
 class QFile;
 
 /// The zip archive that a document is kept in: document.json, and each picture once as
@@ -16,19 +17,20 @@ class QFile;
 class DocumentArchive
 {
 public:
-    /// Opens the archive in @p file, which the user named as @p path.
-    /// @throw Failure if it is not the archive of a document.
-    DocumentArchive(std::unique_ptr<QFile> file, const QString &path);
+    /// Opens the archive in @p file, which the user named as @p path. What is read is checked
+    /// against @p memory, which must outlive this object.
+    /// @throw Failure if it is not the archive of a document, or needs too much memory.
+    DocumentArchive(std::unique_ptr<QFile> file, const QString &path, MemoryAccount &memory);
     ~DocumentArchive();
 
-    /// The text of document.json. @throw Failure when it is damaged or beyond measure.
+    /// The text of document.json. @throw Failure when it is damaged or too large.
     QByteArray json() const;
 
     /// The first bytes of the picture @p digest, @p count or fewer; empty when it is missing.
     QByteArray pictureStart(const QString &digest, int count) const;
 
-    /// The whole picture; empty when it is missing, damaged, or longer than @p most bytes.
-    QByteArray picture(const QString &digest, qint64 most) const;
+    /// The whole picture; empty when it is missing or damaged. @throw Failure when it is too large.
+    QByteArray picture(const QString &digest) const;
 
     /// Writes an archive of @p json and @p pictures (by digest). A file at @p path is kept until
     /// the new archive is completely written. Equal content gives equal bytes.
@@ -41,7 +43,11 @@ private:
 
     const KArchiveFile *entry(const QString &name) const;
 
+    QByteArray content(const KArchiveFile &file) const;
+
     QString m_path;
+    MemoryAccount &m_memory;
+    qint64 m_taken = 0; ///< of the memory, by the directory
     std::unique_ptr<QFile> m_file;
     std::unique_ptr<KZip> m_zip;
 };

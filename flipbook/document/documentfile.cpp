@@ -1,13 +1,17 @@
 #include "flipbook/document/documentfile.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/base/saturating.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentjson.h"
 #include "flipbook/document/documentpictures.h"
+#include "flipbook/document/formmemory.h"
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>
@@ -19,7 +23,6 @@ namespace
 {
 
 const QLatin1String IsGif("IsGif");
-const QLatin1String GifFileName("GifFileName");
 
 class DocumentLoader
 {
@@ -29,6 +32,7 @@ public:
     LoadedDocument load(std::unique_ptr<QFile> file);
 
 private:
+    void countObjects(const QVector<PageForm> &pages);
     void followReference(ObjectForm &form, const QString &where);
     QString copyOf(const QString &reference);
     void nameUndecoded();
@@ -38,6 +42,7 @@ private:
     const Plugin &m_plugin;
     const QString m_path;
     Reading &m_reading;
+    qint64 m_tileWork = 0;                  ///< what making the largest background also takes
     std::optional<PrivateFolder> m_private; ///< for copies of files that the document refers to
     QHash<QString, GifDescriptors> m_gifs;  ///< what copies say about themselves, by their path
     LoadedDocument m_loaded;
@@ -55,8 +60,14 @@ DocumentLoader::DocumentLoader(const Plugin &plugin, const QString &path, Readin
 
 LoadedDocument DocumentLoader::load(std::unique_ptr<QFile> file)
 {
-    const DocumentArchive archive(std::move(file), m_path);
-    QVector<PageForm> pages = pagesOfJson(archive.json(), m_path);
+    MemoryAccount &memory = m_reading.memory();
+    const DocumentArchive archive(std::move(file), m_path, memory);
+    const QByteArray json = archive.json();
+    const qint64 jsonMemory = MemoryBudget::neededForJson(json);
+    memory.require(jsonMemory, m_path, QStringLiteral("its document.json"));
+    memory.take(jsonMemory);
+    QVector<PageForm> pages = pagesOfJson(json, m_path);
+    countObjects(pages);
     int pageNumber = 0;
     for (PageForm &page : pages) {
         ++pageNumber;
@@ -68,11 +79,34 @@ LoadedDocument DocumentLoader::load(std::unique_ptr<QFile> file)
         }
     }
     m_loaded.warnings +=
-        readPictures(archive, pages, m_reading.memory(), m_path, m_loaded.document->imageStore());
+        readPictures(archive, pages, memory, m_path, m_loaded.document->imageStore());
+    memory.require(m_tileWork, m_path, QStringLiteral("a background"));
     for (const PageForm &page : qAsConst(pages))
         addPage(page);
     nameUndecoded();
+    memory.giveBack(jsonMemory);
     return std::move(m_loaded);
+}
+
+void DocumentLoader::countObjects(const QVector<PageForm> &pages)
+{
+    MemoryAccount &memory = m_reading.memory();
+    const qint64 objects = FormMemory::ofObjects(pages);
+    memory.require(objects, m_path, QStringLiteral("its pages and objects"));
+    memory.take(objects);
+    for (const PageForm &page : pages) {
+        for (const ObjectForm &object : page.objects) {
+            const QSizeF size = FormMemory::backgroundSize(object.state);
+            if (size.isEmpty())
+                continue;
+            const qint64 work = MemoryBudget::forTileAtWork(size);
+            memory.require(
+                Saturating::sum(MemoryBudget::keptForTile(size), work), m_path,
+                QStringLiteral("a background of %1 x %2").arg(size.width()).arg(size.height()));
+            memory.take(MemoryBudget::keptForTile(size));
+            m_tileWork = qMax(m_tileWork, work);
+        }
+    }
 }
 
 // The object would open anything that the reference leads to: it gets a copy of what was checked,
@@ -81,7 +115,7 @@ void DocumentLoader::followReference(ObjectForm &form, const QString &where)
 {
     if (!form.state.value(IsGif).toBool())
         return;
-    const QString reference = form.state.value(GifFileName).toString();
+    const QString reference = form.state.value(FormKey::GifFileName).toString();
     QString copy;
     try {
         copy = copyOf(reference);
@@ -93,7 +127,7 @@ void DocumentLoader::followReference(ObjectForm &form, const QString &where)
         m_loaded.warnings << QStringLiteral("%1 has no frames: the GIF that it refers to, '%2': %3")
                                  .arg(where, reference, failure.reason);
     }
-    form.state[GifFileName] = copy;
+    form.state[FormKey::GifFileName] = copy;
 }
 
 QString DocumentLoader::copyOf(const QString &reference)
@@ -135,7 +169,7 @@ void DocumentLoader::addObject(Page &page, const ObjectForm &form)
     page.addObject(object, form.isBackground ? Page::Layer::Background : Page::Layer::Normal);
     QJsonObject state = form.state;
     object->loadJson(state);
-    const QString copy = form.state.value(GifFileName).toString();
+    const QString copy = form.state.value(FormKey::GifFileName).toString();
     if (m_gifs.contains(copy))
         GifScreen::clear(AnimatedObject(*object), copy, m_gifs.value(copy));
 }
@@ -153,14 +187,23 @@ LoadedDocument loadDocument(const Plugin &plugin, const QString &path, Reading &
     return loadDocument(plugin, reading.openFile(path), path, reading);
 }
 
-void saveDocument(Document &document, const QString &path)
+void saveDocument(Document &document, const QString &path, const MemoryAccount &memory)
 {
     document.setKeepsImagesInline(false);
     // Pictures that no object shows any more are left out.
     ImageStore &store = document.imageStore();
+    // The files are in memory twice, once in the archive.
+    const qint64 room = Saturating::sum(memory.room(), store.byteCount());
+    store.setCapacity(room);
     store.beginUse();
     const QByteArray json = documentJson(document);
     store.dropUnused();
+    if (store.hasOverflowed() || store.byteCount() > room / 2)
+        throw Failure{path,
+                      QStringLiteral("its pictures as PNG files, and the document as a whole, "
+                                     "would need more memory than the %1 that are left of "
+                                     "what --max-memory allows")
+                          .arg(MemoryBudget::text(room))};
     QMap<QString, QByteArray> pictures;
     const QList<QString> digests = store.digests();
     for (const QString &digest : digests)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/object/plugin.h"
 #include "framework/document.h"
 
@@ -28,5 +29,7 @@ LoadedDocument loadDocument(const Plugin &plugin, std::unique_ptr<QFile> file, c
 LoadedDocument loadDocument(const Plugin &plugin, const QString &path, Reading &reading);
 
 /// Writes @p document to the file at @p path. What was there stays whole until the new file is
-/// complete. @throw Failure
-void saveDocument(Document &document, const QString &path);
+/// complete. @throw Failure, also when there is no room in @p memory for its pictures as PNG files
+/// and for the file as a whole.
+void saveDocument(Document &document, const QString &path,
+                  const MemoryAccount &memory = MemoryAccount());

@@ -1,6 +1,7 @@
 #include "flipbook/document/documentjson.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/document/documentlimits.h"
 #include "framework/document.h"
 #include "framework/page.h"
 #include "host/baseobject.h"
@@ -14,8 +15,6 @@ namespace
 {
 
 constexpr int Version = 1;
-constexpr int MaxPages = 10000;
-constexpr int MaxObjects = 100000;
 constexpr double MaxSide = 1e6;
 
 const QLatin1String FormatName("flipbook document");
@@ -90,8 +89,8 @@ void PagesReader::checkHead(const QJsonObject &root) const
                  .arg(Version));
     if (!root.value(Pages).isArray())
         fail(QStringLiteral("has no \"pages\""));
-    if (root.value(Pages).toArray().size() > MaxPages)
-        fail(QStringLiteral("has more than %1 pages").arg(MaxPages));
+    if (root.value(Pages).toArray().size() > DocumentLimits::MaxPages)
+        fail(QStringLiteral("has more than %1 pages").arg(DocumentLimits::MaxPages));
 }
 
 QVector<PageForm> PagesReader::read(const QByteArray &json)
@@ -139,8 +138,8 @@ QRectF PagesReader::rect(const QJsonValue &json) const
 
 ObjectForm PagesReader::object(const QJsonValue &json)
 {
-    if (++m_objects > MaxObjects)
-        fail(QStringLiteral("has more than %1 objects").arg(MaxObjects));
+    if (++m_objects > DocumentLimits::MaxObjects)
+        fail(QStringLiteral("has more than %1 objects").arg(DocumentLimits::MaxObjects));
     const QJsonObject members = json.toObject();
     const QString kind = members.value(Kind).toString();
     if (kind != AnimatedImage)

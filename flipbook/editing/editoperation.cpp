@@ -1,12 +1,16 @@
 #include "flipbook/editing/editoperation.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/base/saturating.h"
+#include "flipbook/editing/filmmemory.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
 #include "flipbook/import/picturefile.h"
 #include "flipbook/import/sourcefile.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/page.h"
 
 #include <limits>
@@ -55,17 +59,39 @@ QPair<int, QString> numberAndFile(const QString &value)
     return {number(first), fileName(second)};
 }
 
+void require(const EditTarget &target, qint64 bytes, const QString &what)
+{
+    const QString reason = target.reading.memory().refusal(bytes, what);
+    if (!reason.isEmpty())
+        throw EditRefused{reason};
+}
+
+/// Makes an edit to which the object answers with the thumbnails of all frames, and which may add a
+/// frame as large as the largest.
+template<typename Edit>
+void editWithAnswer(EditTarget &target, const Edit &edit)
+{
+    const FilmMemory before = FilmMemory::of(target.plugin, *target.object);
+    require(target, Saturating::sum(before.thumbnails, before.largest),
+            QStringLiteral("the thumbnails of all frames"));
+    edit(FrameEditor(*target.object));
+    const FilmMemory after = FilmMemory::of(target.plugin, *target.object);
+    target.reading.memory().take(qMax<qint64>(0, after.pixels - before.pixels));
+}
+
 Apply insertBlank(const QString &value)
 {
     const int place = number(value);
-    return [place](EditTarget &target) { FrameEditor(*target.object).insertBlank(place); };
+    return [place](EditTarget &target) {
+        editWithAnswer(target, [place](FrameEditor editor) { editor.insertBlank(place); });
+    };
 }
 
 Apply duplicate(const QString &value)
 {
     const auto [from, place] = twoNumbers(value);
     return [from = from, place = place](EditTarget &target) {
-        FrameEditor(*target.object).duplicate(from, place);
+        editWithAnswer(target, [&](FrameEditor editor) { editor.duplicate(from, place); });
     };
 }
 
@@ -86,8 +112,9 @@ Apply removeFrame(const QString &value)
 Apply moveFrame(const QString &value)
 {
     const auto [from, to] = twoNumbers(value);
-    return
-        [from = from, to = to](EditTarget &target) { FrameEditor(*target.object).move(from, to); };
+    return [from = from, to = to](EditTarget &target) {
+        editWithAnswer(target, [&](FrameEditor editor) { editor.move(from, to); });
+    };
 }
 
 Apply insertFile(const QString &value)
@@ -96,7 +123,10 @@ Apply insertFile(const QString &value)
     return [place = place, path = path](EditTarget &target) {
         PrivateFolder folder;
         const QString copy = copyPicture(path, target.reading, folder);
-        if (FrameEditor(*target.object).insertFile(place, copy))
+        bool isInserted = false;
+        editWithAnswer(target,
+                       [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy); });
+        if (isInserted)
             return;
         // Only to say why.
         readCopy(copy, path, target.reading.memory());
@@ -119,6 +149,9 @@ Apply replaceAll(const QString &value)
         const QString copy = copyPicture(path, target.reading, folder);
         // The object would take anything for an empty picture.
         readCopy(copy, path, target.reading.memory());
+        // The command keeps all frames, each on its own, to undo this.
+        require(target, FilmMemory::of(target.plugin, *target.object).pixels,
+                QStringLiteral("what undoes it"));
         FrameEditor(*target.object).replaceAll(copy);
     };
 }
@@ -145,9 +178,8 @@ Apply setLoops(const QString &value)
             return;
         // The panel knows forever and once only; the saved form takes any count.
         target.object =
-            rebuilt(target.plugin, target.page, *target.object, [count](QJsonObject &form) {
-                form.insert(QStringLiteral("LoopCount"), count);
-            });
+            rebuilt(target.plugin, target.page, *target.object,
+                    [count](QJsonObject &form) { form.insert(FormKey::LoopCount, count); });
     };
 }
 
@@ -157,6 +189,10 @@ Apply setType(const QString &value)
     if (!isBackground && value != QLatin1String("normal"))
         throw UsageError{QStringLiteral("'%1' is neither 'normal' nor 'background'").arg(value)};
     return [isBackground](EditTarget &target) {
+        const QSizeF size = target.object->getSize();
+        if (isBackground)
+            require(target, MemoryBudget::forTileAtWork(size),
+                    QStringLiteral("a background of %1 x %2").arg(size.width()).arg(size.height()));
         FrameEditor(*target.object).setBackground(isBackground);
     };
 }

@@ -2,6 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/editing/objectform.h"
+#include "flipbook/object/formkeys.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QSet>
@@ -15,12 +16,6 @@ struct FrameLists {
     QStringList sizes;
     QJsonArray pictures;
 };
-
-const QLatin1String ParamsMember("OtherParams");
-const QLatin1String NamesKey("animatedImageNames");
-const QLatin1String SizesKey("animatedImageSizes");
-const QLatin1String PicturesMember("ImageList");
-const QLatin1String IntervalMember("ShiftInterval");
 
 /// The name of a repeat: the first free one from @p number on, which then becomes the next.
 QString repeatName(const QString &name, int &number, QSet<QString> &taken)
@@ -62,16 +57,16 @@ CBaseObject *repeatFrames(const Plugin &plugin, Page &page, CBaseObject &object,
     return rebuilt(plugin, page, object, [&object, &plan](QJsonObject &form) {
         FrameLists frames;
         // Saving has brought the parameters up to date.
-        frames.names = object.getOtherParams(NamesKey).toStringList();
-        frames.sizes = object.getOtherParams(SizesKey).toStringList();
-        frames.pictures = form.value(PicturesMember).toArray();
+        frames.names = object.getOtherParams(FormKey::FrameNames).toStringList();
+        frames.sizes = object.getOtherParams(FormKey::FrameSizes).toStringList();
+        frames.pictures = form.value(FormKey::ImageList).toArray();
         frames = repeated(frames, plan);
 
-        QJsonObject params = form.value(ParamsMember).toObject();
-        params.insert(NamesKey, QJsonArray::fromStringList(frames.names));
-        params.insert(SizesKey, QJsonArray::fromStringList(frames.sizes));
-        form.insert(ParamsMember, params);
-        form.insert(PicturesMember, frames.pictures);
-        form.insert(IntervalMember, plan.intervalMs);
+        QJsonObject params = form.value(FormKey::OtherParams).toObject();
+        params.insert(FormKey::FrameNames, QJsonArray::fromStringList(frames.names));
+        params.insert(FormKey::FrameSizes, QJsonArray::fromStringList(frames.sizes));
+        form.insert(FormKey::OtherParams, params);
+        form.insert(FormKey::ImageList, frames.pictures);
+        form.insert(FormKey::ShiftInterval, plan.intervalMs);
     });
 }

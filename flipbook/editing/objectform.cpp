@@ -10,11 +10,13 @@ CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
     change(form);
 
     const Page::Place place = page.placeOf(&object);
-    CBaseObject *successor = plugin.createObject(object.objectId()).release();
+    const int id = object.objectId();
+    // First, so that the pictures are never in memory twice.
+    page.destroyObject(&object);
+    CBaseObject *successor = plugin.createObject(id).release();
     // It must be on the page before it reads: its document has the pictures.
     page.addObject(successor, place.layer);
     successor->loadJson(form);
-    page.destroyObject(&object);
     page.placeObject(successor, place);
     return successor;
 }

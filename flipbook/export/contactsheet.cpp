@@ -48,7 +48,8 @@ private:
 class SheetPainter
 {
 public:
-    SheetPainter(const QList<CBaseObject *> &objects, const std::function<void(int)> &progress);
+    SheetPainter(const QList<CBaseObject *> &objects, const MemoryAccount &memory,
+                 const std::function<void(int)> &progress);
 
     QImage paint();
 
@@ -81,7 +82,16 @@ int labelHeight()
            QFontMetrics(labelFont(NumberPixels)).height();
 }
 
-SheetPainter::SheetPainter(const QList<CBaseObject *> &objects,
+/// The pixels of a sheet for which there is room in @p memory, with the picture of a frame that is
+/// painted, and with the sheet as a file.
+qint64 affordablePixels(const MemoryAccount &memory)
+{
+    constexpr qint64 bytesPerPixel = 4;
+    constexpr auto frame = qint64(2 * MaxPaintedSize * MaxPaintedSize * bytesPerPixel);
+    return qMax<qint64>(0, memory.room() - frame) / (2 * bytesPerPixel);
+}
+
+SheetPainter::SheetPainter(const QList<CBaseObject *> &objects, const MemoryAccount &memory,
                            const std::function<void(int)> &progress)
     : m_objects(objects)
     , m_progress(progress)
@@ -94,9 +104,15 @@ SheetPainter::SheetPainter(const QList<CBaseObject *> &objects,
     }
     if (count == 0)
         throw Failure{QString(), QStringLiteral("there are no frames for a sheet")};
-    const auto layout = layOutSheet(count, largest, labelHeight());
+    const qint64 pixels = affordablePixels(memory);
+    const auto layout = layOutSheet(count, largest, labelHeight(), pixels);
     if (!layout)
-        throw Failure{QString(), QStringLiteral("%1 frames are too many for one sheet").arg(count)};
+        throw Failure{QString(),
+                      QStringLiteral("%1 frames are too many for one sheet%2")
+                          .arg(count)
+                          .arg(pixels < MaxSheetPixels ? QStringLiteral(" within the memory that "
+                                                                        "--max-memory leaves")
+                                                       : QString())};
     m_layout = *layout;
 }
 
@@ -177,7 +193,8 @@ void SheetPainter::paintLabel(QPainter &painter, const QString &name, int frame)
 
 } // namespace
 
-QImage contactSheet(const QList<CBaseObject *> &objects, const std::function<void(int)> &progress)
+QImage contactSheet(const QList<CBaseObject *> &objects, const MemoryAccount &memory,
+                    const std::function<void(int)> &progress)
 {
-    return SheetPainter(objects, progress).paint();
+    return SheetPainter(objects, memory, progress).paint();
 }

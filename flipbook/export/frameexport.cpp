@@ -1,7 +1,11 @@
 #include "flipbook/export/frameexport.h"
 
+#include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
+#include "flipbook/base/saturating.h"
 #include "flipbook/object/animatedobject.h"
+#include "flipbook/object/formkeys.h"
 #include "framework/document.h"
 
 #include <QtCore/QJsonArray>
@@ -20,32 +24,39 @@ QString frameFile(int number, int count)
 
 QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonArray &list)
 {
-    return {{QStringLiteral("ImageList"), list},
-            {QStringLiteral("ShiftInterval"), state.value(QLatin1String("ShiftInterval"))},
-            {QStringLiteral("LoopCount"), state.value(QLatin1String("LoopCount"))},
-            {QStringLiteral("LockScale"), state.value(QLatin1String("LockScale"))},
-            {QStringLiteral("ImageMirror"), object.isMirrored()},
-            {QStringLiteral("ImageFlip"), object.isFlipped()}};
+    return {{FormKey::ImageList, list},
+            {FormKey::ShiftInterval, state.value(FormKey::ShiftInterval)},
+            {FormKey::LoopCount, state.value(FormKey::LoopCount)},
+            {FormKey::LockScale, state.value(FormKey::LockScale)},
+            {FormKey::ImageMirror, object.isMirrored()},
+            {FormKey::ImageFlip, object.isFlipped()}};
 }
 
 } // namespace
 
-QStringList exportFrames(Document &document, CBaseObject &object, const QString &folder,
-                         const std::function<void(int)> &progress)
+QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAccount &memory,
+                         const QString &folder, const std::function<void(int)> &progress)
 {
     // The saved form has everything, and leaves each picture in the store as a PNG file.
     document.setKeepsImagesInline(false);
+    ImageStore &store = document.imageStore();
+    store.setCapacity(Saturating::sum(memory.room(), store.byteCount()));
     QJsonObject state;
     object.saveJson(state);
-    const QJsonArray images = state.value(QLatin1String("ImageList")).toArray();
+    if (store.hasOverflowed())
+        throw Failure{folder,
+                      QStringLiteral("its pictures as PNG files would need more memory than "
+                                     "the %1 that are left of what --max-memory allows")
+                          .arg(MemoryBudget::text(memory.room()))};
+    const QJsonArray images = state.value(FormKey::ImageList).toArray();
 
     QStringList warnings;
     QJsonArray list;
     for (int i = 0; i < images.size(); ++i) {
         const QString name = frameFile(i + 1, images.size());
-        list.append(QJsonObject{{QStringLiteral("filename"), name}});
+        list.append(QJsonObject{{FormKey::FileName, name}});
         const QString digest = images.at(i).toObject().value(QLatin1String("digest")).toString();
-        const QByteArray png = document.imageStore().png(digest);
+        const QByteArray png = store.png(digest);
         if (png.isEmpty())
             warnings << QStringLiteral("frame %1 is empty; %2 is not written").arg(i + 1).arg(name);
         else

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "flipbook/base/memoryaccount.h"
+
 #include <QtCore/QStringList>
 
 #include <functional>
@@ -10,6 +12,6 @@ class Document;
 /// Writes the frames of @p object, which is on a page of @p document, into @p folder as PNG
 /// files, with a config.json from which they are imported again. The folder must exist.
 /// @p progress is called with the number of frames written. Returns warnings about empty frames.
-/// @throw Failure
-QStringList exportFrames(Document &document, CBaseObject &object, const QString &folder,
-                         const std::function<void(int)> &progress);
+/// @throw Failure, also when there is no room in @p memory for the files.
+QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAccount &memory,
+                         const QString &folder, const std::function<void(int)> &progress);

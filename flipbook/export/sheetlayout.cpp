@@ -12,7 +12,6 @@ constexpr int Gap = 16;
 constexpr int LabelGap = 6;
 constexpr int NarrowestLabel = 72;
 constexpr double WantedAspect = 1.6;
-constexpr qint64 MaxSheetPixels = qint64(48) << 20;
 constexpr int MaxPictures = 60000;
 constexpr int MaxSheetSide = 32000;
 constexpr std::array<int, 6> BoxSides = {160, 128, 96, 64, 48, 32};
@@ -59,10 +58,10 @@ SheetLayout layOut(int count, QSizeF largest, int labelHeight, int side)
     return layout;
 }
 
-bool fits(QSize sheet)
+bool fits(QSize sheet, qint64 mostPixels)
 {
     return sheet.width() <= MaxSheetSide && sheet.height() <= MaxSheetSide &&
-           qint64(sheet.width()) * sheet.height() <= MaxSheetPixels;
+           qint64(sheet.width()) * sheet.height() <= qMin(mostPixels, MaxSheetPixels);
 }
 
 } // namespace
@@ -82,13 +81,14 @@ QRect SheetLayout::labelAt(int index) const
                  cell.height() - box.height() - LabelGap);
 }
 
-std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight)
+std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight,
+                                       qint64 mostPixels)
 {
     if (count > MaxPictures)
         return std::nullopt;
     for (const int side : BoxSides) {
         const SheetLayout layout = layOut(count, largest, labelHeight, side);
-        if (fits(layout.sheet))
+        if (fits(layout.sheet, mostPixels))
             return layout;
     }
     return std::nullopt;

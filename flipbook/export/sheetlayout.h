@@ -5,6 +5,8 @@
 
 #include <optional>
 
+constexpr qint64 MaxSheetPixels = qint64(48) << 20;
+
 /// Where everything is on a contact sheet, in pixels.
 struct SheetLayout {
     int columns = 0;
@@ -22,5 +24,6 @@ struct SheetLayout {
 
 /// Lays out @p count pictures (1 or more) of which the widest and the highest measure @p largest,
 /// with labels of @p labelHeight below. Cells are no larger than needed, and all pictures have one
-/// scale. Nothing when there are too many to see on one sheet.
-std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight);
+/// scale. Nothing when there are too many to see on one sheet of no more than @p mostPixels.
+std::optional<SheetLayout> layOutSheet(int count, QSizeF largest, int labelHeight,
+                                       qint64 mostPixels = MaxSheetPixels);

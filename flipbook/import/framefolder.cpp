@@ -4,7 +4,11 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/base/saturating.h"
+#include "flipbook/base/warninglimit.h"
+#include "flipbook/import/picturefacts.h"
 #include "flipbook/import/picturefile.h"
+#include "flipbook/object/formkeys.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QHash>
@@ -12,11 +16,12 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr qint64 MaxConfigBytes = qint64(64) << 20;
-constexpr int MaxWarnings = 20;
 
 /// A file name that leads to no picture.
 QString noPicture()
@@ -49,8 +54,8 @@ public:
 
 private:
     struct Picture {
-        QString copy;      ///< its name
-        qint64 memory = 0; ///< 0 when it is not a picture that can be read
+        QString copy; ///< its name
+        PictureFacts facts;
     };
 
     QByteArray readConfig();
@@ -61,7 +66,7 @@ private:
     Picture pictureNamed(const QString &name);
     Picture copied(QFile &file);
     void settle(const QString &copy) const;
-    void count(int number, qint64 memory);
+    void count(int number, const PictureFacts &facts);
     void writeConfig(const QJsonObject &config) const;
     void warn(const QString &what);
 
@@ -72,7 +77,8 @@ private:
     PrivateFolder &m_folder;
     const QString m_copy;
     QHash<QString, Picture> m_pictures; ///< by names in the list
-    qint64 m_needed = 0;
+    qint64 m_kept = 0;                  ///< by the pictures
+    qint64 m_work = 0;                  ///< the most that the decoder also takes
     int m_unnamedWarnings = 0;
     QStringList m_warnings;
 };
@@ -96,6 +102,8 @@ QByteArray FolderCopier::readConfig()
     if (file->size() > MaxConfigBytes)
         throw Failure{m_config,
                       QStringLiteral("larger than %1").arg(MemoryBudget::text(MaxConfigBytes))};
+    m_reading.memory().require(MemoryBudget::leastForJson(file->size()), m_config,
+                               QStringLiteral("its text"));
     return file->read(MaxConfigBytes);
 }
 
@@ -122,13 +130,12 @@ QJsonObject FolderCopier::parse(const QByteArray &bytes)
 
 void FolderCopier::examineSettings(const QJsonObject &config)
 {
-    for (const QLatin1String key : {QLatin1String("ShiftInterval"), QLatin1String("LoopCount")}) {
+    for (const QLatin1String key : {FormKey::ShiftInterval, FormKey::LoopCount}) {
         const QJsonValue value = config.value(key);
         if (!value.isUndefined() && value.toInt(0) != value.toDouble(0.5))
             warn(QStringLiteral("\"%1\" is not a whole number and counts as 0").arg(key));
     }
-    for (const QLatin1String key :
-         {QLatin1String("LockScale"), QLatin1String("ImageMirror"), QLatin1String("ImageFlip")}) {
+    for (const QLatin1String key : {FormKey::LockScale, FormKey::ImageMirror, FormKey::ImageFlip}) {
         const QJsonValue value = config.value(key);
         if (!value.isUndefined() && !value.isBool())
             warn(QStringLiteral("\"%1\" is neither true nor false and counts as false").arg(key));
@@ -138,7 +145,7 @@ void FolderCopier::examineSettings(const QJsonObject &config)
 // The element as it is in the copy.
 QJsonValue FolderCopier::copiedElement(int number, const QJsonValue &element)
 {
-    const QLatin1String key("filename");
+    const QLatin1String key = FormKey::FileName;
     const QJsonValue name = element.toObject().value(key);
     if (name.isUndefined()) {
         warn(QStringLiteral("element %1 of \"ImageList\" has no \"filename\" and is skipped")
@@ -162,8 +169,8 @@ QString FolderCopier::copiedPicture(int number, const QString &name)
     QString reason = QStringLiteral("is not a picture that can be read");
     try {
         const Picture picture = pictureNamed(name);
-        if (picture.memory > 0) {
-            count(number, picture.memory);
+        if (picture.facts.isReadable()) {
+            count(number, picture.facts);
             return picture.copy;
         }
     } catch (const ForbiddenFile &forbidden) {
@@ -199,10 +206,10 @@ FolderCopier::Picture FolderCopier::copied(QFile &file)
     QFile copy(path);
     if (!copy.open(QIODevice::ReadOnly))
         throw Failure{path, copy.errorString()};
-    const qint64 memory = examinePicture(copy).memory;
-    if (m_reading.memory().hasRoomFor(m_needed + memory))
+    const PictureFacts facts = PictureFacts::read(copy, m_reading.memory().limit());
+    if (m_reading.memory().hasRoomFor(Saturating::sum(m_kept, facts.neededBytes())))
         settle(path);
-    return {name, memory};
+    return {name, facts};
 }
 
 /// A picture that cannot be decoded is an empty frame, here as in the object.
@@ -215,16 +222,22 @@ void FolderCopier::settle(const QString &copy) const
     }
 }
 
-void FolderCopier::count(int number, qint64 memory)
+void FolderCopier::count(int number, const PictureFacts &facts)
 {
-    m_needed += memory;
-    m_reading.memory().require(m_needed, m_path, QStringLiteral("%1 frames and more").arg(number));
+    m_kept = Saturating::sum(m_kept, facts.keptBytes());
+    m_work = std::max(m_work, facts.workBytes);
+    m_reading.memory().require(Saturating::sum(m_kept, m_work), m_path,
+                               QStringLiteral("%1 frames and more").arg(number));
 }
 
 FrameFolder FolderCopier::run()
 {
-    QJsonObject config = parse(readConfig());
-    const QJsonValue list = config.value(QLatin1String("ImageList"));
+    const QByteArray text = readConfig();
+    // Once for the text as it is, and once for the copy.
+    m_reading.memory().require(2 * MemoryBudget::neededForJson(text), m_config,
+                               QStringLiteral("its text"));
+    QJsonObject config = parse(text);
+    const QJsonValue list = config.value(FormKey::ImageList);
     if (list.isUndefined())
         throw Failure{m_config, QStringLiteral("it has no \"ImageList\"")};
     if (!list.isArray())
@@ -232,6 +245,8 @@ FrameFolder FolderCopier::run()
     const QJsonArray elements = list.toArray();
     if (elements.isEmpty())
         throw Failure{m_config, QStringLiteral("\"ImageList\" is empty")};
+    m_kept = elements.size() * MemoryBudget::BytesPerFrame;
+    m_reading.memory().require(m_kept, m_path, QStringLiteral("%1 frames").arg(elements.size()));
     if (!QDir().mkdir(m_copy))
         throw Failure{m_copy, QStringLiteral("the folder cannot be made")};
     QJsonArray copies;
@@ -240,9 +255,9 @@ FrameFolder FolderCopier::run()
     examineSettings(config);
     if (m_unnamedWarnings > 0)
         m_warnings << QStringLiteral("config.json: %1 more such").arg(m_unnamedWarnings);
-    config.insert(QLatin1String("ImageList"), copies);
+    config.insert(FormKey::ImageList, copies);
     writeConfig(config);
-    m_reading.memory().take(m_needed);
+    m_reading.memory().take(m_kept);
     return {m_copy, m_warnings};
 }
 

@@ -1,6 +1,7 @@
 #include "flipbook/import/mediaimport.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/import/framefolder.h"
 #include "flipbook/import/gifscreen.h"
@@ -56,7 +57,7 @@ void importFolder(ImportedMedia &media, const FileHandle &source, const QString 
 void importPicture(ImportedMedia &media, QFile &file, const QString &path, Reading &reading)
 {
     const QImage picture = readPicture(file, path, reading.memory());
-    reading.memory().take(picture.sizeInBytes());
+    reading.memory().take(picture.sizeInBytes() + MemoryBudget::BytesPerFrame);
     AnimatedObject(*media.object).loadPicture(picture, nameOf(path, SourceKind::OtherFile));
 }
 

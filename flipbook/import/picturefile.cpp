@@ -2,12 +2,13 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
-#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/base/saturating.h"
 #include "flipbook/import/gifdescriptors.h"
 #include "flipbook/import/gifscreen.h"
+#include "flipbook/import/picturefacts.h"
 #include "flipbook/import/privatecopy.h"
 
 #include <QtCore/QBuffer>
@@ -15,30 +16,6 @@
 
 namespace
 {
-
-/// A reader with a fixed format, which does not guess another.
-void setFormat(QImageReader &reader, PictureFormat format)
-{
-    reader.setAutoDetectImageFormat(false);
-    reader.setFormat(format.readerName());
-}
-
-PictureFacts factsOf(QIODevice &device, PictureFormat format)
-{
-    if (format.kind() == PictureFormat::Gif) {
-        // The size that the decoder reports for a GIF is wrong for large screens.
-        const GifDescriptors gif = readGifDescriptors(device);
-        return {format, MemoryBudget::neededForFilm(gif.screen, 1, gif.workingPictures()),
-                gif.leavesScreenUnset};
-    }
-    QImageReader reader(&device);
-    setFormat(reader, format);
-    const QSize size = reader.size();
-    if (!size.isValid())
-        return {format, 0, false};
-    return {format, MemoryBudget::neededForPicture(size.width(), size.height()),
-            format.kind() == PictureFormat::Bmp};
-}
 
 /// The first frame of the GIF on @p buffer, whose screen the decoder would leave unset.
 QImage gifOver(QBuffer &buffer)
@@ -89,11 +66,17 @@ QImage decoded(QFile &file, const QString &path, const MemoryAccount &memory)
     QByteArray bytes = contentOf(file, path, memory);
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
-    const PictureFacts facts = examinePicture(buffer);
-    memory.require(facts.memory, path, QStringLiteral("the picture"));
+    const PictureFacts facts = PictureFacts::read(buffer, memory.limit());
+    // The object will keep a copy of its own.
+    const qint64 needed = Saturating::sum(facts.neededBytes(), facts.pixelBytes);
+    memory.require(Saturating::sum(needed, bytes.size()), path, QStringLiteral("the picture"));
+    if (!facts.isReadable())
+        throw Failure{path, QStringLiteral("the picture cannot be read: it is cut short or "
+                                           "damaged")};
     buffer.seek(0);
     QImageReader reader(&buffer);
-    setFormat(reader, facts.format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setFormat(facts.format.readerName());
     QImage picture;
     if (!facts.leavesPixelsUnset)
         picture = reader.read();
@@ -105,12 +88,6 @@ QImage decoded(QFile &file, const QString &path, const MemoryAccount &memory)
 }
 
 } // namespace
-
-PictureFacts examinePicture(QIODevice &device)
-{
-    const PictureFormat format = PictureFormat::of(device.peek(PictureFormat::StartLength));
-    return format.isKnown() ? factsOf(device, format) : PictureFacts();
-}
 
 QImage readPicture(QFile &file, const QString &path, const MemoryAccount &memory)
 {
@@ -125,7 +102,7 @@ QImage readPicture(const QString &path, Reading &reading)
 
 void settleCopy(const QString &copy, const QString &path, const MemoryAccount &memory)
 {
-    if (examinePicture(*opened(copy)).leavesPixelsUnset)
+    if (PictureFacts::read(*opened(copy), memory.limit()).leavesPixelsUnset)
         writePng(copy, readCopy(copy, path, memory));
 }
 
@@ -140,8 +117,8 @@ QString copyPicture(const QString &path, Reading &reading, PrivateFolder &folder
     const PictureFormat format = PictureFormat::of(file->peek(PictureFormat::StartLength));
     refuseForeign(path, format);
     const QString copy = privateCopy(*file, path, format.suffix(), folder);
-    reading.memory().require(examinePicture(*opened(copy)).memory, path,
-                             QStringLiteral("the picture"));
+    const PictureFacts facts = PictureFacts::read(*opened(copy), reading.memory().limit());
+    reading.memory().require(facts.neededBytes(), path, QStringLiteral("the picture"));
     settleCopy(copy, path, reading.memory());
     return copy;
 }

@@ -1,25 +1,11 @@
 #pragma once
 
-#include "flipbook/import/pictureformat.h"
-
 #include <QtGui/QImage>
 
 class MemoryAccount;
 class PrivateFolder;
 class QFile;
-class QIODevice;
 class Reading;
-
-/// What a picture file says about itself.
-struct PictureFacts {
-    PictureFormat format; ///< unknown when it is not a picture that is read
-    qint64 memory = 0;    ///< bytes that it needs while it is decoded and copied
-    /// Qt's decoder may leave pixels as they come from the memory of the process.
-    bool leavesPixelsUnset = false;
-};
-
-/// Reads the facts of the picture file on @p device, from its beginning, without decoding it.
-PictureFacts examinePicture(QIODevice &device);
 
 /// Reads the picture in @p file, which the user named as @p path, in the format that its bytes
 /// indicate that it is; of an animated one, the first frame. Pixels that the file leaves out are

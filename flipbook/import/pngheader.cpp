@@ -1,5 +1,7 @@
 #include "flipbook/import/pngheader.h"
 
+#include "flipbook/base/saturating.h"
+
 #include <QtCore/QtEndian>
 
 #include <limits>
@@ -22,9 +24,5 @@ std::optional<PngHeader> PngHeader::read(const QByteArray &start)
 
 qint64 PngHeader::decodedBytes() const
 {
-    qint64 bytes = 0;
-    const qint64 pixels = qint64(size.width()) * size.height();
-    return __builtin_mul_overflow(pixels, qint64(bytesPerPixel), &bytes)
-               ? std::numeric_limits<qint64>::max()
-               : bytes;
+    return Saturating::product(qint64(size.width()) * size.height(), bytesPerPixel);
 }

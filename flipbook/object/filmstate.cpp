@@ -1,5 +1,6 @@
 #include "flipbook/object/filmstate.h"
 
+#include "flipbook/object/formkeys.h"
 #include "flipbook/object/framesupply.h"
 #include "flipbook/object/objectprotocol.h"
 #include "framework/document.h"
@@ -12,15 +13,6 @@
 
 namespace
 {
-
-const QLatin1String KeepsRatio("LockScale");
-const QLatin1String LoopCount("LoopCount");
-const QLatin1String Interval("ShiftInterval");
-const QLatin1String Params("OtherParams");
-const QLatin1String NameKey("object_name");
-const QLatin1String NamesKey("animatedImageNames");
-const QLatin1String SizesKey("animatedImageSizes");
-const QLatin1String ShownKey("animatedRunningIndex");
 
 Document &documentOf(const CBaseObject &object)
 {
@@ -38,35 +30,35 @@ FilmState::FilmState(CBaseObject &object)
     object.saveJson(m_json);
     document.setOmitsPictures(false);
     // Where it is loaded playback has ended.
-    m_json.insert(QStringLiteral("IsRunning"), false);
+    m_json.insert(FormKey::IsRunning, false);
     m_pixels = object.getImageSize();
 }
 
 bool FilmState::keepsRatio() const
 {
-    return m_json.value(KeepsRatio).toBool();
+    return m_json.value(FormKey::LockScale).toBool();
 }
 
 void FilmState::setKeepsRatio(bool keeps)
 {
-    m_json.insert(KeepsRatio, keeps);
+    m_json.insert(FormKey::LockScale, keeps);
 }
 
 void FilmState::setLoopCount(int count)
 {
-    m_json.insert(LoopCount, count);
+    m_json.insert(FormKey::LoopCount, count);
 }
 
 void FilmState::setInterval(int ms)
 {
-    m_json.insert(Interval, ms);
+    m_json.insert(FormKey::ShiftInterval, ms);
 }
 
 void FilmState::setName(const QString &name)
 {
-    QJsonObject params = m_json.value(Params).toObject();
-    params.insert(NameKey, name);
-    m_json.insert(Params, params);
+    QJsonObject params = m_json.value(FormKey::OtherParams).toObject();
+    params.insert(FormKey::ObjectName, name);
+    m_json.insert(FormKey::OtherParams, params);
 }
 
 OwnedObject FilmState::withFrames(const Plugin &plugin, const Plugin::Frames &frames,
@@ -82,11 +74,11 @@ OwnedObject FilmState::withFrames(const Plugin &plugin, const Plugin::Frames &fr
         pictures.append(frame.second);
     }
     QJsonObject json = m_json;
-    QJsonObject params = json.value(Params).toObject();
-    params.insert(NamesKey, names);
-    params.insert(SizesKey, sizes);
-    params.insert(ShownKey, shown);
-    json.insert(Params, params);
+    QJsonObject params = json.value(FormKey::OtherParams).toObject();
+    params.insert(FormKey::FrameNames, names);
+    params.insert(FormKey::FrameSizes, sizes);
+    params.insert(FormKey::RunningIndex, shown);
+    json.insert(FormKey::OtherParams, params);
     FrameSupply::load(*object, json, pictures);
     const QSizeF size = shownSize(pictures.value(shown));
     if (!size.isEmpty() && size != object->getSize())
@@ -112,7 +104,7 @@ void FilmState::giveTo(const Plugin &plugin, CBaseObject &object) const
     const OwnedObject carrier = plugin.createObject();
     QJsonObject json = m_json;
     carrier->loadJson(json);
-    const QStringList names = carrier->getOtherParams(NamesKey).toStringList();
+    const QStringList names = carrier->getOtherParams(FormKey::FrameNames).toStringList();
     const auto handle = reinterpret_cast<qint64>(static_cast<CGDRootObject *>(carrier.get()));
     ObjectProtocol::tell(object, SpecialPropertyId::CopyFromObject, handle);
 

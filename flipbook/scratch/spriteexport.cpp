@@ -1,8 +1,11 @@
 #include "flipbook/scratch/spriteexport.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/base/saturating.h"
 #include "flipbook/object/animatedobject.h"
+#include "flipbook/scratch/costumesize.h"
 #include "flipbook/scratch/names.h"
 #include "flipbook/scratch/picture.h"
 
@@ -11,6 +14,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QTransform>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Scratch
@@ -61,25 +65,13 @@ bool isComplete(const QByteArray &bytes)
     return bytes.endsWith(QByteArray::fromHex("49454e44ae426082"));
 }
 
-/// A costume as its description and its file in @p folder give it.
-Costume readCostume(const QJsonObject &json, const QString &folder, const QString &objectName)
-{
-    Costume costume;
-    costume.digest = json.value(QLatin1String("assetId")).toString();
-    costume.rotationCenter = QPointF(json.value(QLatin1String("rotationCenterX")).toDouble(),
-                                     json.value(QLatin1String("rotationCenterY")).toDouble());
-    QFile file(folder + json.value(QLatin1String("md5ext")).toString());
-    if (!costume.digest.isEmpty() && file.open(QIODevice::ReadOnly))
-        costume.png = file.readAll();
-    if (!isComplete(costume.png))
-        throw Failure{objectName, QStringLiteral("its costumes could not be written")};
-    return costume;
-}
-
 } // namespace
 
-SpriteExporter::SpriteExporter(const StagePlacement &placement, bool withScripts)
-    : m_placement(placement)
+SpriteExporter::SpriteExporter(const Plugin &plugin, const StagePlacement &placement,
+                               bool withScripts, MemoryAccount &memory)
+    : m_plugin(plugin)
+    , m_memory(memory)
+    , m_placement(placement)
     , m_withScripts(withScripts)
 {
 }
@@ -89,6 +81,7 @@ Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
     if (object.frameCount() == 0)
         throw Failure{name, QStringLiteral("has no frames, and Scratch does not accept a sprite "
                                            "without costumes")};
+    requireMemory(object, name);
     settleFrameSizes(object);
     CBaseObject &base = object.base();
     const QSizeF size = base.getSize();
@@ -114,6 +107,48 @@ Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
                              .arg(sprite.name));
     remarkOnAmount(sprite);
     return sprite;
+}
+
+void SpriteExporter::requireMemory(AnimatedObject &object, const QString &name) const
+{
+    // A costume is drawn, its frame is scaled for it, and it may be mirrored or reduced.
+    constexpr qint64 pictures = 4;
+    constexpr qint64 bytesPerPixel = 4;
+    // They are drawn one after another, but what would take too long is not begun either.
+    constexpr qint64 costumesAtOnce = 16;
+    const QSizeF size = largestCostume(m_plugin, object.base());
+    const double pixels = size.width() * size.height();
+    const qint64 bytes = pixels < double(std::numeric_limits<int>::max())
+                             ? qint64(pixels) * bytesPerPixel
+                             : std::numeric_limits<qint64>::max();
+    const int count = object.frameCount();
+    const qint64 all = Saturating::product(bytes, count) / costumesAtOnce;
+    const QString what = QStringLiteral("%1 of %2 x %3 pixels")
+                             .arg(count == 1 ? QStringLiteral("1 costume")
+                                             : QStringLiteral("%1 costumes").arg(count))
+                             .arg(size.width(), 0, 'f', 0)
+                             .arg(size.height(), 0, 'f', 0);
+    m_memory.require(std::max(Saturating::product(bytes, pictures), all), name, what);
+}
+
+/// A costume as its description and its file in @p folder give it.
+Costume SpriteExporter::readCostume(const QJsonObject &json, const QString &folder,
+                                    const QString &objectName)
+{
+    Costume costume;
+    costume.digest = json.value(QLatin1String("assetId")).toString();
+    costume.rotationCenter = QPointF(json.value(QLatin1String("rotationCenterX")).toDouble(),
+                                     json.value(QLatin1String("rotationCenterY")).toDouble());
+    QFile file(folder + json.value(QLatin1String("md5ext")).toString());
+    if (!costume.digest.isEmpty() && file.open(QIODevice::ReadOnly)) {
+        // Once as a costume, and once in the package.
+        m_memory.require(2 * file.size(), objectName, QStringLiteral("its costumes"));
+        costume.png = file.readAll();
+        m_memory.take(2 * file.size());
+    }
+    if (!isComplete(costume.png))
+        throw Failure{objectName, QStringLiteral("its costumes could not be written")};
+    return costume;
 }
 
 QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QString &name)

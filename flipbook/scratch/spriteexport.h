@@ -7,7 +7,10 @@
 #include <QtCore/QStringList>
 
 class AnimatedObject;
+class MemoryAccount;
+class Plugin;
 class QImage;
+class QJsonObject;
 
 namespace Scratch
 {
@@ -19,23 +22,30 @@ constexpr int MaxPictureSide = 8192;
 class SpriteExporter
 {
 public:
-    /// @p placement says where the page is on the stage. @p withScripts: the sprites play.
-    SpriteExporter(const StagePlacement &placement, bool withScripts);
+    /// @p placement says where the page is on the stage. @p withScripts: the sprites play. What
+    /// the sprites take is counted in @p memory; both references must outlive the exporter.
+    SpriteExporter(const Plugin &plugin, const StagePlacement &placement, bool withScripts,
+                   MemoryAccount &memory);
 
     /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Steps
     /// through frames of the object, so that all have the sizes of playback; it is stopped
     /// afterwards and shows the frame that it showed. Throws Failure when the object has no
-    /// frames, or when its costumes cannot be written to the temporary folder.
+    /// frames, when its costumes cannot be written to the temporary folder, or when they would need
+    /// more memory than there is.
     Sprite exported(AnimatedObject &object, const QString &name);
 
     /// Messages for the user about the sprites made so far, one sentence each.
     const QStringList &remarks() const { return m_remarks; }
 
 private:
+    void requireMemory(AnimatedObject &object, const QString &name) const;
     QVector<Costume> costumesOf(AnimatedObject &object, const QString &name);
+    Costume readCostume(const QJsonObject &json, const QString &folder, const QString &objectName);
     double shrinkToTexture(Sprite &sprite);
     void remarkOnAmount(const Sprite &sprite);
 
+    const Plugin &m_plugin;
+    MemoryAccount &m_memory;
     StagePlacement m_placement;
     bool m_withScripts;
     QSet<QString> m_takenNames;

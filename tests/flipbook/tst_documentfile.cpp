@@ -3,6 +3,7 @@
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/document/documentjson.h"
+#include "tests/flipbook/bombs.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/quiet.h"
@@ -292,25 +293,33 @@ void TestDocumentFile::picturesBeyondTheBudgetAreRefused()
              QStringLiteral("its pictures would need more memory than the 64.0 MiB that "
                             "--max-memory allows, 3.4 GiB for one alone"));
 
-    // Pictures of 48 bytes: one for both red frames, one for the blue one, one for the decoder.
-    const auto document = m_fixture->document({Qt::red, Qt::blue, Qt::red});
+    // Pictures of 240,000 bytes: one for the first and third frame, one for the second, two for the
+    // decoder. The document itself takes less than 100,000.
+    const QByteArray one = Bombs::png({300, 200});
+    const QByteArray other = Bombs::png({200, 300});
     const QString small = m_fixture->path(QStringLiteral("small.flipbook"));
-    saveDocument(*document, small);
-    constexpr qint64 needed = 144;
-    Reading tooLittle(needed - 1, false);
-    QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, tooLittle), Failure);
-    Reading enough(needed, false);
+    Bombs::writeDocument(small, {Bombs::stateWith({one, other, one})}, {one, other});
+    constexpr qint64 needed = 4 * 240000;
+    Reading tooLittle(needed, false);
+    QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, tooLittle), OverBudget);
+    Reading enough(needed + 100000, false);
     QCOMPARE(loadDocument(m_fixture->plugin(), small, enough).warnings, QStringList());
 }
 
 void TestDocumentFile::picturesInTheTextCountToo()
 {
-    const QByteArray head = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452"
-                                                "0000753000007530"
-                                                "080600000000000000");
-    const QString path =
-        save(textWith(R"({"ImageList": [{"png": ")" + head.toBase64() + R"("}]})"));
-    QVERIFY(failureOf(path).startsWith(QStringLiteral("its pictures would need more memory")));
+    const QByteArray vast =
+        QByteArray("\x89PNG\r\n\x1a\n") +
+        Bombs::pngChunk("IHDR", QByteArray::fromHex("00007530000075300806000000")) +
+        Bombs::pngChunk("IDAT", {}) + Bombs::pngChunk("IEND", {});
+    const auto saved = [this, &vast](const QByteArray &prefix) {
+        return save(textWith(R"({"ImageList": [{"png": ")" + prefix + vast.toBase64() + R"("}]})"));
+    };
+    QVERIFY(failureOf(saved("")).startsWith(QStringLiteral("its pictures would need more memory")));
+    // What is not base64 is not skipped: nothing after it counts.
+    QCOMPARE(load(saved(QByteArray(80, '!'))).warnings,
+             QStringList(QStringLiteral("frame 1 of object 1 of page 1 is empty: its picture is "
+                                        "damaged")));
 }
 
 void TestDocumentFile::aReferredGifIsRead()

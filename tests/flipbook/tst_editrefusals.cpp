@@ -133,7 +133,7 @@ void TestEditRefusals::filesThatCannotBeRead_data()
     row("missing.png", "not found");
     row("text.png", noPicture);
     row("empty.png", noPicture);
-    row("cut.png", "the picture cannot be read: Unable to read image data");
+    row("cut.png", "the picture cannot be read: it is cut short or damaged");
     row("pipe.png", "is a pipe, not a file");
     row("png.gif", "not a GIF: it is a picture of the format PNG; rename it");
     row("doc.flipbook", noPicture);

@@ -166,10 +166,11 @@ void TestFrameFolder::aPipeAmongThePicturesIsRefused()
 
 void TestFrameFolder::picturesBeyondTheBudgetAreRefused()
 {
-    writeConfig(R"({"ImageList": [{"filename": "a.png"}, {"filename": "a.png"}]})");
-    // 4 x 3 pixels of 4 bytes, twice each: 192 bytes for both.
-    QVERIFY_EXCEPTION_THROWN(warnings(191), Failure);
-    QCOMPARE(warnings(192), QStringList());
+    QVERIFY(Pictures::solid(40, 30, Qt::red).save(m_folder->filePath(QStringLiteral("b.png"))));
+    writeConfig(R"({"ImageList": [{"filename": "b.png"}, {"filename": "b.png"}]})");
+    // 40 x 30 pixels of 4 bytes, and 1,024 bytes for the frame: 11,648 for both.
+    QVERIFY_EXCEPTION_THROWN(warnings(11647), OverBudget);
+    QCOMPARE(warnings(11648), QStringList());
 }
 
 void TestFrameFolder::namesAreTakenAsTheyStand()

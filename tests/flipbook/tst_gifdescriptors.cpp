@@ -75,7 +75,7 @@ private Q_SLOTS:
 
 void TestGifDescriptors::aWholeFileEndsAtItsTrailer()
 {
-    const GifDescriptors gif = read(head() + frame(soundData) + ';' + "behind");
+    const GifDescriptors gif = read(head() + frame(soundData) + ';' + "after");
     QVERIFY(gif.hasSignature);
     QVERIFY(gif.hasScreen);
     QCOMPARE(gif.screen, QSize(2, 1));

@@ -1,6 +1,8 @@
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/import/gifdescriptors.h"
 
+#include <QtCore/QtNumeric>
 #include <QtTest/QTest>
 
 #include <limits>
@@ -26,6 +28,9 @@ private Q_SLOTS:
     void amountsAreWrittenForPeople();
     void aFilmNeedsItsFramesAndTheDecodersOwn();
     void needsSaturate();
+    void aTextOfJsonNeedsMoreThanItsBytes();
+    void aTileIsFourPictures();
+    void whatIsTakenLeavesLess();
 };
 
 void TestMemoryBudget::amountsAreReadStrictly_data()
@@ -87,7 +92,39 @@ void TestMemoryBudget::needsSaturate()
     gif.screen = QSize(65535, 65535);
     constexpr qint64 most = std::numeric_limits<qint64>::max();
     QCOMPARE(neededFor(gif, qint64(1) << 40), most);
-    QCOMPARE(MemoryBudget::neededForPicture(most / 2, 3), most);
+    QCOMPARE(MemoryBudget::keptForTile(QSizeF(1e12, 1e12)), most);
+    QCOMPARE(MemoryBudget::keptForTile(QSizeF(qQNaN(), 1)), most);
+    MemoryAccount account(100);
+    account.take(most);
+    account.take(most);
+    QVERIFY(!account.hasRoomFor(0));
+}
+
+void TestMemoryBudget::aTextOfJsonNeedsMoreThanItsBytes()
+{
+    // Five bytes, two of them a list, with one comma between its values.
+    QCOMPARE(MemoryBudget::neededForJson("[0,0]"), qint64(5 * 6 + 128 + 64));
+    QCOMPARE(MemoryBudget::neededForJson(R"({"a":[]})"), qint64(8 * 6 + 2 * 128 + 64));
+    QCOMPARE(MemoryBudget::leastForJson(100), qint64(600));
+}
+
+void TestMemoryBudget::aTileIsFourPictures()
+{
+    QCOMPARE(MemoryBudget::keptForTile(QSizeF(10, 20)), qint64(4 * 10 * 20 * 4));
+    QCOMPARE(MemoryBudget::forTileAtWork(QSizeF(10, 20)), qint64(6 * 10 * 20 * 4));
+}
+
+void TestMemoryBudget::whatIsTakenLeavesLess()
+{
+    MemoryAccount account(qint64(1) << 20);
+    QCOMPARE(account.refusal(qint64(1) << 20, QStringLiteral("all of it")), QString());
+    account.take(qint64(256) << 10);
+    QCOMPARE(account.room(), qint64(768) << 10);
+    QCOMPARE(account.refusal(qint64(1) << 20, QStringLiteral("all of it")),
+             QStringLiteral("all of it would need 1.0 MiB of memory in addition to the 256.0 KiB "
+                            "already in use, more than the 1.0 MiB that --max-memory allows"));
+    account.giveBack(qint64(256) << 10);
+    QVERIFY(account.hasRoomFor(qint64(1) << 20));
 }
 
 QTEST_GUILESS_MAIN(TestMemoryBudget)

@@ -103,6 +103,7 @@ private Q_SLOTS:
     void anUnknownDigestHasNoPicture();
     void aPngMustHaveItsDigest();
     void picturesAreRemoved();
+    void whatThereIsNoRoomForIsNotKept();
     void formatsComeBack_data();
     void formatsComeBack();
     void rareFormatsSettle_data();
@@ -121,6 +122,29 @@ private Q_SLOTS:
     void aWrongFormatNameIsPassedOver_data();
     void aWrongFormatNameIsPassedOver();
 };
+
+void TestFrameworkImageStore::whatThereIsNoRoomForIsNotKept()
+{
+    ImageStore store;
+    const QString red = store.add(solid(Qt::red));
+    const qint64 one = store.png(red).size();
+    QCOMPARE(store.byteCount(), one);
+    store.setCapacity(2 * one - 1);
+    QVERIFY(!store.hasOverflowed());
+    // The same size in another colour; the first is kept already, and takes nothing.
+    QCOMPARE(store.add(solid(Qt::red)), red);
+    QCOMPARE(store.add(solid(Qt::green)), QString());
+    QVERIFY(store.hasOverflowed());
+    const QByteArray more = pngOf(solid(Qt::blue).scaled(900, 900));
+    QVERIFY(!store.addPng(md5(more), more));
+    QCOMPARE(store.digests(), QList<QString>{red});
+    store.setCapacity(4 * one);
+    QVERIFY(!store.hasOverflowed());
+    QVERIFY(!store.add(solid(Qt::green)).isEmpty());
+    store.remove(red);
+    store.clear();
+    QCOMPARE(store.byteCount(), 0);
+}
 
 void TestFrameworkImageStore::aPictureIsKeptOnce()
 {

@@ -44,17 +44,18 @@ private:
     QByteArray m_bytes;
 };
 
-/// The pixels of a picture of one colour, uncompressed: a clear code often enough that the code
-/// size never grows beyond 3 bits.
-QByteArray pixelCodes(int count, int colorIndex)
+/// The pixels of a frame, uncompressed: a clear code often enough that the code size never grows
+/// beyond 3 bits.
+QByteArray pixelCodes(const GifBuilder::Frame &frame)
 {
+    const int count = frame.rect.width() * frame.rect.height();
     constexpr int clearCode = 4;
     constexpr int endCode = 5;
     CodeWriter writer;
     for (int i = 0; i < count; ++i) {
         if (i % 2 == 0)
             writer.put(clearCode);
-        writer.put(colorIndex);
+        writer.put(frame.colorAt ? frame.colorAt(i) : frame.colorIndex);
     }
     writer.put(endCode);
     return writer.finished();
@@ -135,8 +136,7 @@ QByteArray GifBuilder::data() const
                                                              "000000")
                                        : QByteArray(1, '\0'));
         out.append('\2'); // least code size
-        appendSubBlocks(out,
-                        pixelCodes(frame.rect.width() * frame.rect.height(), frame.colorIndex));
+        appendSubBlocks(out, pixelCodes(frame));
     }
     out.append(';');
     return out;

@@ -5,6 +5,8 @@
 #include <QtCore/QVector>
 #include <QtGui/QColor>
 
+#include <functional>
+
 /// Builds small GIF files in memory for tests: frames of one palette colour each.
 class GifBuilder
 {
@@ -19,6 +21,8 @@ public:
         int transparentIndex = -1; ///< palette index that is transparent, -1 for none
         /// A palette of the frame alone: 0 yellow, 1 cyan, 2 magenta, 3 black.
         bool hasOwnPalette = false;
+        /// The palette index of each pixel, counted row by row; colorIndex for all when empty.
+        std::function<int(int pixel)> colorAt = {};
     };
 
     /// A palette of four colours: 0 red, 1 green, 2 blue, 3 white.

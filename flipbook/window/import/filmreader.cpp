@@ -51,7 +51,7 @@ Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
     return result;
 }
 
-/// The number at @p place of @p text, which moves behind it.
+/// The number at @p place of @p text, which moves past it.
 QString numberAt(const QString &text, int &place)
 {
     const int start = place;

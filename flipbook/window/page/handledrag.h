@@ -23,7 +23,7 @@ public:
     QString commandText() const;
     /// What the keys do, for the status bar.
     QString hint() const;
-    /// What stands beside the pointer, such as "240 × 180 (150 %)".
+    /// The text beside the pointer, such as "240 × 180 (150 %)".
     QString tip(const ObjectGeometry &geometry) const;
 
 private:

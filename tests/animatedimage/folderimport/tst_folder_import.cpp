@@ -309,7 +309,7 @@ void TestFolderImport::textsThatAreNoUsableConfigLeaveNoFrames_data()
     QTest::newRow("no JSON") << QByteArray("frames");
     QTest::newRow("an array") << QByteArray(R"([{"ImageList":[{"filename":"a.png"}]}])");
     QTest::newRow("without the list") << QByteArray(R"({"ShiftInterval":50})");
-    QTest::newRow("something behind") << twoFrames + QByteArray("x");
+    QTest::newRow("something after the end") << twoFrames + QByteArray("x");
     QTest::newRow("a zero byte in the middle") << QByteArray("{\"ImageList\":\0[]}", 17);
     QTest::newRow("too deep") << QByteArray(R"({"ImageList":)") + QByteArray(5000, '[') +
                                      QByteArray(5000, ']') + "}";
@@ -330,7 +330,7 @@ void TestFolderImport::textsThatAreStillUnderstood_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("a byte-order mark") << QByteArray("\xEF\xBB\xBF") + twoFrames;
-    QTest::newRow("a zero byte and more behind") << twoFrames + QByteArray("\0rest", 5);
+    QTest::newRow("a zero byte and more after the end") << twoFrames + QByteArray("\0rest", 5);
     QTest::newRow("bytes that are no UTF-8")
         << QByteArray("{\"Note\":\"\xFF\xC3\",") + QByteArray(twoFrames).mid(1);
     QTest::newRow("the list in the middle") << QByteArray(R"({"ShiftInterval":5,)") +
@@ -367,7 +367,7 @@ void TestFolderImport::aFolderWithoutConfigLeavesNoFrames()
 
 void TestFolderImport::thePathMayEndInAnything_data()
 {
-    QTest::addColumn<QString>("behind");
+    QTest::addColumn<QString>("rest");
     QTest::addColumn<QStringList>("expected");
     QTest::newRow("plain") << QString() << texts({"frames_1", "frames_2"});
     QTest::newRow("a dot") << QStringLiteral("/.") << texts({"._1", "._2"});
@@ -376,10 +376,10 @@ void TestFolderImport::thePathMayEndInAnything_data()
 
 void TestFolderImport::thePathMayEndInAnything()
 {
-    QFETCH(QString, behind);
+    QFETCH(QString, rest);
     write(QStringLiteral("config.json"), twoFrames);
     Stage stage;
-    stage->loadFromFile(m_folder + behind);
+    stage->loadFromFile(m_folder + rest);
     QTEST(stage.frameNames(), "expected");
 }
 

@@ -59,7 +59,7 @@ void TestGifDamaged::whatIsNoGifGivesNoFrames_data()
 {
     QTest::addColumn<QString>("file");
     writeFile(path(QStringLiteral("empty.gif")), {});
-    writeFile(path(QStringLiteral("text.gif")), "This is no picture.\n");
+    writeFile(path(QStringLiteral("text.gif")), "This is not a picture.\n");
     writeFile(path(QStringLiteral("signature.gif")), "GIF89a");
     writeFile(path(QStringLiteral("zeros.gif")), QByteArray(1000, '\0'));
     QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("folder.gif")));
@@ -151,7 +151,7 @@ void TestGifDamaged::aLaterFrameDamagedGivesWhatQtGives_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("its code size") << 8 << QByteArray(1, '\x0f');
     QTest::newRow("its pixels") << 6 << QByteArray(4, '\xff');
-    QTest::newRow("the block behind it") << 1 << QByteArray(1, '\x99');
+    QTest::newRow("the block after it") << 1 << QByteArray(1, '\x99');
     QTest::newRow("its descriptor") << 18 << QByteArray(4, '\xff');
 }
 

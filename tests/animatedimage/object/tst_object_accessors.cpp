@@ -24,8 +24,8 @@ void TestObjectAccessors::theImageSizeIsThatOfTheFrameShown_data()
     QTest::addColumn<QSize>("expected");
     QTest::newRow("first") << 0 << QSize(10, 20);
     QTest::newRow("last") << 1 << QSize(30, 5);
-    QTest::newRow("behind the last") << 2 << QSize(0, 0);
-    QTest::newRow("far behind") << 2147483647 << QSize(0, 0);
+    QTest::newRow("after the last") << 2 << QSize(0, 0);
+    QTest::newRow("far after the last") << 2147483647 << QSize(0, 0);
     QTest::newRow("before the first") << -1 << QSize(0, 0);
 }
 

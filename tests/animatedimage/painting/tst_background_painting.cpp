@@ -289,7 +289,7 @@ void TestBackgroundPainting::whatCannotBeDrawnDrawsNothing_data()
         << Pictures::solid(1, 4, Qt::red) << QRectF(0.0, 0.0, 4.0, 2.0) << QPointF();
     QTest::newRow("nothing visible") << tile << QRectF() << QPointF();
     QTest::newRow("an endless part") << tile << QRectF(0.0, 0.0, infinite, 2.0) << QPointF();
-    QTest::newRow("a part that is no number")
+    QTest::newRow("a part that is not a number")
         << tile << QRectF(0.0, noNumber, 4.0, 2.0) << QPointF();
     QTest::newRow("a position without end")
         << tile << QRectF(0.0, 0.0, 4.0, 2.0) << QPointF(infinite, 0.0);

@@ -181,7 +181,7 @@ void TestPainting::withoutAFrameNothingIsDrawn_data()
     QTest::addColumn<int>("index");
     QTest::newRow("no frames") << 0 << 0;
     QTest::newRow("index before the list") << 2 << -1;
-    QTest::newRow("index behind the list") << 2 << 2;
+    QTest::newRow("index after the last") << 2 << 2;
 }
 
 void TestPainting::withoutAFrameNothingIsDrawn()

@@ -81,7 +81,7 @@ void TestPlaybackIndex::theIndexIsClamped_data()
     QTest::addColumn<int>("expected");
     QTest::newRow("inside") << 1 << 1;
     QTest::newRow("the last") << 2 << 2;
-    QTest::newRow("just behind") << 3 << 2;
+    QTest::newRow("just after the last") << 3 << 2;
     QTest::newRow("10") << 10 << 2;
     QTest::newRow("-5") << -5 << 0;
     QTest::newRow("the least") << std::numeric_limits<int>::min() << 0;
@@ -186,7 +186,7 @@ void TestPlaybackIndex::anOldIndexOutsideTheListLeavesTheSizes_data()
 {
     QTest::addColumn<int>("old");
     QTest::newRow("before") << -1;
-    QTest::newRow("behind") << 3;
+    QTest::newRow("after the last") << 3;
 }
 
 void TestPlaybackIndex::anOldIndexOutsideTheListLeavesTheSizes()

@@ -51,7 +51,7 @@ void TestPlaybackSteps::aTickLeadsTo_data()
         << 0 << 0 << 4 << forever << 0 << 5 << false;
     QTest::newRow("no frames: the end") << 0 << 0 << 0 << 0 << -1 << 1 << true;
     QTest::newRow("an index before the list") << -1 << 3 << 0 << 0 << 0 << 0 << false;
-    QTest::newRow("an index behind the list") << 7 << 3 << 0 << 0 << 2 << 1 << true;
+    QTest::newRow("an index after the last") << 7 << 3 << 0 << 0 << 2 << 1 << true;
     QTest::newRow("the greatest index") << greatest << 3 << 0 << forever << 0 << 1 << false;
 }
 

@@ -154,7 +154,7 @@ void TestRegionPaths::anIndexOutsideTheListIsIgnored_data()
 {
     QTest::addColumn<int>("index");
     QTest::newRow("below") << -1;
-    QTest::newRow("just behind the last") << 1;
+    QTest::newRow("just after the last") << 1;
     QTest::newRow("far away") << 1000000;
 }
 

@@ -102,7 +102,7 @@ void TestRegionScan::runsBecomeRectangles_data()
         {box(0, 0, 2, 1), box(0, 3, 2, 3)});
     row("empty rows, then more runs", "#.../..../..../#.#.",
         {box(0, 0, 0, 0), box(0, 3, 0, 3), box(2, 3, 2, 3)});
-    row("empty rows before and behind", "..../##../##../....", {box(0, 1, 1, 2)});
+    row("empty rows before and after", "..../##../##../....", {box(0, 1, 1, 2)});
 
     row("lone last pixels, row under row", "...#/...#", {box(3, 0, 2, 1)});
     row("lone last pixels join over an empty row, for nothing is the sum of nothings",

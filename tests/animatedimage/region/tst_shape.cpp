@@ -158,8 +158,8 @@ void TestShape::withoutAFrameThereAreTheHandlesOnly_data()
     QTest::addColumn<int>("index");
     QTest::newRow("no frames") << 0 << 0;
     QTest::newRow("index before the list") << 2 << -1;
-    QTest::newRow("index behind the list") << 2 << 2;
-    QTest::newRow("index far behind") << 2 << 70000;
+    QTest::newRow("index after the last") << 2 << 2;
+    QTest::newRow("index far after the last") << 2 << 70000;
 }
 
 void TestShape::withoutAFrameThereAreTheHandlesOnly()

@@ -54,7 +54,7 @@ class TestFormPictureList : public QObject
 private Q_SLOTS:
     void wholeListsAreReadAsQtReadsThem()
     {
-        const QByteArray bytes = streamed(threePictures()) + "behind";
+        const QByteArray bytes = streamed(threePictures()) + "beyond";
         const Result ours = readByUs(bytes);
         QCOMPARE(ours.images.size(), 3);
         QCOMPARE(ours.images.at(0), Pictures::solid(3, 2, Qt::red));

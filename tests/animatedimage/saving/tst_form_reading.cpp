@@ -191,10 +191,10 @@ private Q_SLOTS:
             << QVariant(QStringList{good}) << QList<QSizeF>{{9.5, 8.5}, {5, 6}};
         QTest::newRow("more sizes")
             << QVariant(QStringList{good, good, good}) << QList<QSizeF>{{9.5, 8.5}, {9.5, 8.5}};
-        QTest::newRow("a width that is no number")
+        QTest::newRow("a width that is not a number")
             << QVariant(QStringList{util->variantToText(QSizeF(nan, 8.5)), good})
             << QList<QSizeF>{{4, 3}, {9.5, 8.5}};
-        QTest::newRow("a height that is no number")
+        QTest::newRow("a height that is not a number")
             << QVariant(QStringList{good, util->variantToText(QSizeF(8.5, nan))})
             << QList<QSizeF>{{9.5, 8.5}, {5, 6}};
     }

@@ -236,7 +236,7 @@ void TestPropertiesEditing::deletingShowsWhatThePartSays_data()
         << QByteArray("abcd") << 3 << 1 << QStringLiteral("acd") << 0 << another << once;
     QTest::addRow("one before the one shown: the index stays")
         << QByteArray("abcd") << 2 << 0 << QStringLiteral("bcd") << 2 << none << none;
-    QTest::addRow("one behind the one shown")
+    QTest::addRow("one after the one shown")
         << QByteArray("abcd") << 1 << 2 << QStringLiteral("abd") << 1 << none << none;
 }
 

@@ -139,10 +139,10 @@ void TestPropertiesInsertion::aBlankFrameIsAsLargeAsThePictureNotItsDisplay()
 {
     Stage stage(solidFrames({{4, 3}}));
     stage.probe.frame(0).size = QSizeF(80.0, 60.0);
-    Request behind(QByteArray::fromHex("00000000"));
+    Request after(QByteArray::fromHex("00000000"));
     Request atEnd(QByteArray::fromHex("ffffffff"));
 
-    QVERIFY(behind.get(stage.image, insertBlank));
+    QVERIFY(after.get(stage.image, insertBlank));
     QVERIFY(atEnd.get(stage.image, insertBlank));
 
     QCOMPARE(stage.probe.frame(1).image.size(), QSize(4, 3));
@@ -212,7 +212,7 @@ void TestPropertiesInsertion::aCopyIsInsertedBehindItsTarget_data()
     // The names of the frames are a_1, b_1 and c_1, so a name tells whose it was made of.
     QTest::addRow("both valid") << 0 << 2 << 3 << QStringLiteral("c_2");
     QTest::addRow("before itself") << 2 << 0 << 1 << QStringLiteral("a_2");
-    QTest::addRow("behind itself") << 1 << 1 << 2 << QStringLiteral("b_2");
+    QTest::addRow("after itself") << 1 << 1 << 2 << QStringLiteral("b_2");
     QTest::addRow("target -1") << 0 << -1 << 3 << QStringLiteral("a_2");
     QTest::addRow("target -2") << 1 << -2 << 3 << QStringLiteral("b_2");
     QTest::addRow("target count") << 2 << 3 << 3 << QStringLiteral("c_2");

@@ -67,7 +67,7 @@ Found Actor::request(const Step &step, CAnimatedImage *object)
     found.bufferBefore.chop(step.missing);
     if (!step.goesToStart())
         found.bufferBefore.prepend(QByteArray(step.before, '\xa5'));
-    found.bufferBefore.append(QByteArray(step.behind, '\x5a'));
+    found.bufferBefore.append(QByteArray(step.bytesAfter, '\x5a'));
     found.answerAt = step.before;
     found.buffer = found.bufferBefore;
     if (step.device == Step::Sequential) {

@@ -63,7 +63,7 @@ void StepChooser::disturb(Step &step)
     if (bytes > 0 && chance(1, 8))
         step.missing = chance(1, 2) ? number(1, bytes) : qMin(bytes, oneOf({1, 4}));
     if (step.missing == 0)
-        step.behind = chance(1, 4) ? number(1, 9) : 0;
+        step.bytesAfter = chance(1, 4) ? number(1, 9) : 0;
     step.before = chance(1, 4) ? number(1, 5) : 0;
     step.isLittleEndian = chance(1, 6);
     step.hasBadStatus = chance(1, 25);

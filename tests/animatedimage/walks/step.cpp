@@ -58,8 +58,8 @@ QString request(const char *name, const Step &step)
         text += QStringLiteral(", little endian");
     if (step.before > 0)
         text += QStringLiteral(", the stream at byte %1").arg(step.before);
-    if (step.behind > 0)
-        text += QStringLiteral(", before %1 other bytes").arg(step.behind);
+    if (step.bytesAfter > 0)
+        text += QStringLiteral(", before %1 other bytes").arg(step.bytesAfter);
     return text;
 }
 

@@ -87,7 +87,7 @@ struct Step {
     bool isLittleEndian = false;
     int before =
         0; ///< other bytes before the input; for what goes to the start: where the stream is
-    int behind = 0; ///< other bytes after the input
+    int bytesAfter = 0; ///< other bytes after the input
 
     QDataStream::ByteOrder order() const
     {

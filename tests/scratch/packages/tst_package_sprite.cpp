@@ -1,4 +1,5 @@
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/object/plugin.h"
 #include "flipbook/scratch/package.h"
@@ -166,7 +167,8 @@ private Q_SLOTS:
     {
         makeObject();
         AnimatedObject object(*m_object);
-        SpriteExporter exporter{StagePlacement(QRectF(0, 0, 480, 360)), true};
+        MemoryAccount memory;
+        SpriteExporter exporter{m_plugin, StagePlacement(QRectF(0, 0, 480, 360)), true, memory};
         try {
             exporter.exported(object, QStringLiteral("nothing"));
             QFAIL("a sprite without costumes was made");
@@ -231,7 +233,8 @@ private:
 
     Sprite exported(const QRectF &page)
     {
-        SpriteExporter exporter{StagePlacement(page), true};
+        MemoryAccount memory;
+        SpriteExporter exporter{m_plugin, StagePlacement(page), true, memory};
         AnimatedObject object(*m_object);
         const Sprite sprite = exporter.exported(object, QStringLiteral("walk"));
         m_remarks = exporter.remarks();

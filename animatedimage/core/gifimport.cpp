@@ -1,4 +1,4 @@
-#include "animatedimage/core/giffile.h"
+#include "animatedimage/core/gifimport.h"
 
 #include "animatedimage/core/framenames.h"
 

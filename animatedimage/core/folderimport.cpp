@@ -1,4 +1,4 @@
-#include "animatedimage/core/framefolder.h"
+#include "animatedimage/core/folderimport.h"
 
 #include "animatedimage/core/framenames.h"
 #include "animatedimage/core/jsonkeys.h"
