@@ -63,6 +63,7 @@ class Rules(unittest.TestCase):
         self.assertEqual(after("a();\nb();", "exchanged"), ["b(); a();"])
         self.assertEqual(after("m_a = 1;\nm_b = 2;", "exchanged"), [])
         self.assertEqual(after("m_a = 1;\nm_b = m_a;", "exchanged"), ["m_b = m_a; m_a = 1;"])
+        self.assertEqual(after("a = least(a);\nb = least(b);", "exchanged"), [])
         self.assertEqual(after("if (x)\n    a();\nb();", "exchanged"), [])
 
         self.assertEqual(after("m_a = m_b;\nm_list.clear();", "exchanged"), [])

@@ -37,11 +37,12 @@ class Reach:
         with self._instrumented():
             for test in stale:
                 self._measure(test, runner)
-        for test in stale:
-            known = self._known(test)
-            known["seconds"] = runner.measure(test)
-            if known["seconds"] is None:
-                say(f"{test['name']} fails without any change: it is left out")
+        with self._linked_again(stale):
+            for test in stale:
+                known = self._known(test)
+                known["seconds"] = runner.measure(test)
+                if known["seconds"] is None:
+                    say(f"{test['name']} fails without any change: it is left out")
         self.store.write_text(json.dumps(self.data))
 
     def _known(self, test):
@@ -71,6 +72,14 @@ class Reach:
         for output in outputs:
             if not stack.enter_context(self.shop.linked(output, counted, ["--coverage"])):
                 raise workshop.BuildFailed(f"{output} cannot be linked with counters")
+        return stack
+
+    def _linked_again(self, tests):
+        """Links both libraries, and programs, as mutants are linked, but without a change."""
+        stack = contextlib.ExitStack()
+        for output in [*self.shop.library_files, *(test["program"] for test in tests)]:
+            if not stack.enter_context(self.shop.linked(output, {})):
+                raise workshop.BuildFailed(f"{output} cannot be linked again")
         return stack
 
     def _counted(self, part):

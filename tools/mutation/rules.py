@@ -278,7 +278,8 @@ class _Maker:
         if called[0] == called[1] and called[0].endswith(". insert"):
             return False
         if all(targets):
-            return targets[0] in texts[1] or targets[1] in texts[0]
+            padded = [f" {text} " for text in texts]
+            return f" {targets[0]} " in padded[1] or f" {targets[1]} " in padded[0]
         names = [{t.text for t in self.tokens[s.first : s.last] if t.kind == "name"}
                  for s in (one, other)]
         if not names[0] & names[1] and self._is_local(one) and self._is_local(other):

@@ -13,6 +13,7 @@ from pathlib import Path
 
 MEMORY = 6 << 30
 FILE_SIZE = 1 << 30
+MOST_READ = 8 << 20
 FAILED = re.compile(rb"^(?:FAIL!  : |XPASS  : |QFATAL : )\w+::(\w*)", re.MULTILINE)
 
 
@@ -32,6 +33,8 @@ class Runner:
                      "QTEST_DISABLE_STACK_DUMP": "1", **(environment or {})}
 
         def limit():
+            # A group, so that all of it can be ended, in our session and with its priority.
+            os.setpgrp()
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
             resource.setrlimit(resource.RLIMIT_FSIZE, (FILE_SIZE, FILE_SIZE))
@@ -41,10 +44,11 @@ class Runner:
         with tempfile.TemporaryFile() as said:
             process = subprocess.Popen(test["command"], cwd=test["folder"], env=variables,
                                        stdin=subprocess.DEVNULL, stdout=said,
-                                       stderr=subprocess.STDOUT, preexec_fn=limit,
-                                       start_new_session=True)
+                                       stderr=subprocess.STDOUT, preexec_fn=limit)
             status = self._wait(process, 10 * seconds + 20 if seconds else 600)
-            return "" if status == 0 else self._reason(status, said)
+            if status != 0:
+                return self._reason(status, said)
+            return "a warning" if self._warned(test, said) else ""
 
     def _wait(self, process, patience):
         try:
@@ -57,11 +61,16 @@ class Runner:
                 os.killpg(process.pid, signal.SIGKILL)
             process.wait()
 
+    def _warned(self, test, said):
+        said.seek(0)
+        output = said.read(MOST_READ)
+        return any(re.search(pattern.encode(), output) for pattern in test["forbidden"])
+
     def _reason(self, status, said):
         if status is None or status == -signal.SIGXCPU:
             return "timeout"
         said.seek(0)
-        failed = FAILED.search(said.read(8 << 20))
+        failed = FAILED.search(said.read(MOST_READ))
         if failed and failed.group(1):
             return failed.group(1).decode()
         return f"signal {-status}" if status < 0 else f"status {status}"
@@ -77,7 +86,7 @@ class Runner:
 
 def allowance(seconds):
     """Whole seconds of computing for a program that usually takes @p seconds."""
-    return int(3 * seconds + 3)
+    return int(2 * seconds + 2)
 
 
 def now():
