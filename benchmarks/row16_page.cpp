@@ -3,8 +3,6 @@
 #include "benchmarks/support/comparison.h"
 #include "benchmarks/support/scene.h"
 
-#include <QtCore/QCoreApplication>
-
 #include <benchmark/benchmark.h>
 
 namespace
@@ -26,13 +24,6 @@ struct FilledPage {
             page->addObject(object);
     }
 
-    /// As after the page was there for a moment: the scene has dealt with its new items.
-    void addAllAndSettle()
-    {
-        addAll();
-        QCoreApplication::processEvents();
-    }
-
     Document document;
     Page *page;
     QList<CBaseObject *> objects;
@@ -49,7 +40,7 @@ double costOfAdding(int count)
 double costOfDestroying(int count)
 {
     FilledPage filled(count);
-    filled.addAllAndSettle();
+    filled.addAll();
     const Comparison::CpuClock clock;
     for (CBaseObject *object : qAsConst(filled.objects))
         filled.page->destroyObject(object);
@@ -59,7 +50,7 @@ double costOfDestroying(int count)
 double costOfFinding(int count)
 {
     FilledPage filled(count);
-    filled.addAllAndSettle();
+    filled.addAll();
     const Comparison::CpuClock clock;
     int places = 0;
     for (const CBaseObject *object : qAsConst(filled.objects))

@@ -40,8 +40,7 @@ void CBaseObject::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWi
 void CBaseObject::paintContent(QPainter *painter)
 {
     painter->save();
-    if (m_mirrored || m_flipped)
-        mirrorAndFlip(painter, m_rect, m_mirrored, m_flipped);
+    mirrorAndFlip(painter, m_rect, m_mirrored, m_flipped);
     OnQPainterDraw(painter);
     painter->restore();
 }

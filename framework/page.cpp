@@ -38,8 +38,7 @@ Page::Page(const QRectF &rect, Document *document)
 
 Page::~Page()
 {
-    if (!m_isTaken)
-        Framework::instance().dropUndoCommands();
+    Framework::instance().dropUndoCommands();
     releaseObjects();
     if (m_document)
         m_document->forget(this);
@@ -161,6 +160,8 @@ QList<CBaseObject *> Page::selectedObjects() const
 void Page::selectObjects(const QList<CBaseObject *> &objects)
 {
     const QList<CBaseObject *> present = this->objects();
+    if (selectedObjects() == objects)
+        return;
     {
         // One change, one signal.
         const QSignalBlocker blocker(this);
@@ -245,10 +246,6 @@ int Page::indexOf(const CBaseObject *object) const
 {
     const Entry entry = m_entries.value(object);
     const QList<CBaseObject *> &list = entry.layer == Layer::Background ? m_background : m_normal;
-    // Where nothing was removed from below it, the order tells the index.
-    const int guess = list.isEmpty() ? 0 : entry.order - m_entries.value(list.first()).order;
-    if (list.value(guess) == object)
-        return guess;
     const auto place = std::lower_bound(list.begin(), list.end(), entry.order,
                                         [this](const CBaseObject *below, int order) {
                                             return m_entries.value(below).order < order;

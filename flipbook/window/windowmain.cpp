@@ -2,7 +2,6 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/cli/console.h"
-#include "flipbook/window/language.h"
 #include "flipbook/window/mainwindow.h"
 
 #include <QtWidgets/QApplication>
@@ -22,7 +21,6 @@ int runWindow(const QStringList &files)
     QApplication::setApplicationDisplayName(QStringLiteral("Flipbook"));
     QApplication::setDesktopFileName(QStringLiteral("flipbook"));
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    Language::install(QLocale());
     try {
         const Plugin plugin;
         MainWindow window(plugin);

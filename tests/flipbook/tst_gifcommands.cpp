@@ -36,6 +36,7 @@ private Q_SLOTS:
     void aFilmBeyondTheBudgetIsRefusedUndecoded();
     void aCutFileTellsWhatCouldBeRead_data();
     void aCutFileTellsWhatCouldBeRead();
+    void aCutFileOfDamagedFramesSaysThatNoneIsComplete();
     void aDamagedFrameIsNamed();
     void unusualCodeSizesAreReadWithAWarning();
     void aFileOfWhichNothingIsReadSaysWhy_data();
@@ -414,6 +415,19 @@ void TestGifCommands::aCutFileTellsWhatCouldBeRead()
     QCOMPARE(run.err, message.isEmpty() ? QString()
                                         : QStringLiteral("flipbook: %1: %2\n").arg(file, message));
     QCOMPARE(run.status, status);
+}
+
+void TestGifCommands::aCutFileOfDamagedFramesSaysThatNoneIsComplete()
+{
+    // Each descriptor claims a width of three pixels, and the data end after two.
+    QByteArray bytes = GifBuilder(2, 1).add(0, 10).add(1, 10).data().left(71);
+    bytes[38] = 3;
+    bytes[61] = 3;
+    const FlipbookRun run = info(write(QStringLiteral("none.gif"), bytes));
+    const QString expected =
+        QStringLiteral("warning: truncated: none of 2 frames could be read completely\n");
+    QVERIFY2(run.err.contains(expected), qPrintable(run.err));
+    QCOMPARE(run.status, 0);
 }
 
 void TestGifCommands::aDamagedFrameIsNamed()

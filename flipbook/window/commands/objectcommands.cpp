@@ -77,8 +77,7 @@ RemoveObjectsCommand::RemoveObjectsCommand(const QString &text, Page &page,
 
 ExchangeObjectCommand::ExchangeObjectCommand(const QString &text, Page &page, CBaseObject &before,
                                              OwnedObject after)
-    : m_page(&page)
-    , m_before(page)
+    : m_before(page)
     , m_after(page)
 {
     setText(text);
@@ -88,20 +87,12 @@ ExchangeObjectCommand::ExchangeObjectCommand(const QString &text, Page &page, CB
 
 void ExchangeObjectCommand::undo()
 {
-    exchange(m_after, m_before);
+    m_after.take();
+    m_before.put();
 }
 
 void ExchangeObjectCommand::redo()
 {
-    exchange(m_before, m_after);
-}
-
-/// In between nothing is selected, which nobody needs to see.
-void ExchangeObjectCommand::exchange(PlacedObjects &leaving, PlacedObjects &coming)
-{
-    {
-        const QSignalBlocker blocker(m_page);
-        leaving.take();
-    }
-    coming.put();
+    m_before.take();
+    m_after.put();
 }
