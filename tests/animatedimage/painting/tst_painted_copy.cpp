@@ -95,6 +95,10 @@ private Q_SLOTS:
     void aPlayingFilmIsNotCopied();
     void otherDevicesGetThePictureItself();
     void otherFormatsAreNotCopied();
+    void onlyExactPaintingUsesACopy_data();
+    void onlyExactPaintingUsesACopy();
+    void papersOfOtherFormatsGetThePictureItself_data();
+    void papersOfOtherFormatsGetThePictureItself();
     void theCopyCountsInTheBudget();
     void aPictureBeyondTheBudgetIsNotCopied();
     void theFrameKeepsItsPixels();
@@ -166,6 +170,68 @@ void TestPaintedCopy::otherFormatsAreNotCopied()
         for (int time = 0; time < 3; ++time)
             QCOMPARE(copy.of(image, painter, QRectF(0, 0, 4, 4)).cacheKey(), image.cacheKey());
     }
+}
+
+void TestPaintedCopy::onlyExactPaintingUsesACopy_data()
+{
+    QTest::addColumn<QRectF>("target");
+    QTest::addColumn<QTransform>("transform");
+    QTest::addColumn<bool>("isCopied");
+    const QTransform none;
+    QTest::newRow("its own size") << QRectF(0, 0, 4, 4) << none << true;
+    QTest::newRow("its own size, between pixels") << QRectF(0.5, 0.5, 4, 4) << none << true;
+    QTest::newRow("enlarged, between pixels") << QRectF(0.5, 0.25, 6.5, 5) << none << true;
+    QTest::newRow("half of it") << QRectF(1, 2, 2, 2) << none << true;
+    QTest::newRow("half of one side") << QRectF(1, 2, 2, 5) << none << true;
+    QTest::newRow("half of it, from half a pixel") << QRectF(0.5, 2, 2, 2) << none << false;
+    QTest::newRow("half of it, from half a row") << QRectF(1, 2.5, 2, 2) << none << false;
+    QTest::newRow("parts of pixels across") << QRectF(1, 2, 2.5, 2) << none << false;
+    QTest::newRow("parts of pixels down") << QRectF(1, 2, 2, 2.5) << none << false;
+    QTest::newRow("less than half") << QRectF(0, 0, 1, 4) << none << false;
+    QTest::newRow("less than half down") << QRectF(0, 0, 4, 1) << none << false;
+    QTest::newRow("mirrored") << QRectF(0, 0, 4, 4) << QTransform::fromScale(-1, 1) << true;
+    QTest::newRow("halved by the painter")
+        << QRectF(0, 0, 4, 4) << QTransform::fromScale(0.5, 0.5) << true;
+    QTest::newRow("rotated") << QRectF(0, 0, 4, 4) << QTransform().rotate(90) << false;
+}
+
+void TestPaintedCopy::onlyExactPaintingUsesACopy()
+{
+    QFETCH(QRectF, target);
+    QFETCH(QTransform, transform);
+    QFETCH(bool, isCopied);
+    const QImage picture = Pictures::solid(4, 4, QColor(10, 20, 30, 40));
+    QImage paper(8, 8, QImage::Format_RGB32);
+    QPainter painter(&paper);
+    painter.setTransform(transform);
+    PaintedCopy copy;
+    copy.of(picture, painter, target);
+    copy.of(picture, painter, target);
+    QCOMPARE(copy.bytes(), isCopied ? 64 : 0); // 16 pixels of 4 bytes
+}
+
+void TestPaintedCopy::papersOfOtherFormatsGetThePictureItself_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<bool>("isCopied");
+    QTest::newRow("premultiplied") << int(QImage::Format_ARGB32_Premultiplied) << true;
+    QTest::newRow("opaque") << int(QImage::Format_RGB32) << true;
+    QTest::newRow("straight alpha") << int(QImage::Format_ARGB32) << false;
+    QTest::newRow("16 bits") << int(QImage::Format_RGB16) << false;
+    QTest::newRow("bytes in order") << int(QImage::Format_RGBA8888) << false;
+}
+
+void TestPaintedCopy::papersOfOtherFormatsGetThePictureItself()
+{
+    QFETCH(int, format);
+    QFETCH(bool, isCopied);
+    const QImage picture = Pictures::solid(4, 4, QColor(10, 20, 30, 40));
+    QImage paper(8, 8, QImage::Format(format));
+    QPainter painter(&paper);
+    PaintedCopy copy;
+    copy.of(picture, painter, QRectF(0, 0, 4, 4));
+    copy.of(picture, painter, QRectF(0, 0, 4, 4));
+    QCOMPARE(copy.bytes(), isCopied ? 64 : 0);
 }
 
 void TestPaintedCopy::theCopyCountsInTheBudget()
