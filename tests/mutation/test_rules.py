@@ -73,7 +73,7 @@ class Rules(unittest.TestCase):
 
     def test_initial_values_that_a_stream_overwrites_stay(self):
         self.assertEqual(after("int x = 0;\nstream >> x;\nrun(x);", "constant"), [])
-        self.assertEqual(after("bool x = true;\nint y = 0;\nin >> y >> x;", "truth"), [])
+        self.assertEqual(after("bool x = true;\nint y = 0;\ndata >> y >> x;", "truth"), [])
         self.assertEqual(after("int x = 0;\nif (!read(stream, x))\n    run();", "constant"), [])
         self.assertEqual(len(after("int x = 0;\nrun(x);\nstream >> x;", "constant")), 2)
 
