@@ -2,6 +2,7 @@
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
 
+#include <QtGui/QPainter>
 #include <QtTest/QTest>
 
 #include <limits>
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void theBaseStateIsTakenOver();
     void framesAreAppendedToThoseThatAreThere();
     void picturesGetPixelsOfTheirOwn();
+    void ownFramesKeepTheRegionsMeasuredBefore();
     void settingsAreTakenOverAndNothingElse();
     void savedMirrorAndFlipAreTakenOverEachByItself();
     void theHostIsToldOfTheGeometryOnce();
@@ -118,6 +120,32 @@ void TestPropertiesCopying::picturesGetPixelsOfTheirOwn()
             other.probe.frames().at(0).image.constBits());
     other.release();
     QCOMPARE(stage.probe.frame(0).image, Pictures::solid(8, 6, Qt::red));
+}
+
+void TestPropertiesCopying::ownFramesKeepTheRegionsMeasuredBefore()
+{
+    // Mirrored, and a hundred units to a pixel.
+    Stage other(solidFrames({{10, 4}}));
+    other.image->setMirror(true, false);
+    other.image->setSize(QSizeF(1000.0, 400.0), false, false);
+    // Opaque on the left alone.
+    QImage half(10, 4, QImage::Format_ARGB32);
+    half.fill(Qt::transparent);
+    QPainter(&half).fillRect(0, 0, 5, 4, Qt::red);
+    Stage stage({half, half.copy()});
+    Request copy(request(other.image));
+
+    QVERIFY(!copy.set(stage.image, copyFrom));
+    QVERIFY(stage.image->isMirrored());
+    stage->setCurrentIndex(1);
+
+    QCOMPARE(stage.image->getSize(), QSizeF(1000.0, 400.0));
+    QVERIFY(stage->shape().contains(QPointF(250.0, 100.0)));
+    QVERIFY(!stage->shape().contains(QPointF(750.0, 100.0)));
+    // A change of the mirror measures it again.
+    stage->setMirror(true, false);
+    QVERIFY(!stage->shape().contains(QPointF(250.0, 100.0)));
+    QVERIFY(stage->shape().contains(QPointF(750.0, 100.0)));
 }
 
 void TestPropertiesCopying::settingsAreTakenOverAndNothingElse()
