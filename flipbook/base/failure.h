@@ -20,6 +20,10 @@ struct ForbiddenFile : Failure {
 struct OutsideFile : ForbiddenFile {
 };
 
+/// Thrown when a new file cannot be made because there is one.
+struct ExistingFile : Failure {
+};
+
 /// Thrown when pictures would need more memory than was allowed: with more they could be read.
 struct OverBudget : Failure {
     qint64 neededBytes = 0; ///< or more

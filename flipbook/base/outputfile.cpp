@@ -2,11 +2,11 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/base/stagedfile.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 #include <QtGui/QImageWriter>
 
 #include <sys/stat.h>
@@ -30,19 +30,6 @@ bool isSpecialFile(const QString &path)
     struct stat status = {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISREG(status.st_mode) &&
            !S_ISDIR(status.st_mode);
-}
-
-/// A disk that fills up takes a part; only the next write reports the reason.
-bool isAllWritten(QIODevice &device, const QByteArray &bytes)
-{
-    qint64 done = 0;
-    while (done < bytes.size()) {
-        const qint64 written = device.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0)
-            return false;
-        done += written;
-    }
-    return true;
 }
 
 [[noreturn]] void refuseInput(const QString &path)
@@ -74,43 +61,28 @@ void checkOutput(const QString &path, const Reading &reading)
     checkOutput(path, QStringList());
 }
 
-void writePng(const QString &path, const QImage &image)
+QByteArray pngOf(const QImage &image, const QString &path)
 {
-    // Encoded in memory first: QImageWriter does not report a full disk.
+    // Encoded in memory: QImageWriter does not report a full disk.
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "png");
     if (!writer.write(image))
         throw Failure{path, QStringLiteral("cannot be written: ") + writer.errorString()};
-    writeFile(path, buffer.data());
+    return buffer.data();
 }
 
-void writeFile(const QString &path, const QByteArray &bytes)
+void writePng(const QString &path, const QImage &image)
 {
-    QSaveFile file(path);
-    // A buffer would be flushed by commit(), which does not notice when that fails.
-    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    if (!isOpen || !isAllWritten(file, bytes) || !file.commit())
-        throw Failure{path, QStringLiteral("cannot be written: ") + file.errorString()};
+    writeFile(path, pngOf(image, path));
 }
 
-void prepareOutputFolder(const QString &path)
+void writeFile(const QString &path, const QByteArray &bytes, IfExists ifExists)
 {
-    QString folder = path;
-    // With a slash at its end a path would name what is in the folder.
-    while (folder.size() > 1 && folder.endsWith(QLatin1Char('/')))
-        folder.chop(1);
-    const QFileInfo info(folder);
-    if (info.exists()) {
-        if (!info.isDir())
-            throw Failure{path, QStringLiteral("is not a folder")};
-        if (!QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                  QDir::NoDotAndDotDot))
-            throw Failure{path, QStringLiteral("is a folder that is not empty")};
-        return;
-    }
-    if (!info.absoluteDir().exists())
-        throw Failure{path, QStringLiteral("its folder does not exist")};
-    if (!QDir().mkdir(folder))
-        throw Failure{path, QStringLiteral("the folder cannot be made")};
+    StagedFile file(path);
+    file.write(bytes);
+    if (ifExists == IfExists::Replace)
+        file.replace();
+    else
+        file.create();
 }

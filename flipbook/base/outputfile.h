@@ -13,15 +13,16 @@ void checkOutput(const QString &path, const QStringList &inputs);
 /// The same after reading: nothing that @p reading read is overwritten, by any path or link.
 void checkOutput(const QString &path, const Reading &reading);
 
+/// @p image as a PNG file, which will be at @p path. @throw Failure
+QByteArray pngOf(const QImage &image, const QString &path);
+
 /// Writes @p image as a PNG file. The file appears whole or not at all; what was there before
 /// stays until then.
 /// @throw Failure
 void writePng(const QString &path, const QImage &image);
 
-/// The same for any bytes.
-void writeFile(const QString &path, const QByteArray &bytes);
+/// What happens to a file that is there when another is about to take its place.
+enum class IfExists { Replace, Refuse };
 
-/// Makes sure that @p path is a folder to write into: one that is there and empty, or a new one in
-/// a folder that is there.
-/// @throw Failure
-void prepareOutputFolder(const QString &path);
+/// The same for any bytes. @throw ExistingFile if there is a file that is not to be replaced
+void writeFile(const QString &path, const QByteArray &bytes, IfExists ifExists = IfExists::Replace);

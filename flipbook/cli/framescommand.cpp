@@ -1,5 +1,5 @@
 #include "flipbook/base/failure.h"
-#include "flipbook/base/outputfile.h"
+#include "flipbook/base/outputfolder.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
@@ -24,10 +24,11 @@ void run(const QCommandLineParser &line)
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openNamed(plugin, path, reading);
     CBaseObject &object = chosenObject(line, path, opened);
-    prepareOutputFolder(folder);
+    OutputFolder output(folder);
     ProgressLine progress(QStringLiteral("Writing"), AnimatedObject(object).frameCount());
-    const QStringList warnings = exportFrames(*opened.document, object, reading.memory(), folder,
+    const QStringList warnings = exportFrames(*opened.document, object, reading.memory(), output,
                                               [&progress](int done) { progress.setDone(done); });
+    output.finish();
     for (const QString &warning : warnings)
         Console::warn(path, warning);
 }

@@ -1,5 +1,6 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/outputfile.h"
+#include "flipbook/base/outputfolder.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
@@ -28,11 +29,11 @@ int pictureCount(int fps, double seconds)
     return int(count);
 }
 
-QString pictureFile(const QString &folder, int number, int count)
+QString pictureFile(int number, int count)
 {
     const int digits = std::max(5, QString::number(count).size());
-    return QStringLiteral("%1/frame-%2.png")
-        .arg(folder, QString::number(number).rightJustified(digits, QLatin1Char('0')));
+    return QStringLiteral("frame-%1.png")
+        .arg(QString::number(number).rightJustified(digits, QLatin1Char('0')));
 }
 
 void run(const QCommandLineParser &line)
@@ -48,16 +49,17 @@ void run(const QCommandLineParser &line)
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openDocument(plugin, path, reading);
     Page &page = chosenPage(line, path, *opened.document);
-    prepareOutputFolder(folder);
+    OutputFolder output(folder);
 
     ProgressLine progress(QStringLiteral("Recording"), count);
     SteppedPlayback playback(*opened.document, page);
     for (int i = 0; i < count; ++i) {
         playback.advanceTo(qint64(i) * 1000 / fps);
-        writePng(pictureFile(folder, i + 1, count),
-                 renderPage(reading.memory(), path, page, scale));
+        const QString name = pictureFile(i + 1, count);
+        output.write(name, pngOf(renderPage(reading.memory(), path, page, scale), name));
         progress.setDone(i + 1);
     }
+    output.finish();
 }
 
 } // namespace

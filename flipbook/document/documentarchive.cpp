@@ -9,10 +9,7 @@
 
 #include <KArchive/KZip>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 
-#include <fcntl.h>
-#include <unistd.h>
 #include <zlib.h>
 
 namespace
@@ -58,17 +55,6 @@ bool isSound(const KArchiveFile &file, const QByteArray &bytes)
 {
     const auto *zipped = dynamic_cast<const KZipFileEntry *>(&file);
     return bytes.size() == file.size() && zipped && quint32(zipped->crc32()) == checkSum(bytes);
-}
-
-// So that the new name, too, survives a loss of power.
-void syncFolderOf(const QString &path)
-{
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
-    const int descriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
-    ::close(descriptor);
 }
 
 } // namespace
@@ -145,12 +131,11 @@ QByteArray DocumentArchive::picture(const QString &digest) const
 }
 
 void DocumentArchive::write(const QString &path, const QByteArray &json,
-                            const QMap<QString, QByteArray> &pictures)
+                            const QMap<QString, QByteArray> &pictures, IfExists ifExists)
 {
     ZipWriter zip;
     zip.add(jsonName(), json);
     for (auto picture = pictures.begin(); picture != pictures.end(); ++picture)
         zip.add(pictureName(picture.key()), picture.value());
-    writeFile(path, zip.finished());
-    syncFolderOf(path);
+    writeFile(path, zip.finished(), ifExists);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "flipbook/base/outputfile.h"
+
 #include <QtCore/QByteArray>
 #include <QtCore/QMap>
 #include <QtCore/QString>
@@ -36,7 +38,8 @@ public:
     /// the new archive is completely written. Equal content gives equal bytes.
     /// @throw Failure
     static void write(const QString &path, const QByteArray &json,
-                      const QMap<QString, QByteArray> &pictures);
+                      const QMap<QString, QByteArray> &pictures,
+                      IfExists ifExists = IfExists::Replace);
 
 private:
     Q_DISABLE_COPY(DocumentArchive)

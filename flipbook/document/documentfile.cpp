@@ -187,7 +187,8 @@ LoadedDocument loadDocument(const Plugin &plugin, const QString &path, Reading &
     return loadDocument(plugin, reading.openFile(path), path, reading);
 }
 
-void saveDocument(Document &document, const QString &path, const MemoryAccount &memory)
+void saveDocument(Document &document, const QString &path, const MemoryAccount &memory,
+                  IfExists ifExists)
 {
     document.setKeepsImagesInline(false);
     // Pictures that no object shows any more are left out.
@@ -208,5 +209,5 @@ void saveDocument(Document &document, const QString &path, const MemoryAccount &
     const QList<QString> digests = store.digests();
     for (const QString &digest : digests)
         pictures.insert(digest, store.png(digest));
-    DocumentArchive::write(path, json, pictures);
+    DocumentArchive::write(path, json, pictures, ifExists);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "flipbook/base/memoryaccount.h"
+#include "flipbook/base/outputfile.h"
 #include "flipbook/object/plugin.h"
 #include "framework/document.h"
 
@@ -32,4 +33,5 @@ LoadedDocument loadDocument(const Plugin &plugin, const QString &path, Reading &
 /// complete. @throw Failure, also when there is no room in @p memory for its pictures as PNG files
 /// and for the file as a whole.
 void saveDocument(Document &document, const QString &path,
-                  const MemoryAccount &memory = MemoryAccount());
+                  const MemoryAccount &memory = MemoryAccount(),
+                  IfExists ifExists = IfExists::Replace);

@@ -2,7 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
-#include "flipbook/base/outputfile.h"
+#include "flipbook/base/outputfolder.h"
 #include "flipbook/base/saturating.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/object/formkeys.h"
@@ -35,7 +35,7 @@ QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonA
 } // namespace
 
 QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAccount &memory,
-                         const QString &folder, const std::function<void(int)> &progress)
+                         OutputFolder &folder, const std::function<void(int)> &progress)
 {
     // The saved form has everything, and leaves each picture in the store as a PNG file.
     document.setKeepsImagesInline(false);
@@ -44,7 +44,7 @@ QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAc
     QJsonObject state;
     object.saveJson(state);
     if (store.hasOverflowed())
-        throw Failure{folder,
+        throw Failure{folder.path(),
                       QStringLiteral("its pictures as PNG files would need more memory than "
                                      "the %1 that are left of what --max-memory allows")
                           .arg(MemoryBudget::text(memory.room()))};
@@ -60,11 +60,11 @@ QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAc
         if (png.isEmpty())
             warnings << QStringLiteral("frame %1 is empty; %2 is not written").arg(i + 1).arg(name);
         else
-            writeFile(folder + QLatin1Char('/') + name, png);
+            folder.write(name, png);
         progress(i + 1);
     }
     // Last, so that a folder that was not finished is not a frame folder.
-    writeFile(folder + QStringLiteral("/config.json"),
-              QJsonDocument(configOf(object, state, list)).toJson());
+    folder.write(QStringLiteral("config.json"),
+                 QJsonDocument(configOf(object, state, list)).toJson());
     return warnings;
 }

@@ -8,10 +8,11 @@
 
 class CBaseObject;
 class Document;
+class OutputFolder;
 
 /// Writes the frames of @p object, which is on a page of @p document, into @p folder as PNG
-/// files, with a config.json from which they are imported again. The folder must exist.
+/// files, with a config.json from which they are imported again. The folder is not finished.
 /// @p progress is called with the number of frames written. Returns warnings about empty frames.
 /// @throw Failure, also when there is no room in @p memory for the files.
 QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAccount &memory,
-                         const QString &folder, const std::function<void(int)> &progress);
+                         OutputFolder &folder, const std::function<void(int)> &progress);

@@ -67,6 +67,10 @@ void TestDocumentSurvival::aKilledSaveLeavesTheOldOrTheNewDocument()
     }
     // Both were saved: the savers lived long enough to be caught at their work.
     QVERIFY(survivors[0] > 0 && survivors[1] > 0);
+    // What they left beside the document goes with the next save.
+    saveDocument(*one, path);
+    QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList(QFileInfo(path).fileName()));
 }
 
 QTEST_MAIN(TestDocumentSurvival)

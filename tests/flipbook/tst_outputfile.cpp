@@ -1,5 +1,6 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/outputfile.h"
+#include "flipbook/base/outputfolder.h"
 #include "flipbook/document/documentfile.h"
 #include "tests/flipbook/documentfixture.h"
 
@@ -97,14 +98,15 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         for (const char *name : {"plain", "slash/", "slashes///"}) {
             const QString path = folder.filePath(QString::fromLatin1(name));
-            prepareOutputFolder(path);
-            QVERIFY2(QFileInfo(path).isDir(), name);
             // And again, now that it is there.
-            prepareOutputFolder(path);
+            for (int i = 0; i < 2; ++i) {
+                OutputFolder(path).finish();
+                QVERIFY2(QFileInfo(path).isDir(), name);
+            }
         }
         QString reason;
         try {
-            prepareOutputFolder(folder.filePath(QStringLiteral("not/there/")));
+            OutputFolder(folder.filePath(QStringLiteral("not/there/")));
         } catch (const Failure &failure) {
             reason = failure.reason;
         }
