@@ -3,6 +3,7 @@
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/document/documentfile.h"
+#include "flipbook/document/documentlock.h"
 #include "flipbook/editing/editoperation.h"
 #include "framework/page.h"
 
@@ -10,6 +11,8 @@
 
 namespace
 {
+
+constexpr int MaxWaitMs = 30000;
 
 bool isOperation(const QString &name)
 {
@@ -41,6 +44,7 @@ void run(const QCommandLineParser &line)
     const QVector<EditOperation> operations = operationsOf(line);
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);
+    const DocumentLock lock(path, MaxWaitMs);
     const OpenedFile opened = openDocument(plugin, path, reading);
     if (!opened.warnings.isEmpty() && !line.isSet(QStringLiteral("force")))
         throw Failure{path, QStringLiteral("the parts that cannot be read would be lost; "

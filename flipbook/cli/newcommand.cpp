@@ -104,6 +104,11 @@ QString takeDocument(QStringList &files)
     return path;
 }
 
+[[noreturn]] void refuseExisting(const QString &path)
+{
+    throw Failure{path, QStringLiteral("already exists; --force replaces it")};
+}
+
 void run(const QCommandLineParser &line)
 {
     QStringList added = Arguments::files(line);
@@ -113,8 +118,10 @@ void run(const QCommandLineParser &line)
                                          : QStringLiteral("files to be added must follow --add")};
     Reading reading = Arguments::reading(line);
     checkOutput(path, added);
-    if (QFileInfo::exists(path) && !line.isSet(QStringLiteral("force")))
-        throw Failure{path, QStringLiteral("already exists; --force replaces it")};
+    const auto ifExists =
+        line.isSet(QStringLiteral("force")) ? IfExists::Replace : IfExists::Refuse;
+    if (ifExists == IfExists::Refuse && QFileInfo::exists(path))
+        refuseExisting(path);
 
     const Plugin plugin = openPlugin(line);
     Document document;
@@ -124,7 +131,11 @@ void run(const QCommandLineParser &line)
     checkOutput(path, reading);
     placeOnNewPage(plugin, document, std::move(films), line.isSet(QStringLiteral("keep-timing")));
     const ProgressLine progress(QStringLiteral("Writing %1").arg(path));
-    saveDocument(document, path, reading.memory());
+    try {
+        saveDocument(document, path, reading.memory(), ifExists);
+    } catch (const ExistingFile &) {
+        refuseExisting(path);
+    }
 }
 
 } // namespace
