@@ -1,6 +1,5 @@
 #include "animatedimage/core/backgroundtile.h"
 #include "animatedimage/object/animatedimage.h"
-#include "host/gddocument.h"
 #include "host/gdpage.h"
 
 #include <QtGui/QPainter>

@@ -1,7 +1,6 @@
 #include "animatedimage/core/framelist.h"
 #include "animatedimage/object/playback.h"
 #include "animatedimage/protocol/requests.h"
-#include "host/notificationcodes.h"
 
 namespace
 {

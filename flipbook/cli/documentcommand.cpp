@@ -1,7 +1,6 @@
 #include "flipbook/cli/documentcommand.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/base/memorybudget.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/document/documentlimits.h"
 #include "framework/page.h"

@@ -2,7 +2,7 @@
 
 #include "flipbook/object/plugin.h"
 
-#include <QtCore/QStringList>
+#include <QtCore/QString>
 
 #include <functional>
 

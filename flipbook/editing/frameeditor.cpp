@@ -1,7 +1,6 @@
 #include "flipbook/editing/frameeditor.h"
 
 #include "flipbook/object/objectprotocol.h"
-#include "host/gdpage.h"
 #include "host/specialpropertyids.h"
 
 #include <QtGui/QImage>

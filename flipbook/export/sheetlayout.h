@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtCore/QRect>
-#include <QtCore/QVector>
 
 #include <optional>
 

@@ -5,7 +5,6 @@
 
 #include <QtCore/QDataStream>
 #include <QtCore/QPointer>
-#include <QtGui/QPainterPath>
 #include <QtTest/QTest>
 
 #include <limits>

@@ -7,7 +7,6 @@
 #include <QtCore/QtEndian>
 #include <QtGui/QColorSpace>
 #include <QtGui/QImageWriter>
-#include <QtGui/QPainter>
 #include <QtTest/QTest>
 
 Q_DECLARE_METATYPE(QImage::Format)

@@ -1,7 +1,6 @@
 #include "flipbook/window/frames/framepanel.h"
 
 #include "flipbook/object/animatedobject.h"
-#include "flipbook/object/objectsummary.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/frames/framemodel.h"
 #include "flipbook/window/frames/framestrip.h"

@@ -1,6 +1,5 @@
 #include "tests/animatedimage/walks/step.h"
 
-#include "tests/animatedimage/walks/importsource.h"
 #include "tests/animatedimage/walks/walkfiles.h"
 
 namespace
