@@ -90,8 +90,9 @@ void CBaseObject::geometryAboutToChange()
 void CBaseObject::geometryChanged(bool notify)
 {
     QGraphicsItem::setPos(m_pos);
-    setTransformOriginPoint(m_rect.center());
-    // Setting an equal rotation would cost as much as a change.
+    // Setting an equal value would cost as much as a change.
+    if (transformOriginPoint() != m_rect.center())
+        setTransformOriginPoint(m_rect.center());
     if (rotation() != getRotate())
         setRotation(getRotate());
     update();

@@ -40,7 +40,8 @@ void CBaseObject::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWi
 void CBaseObject::paintContent(QPainter *painter)
 {
     painter->save();
-    mirrorAndFlip(painter, m_rect, m_mirrored, m_flipped);
+    if (m_mirrored || m_flipped)
+        mirrorAndFlip(painter, m_rect, m_mirrored, m_flipped);
     OnQPainterDraw(painter);
     painter->restore();
 }

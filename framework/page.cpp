@@ -246,6 +246,10 @@ int Page::indexOf(const CBaseObject *object) const
 {
     const Entry entry = m_entries.value(object);
     const QList<CBaseObject *> &list = entry.layer == Layer::Background ? m_background : m_normal;
+    // Where nothing was removed from below it, the order tells the index.
+    const int guess = list.isEmpty() ? 0 : entry.order - m_entries.value(list.first()).order;
+    if (list.value(guess) == object)
+        return guess;
     const auto place = std::lower_bound(list.begin(), list.end(), entry.order,
                                         [this](const CBaseObject *below, int order) {
                                             return m_entries.value(below).order < order;

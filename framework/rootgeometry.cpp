@@ -26,8 +26,11 @@ void CGDRootObject::setCenterPos(const QPointF &center, const QSizeF &size, doub
     const QPointF pos = center - QPointF(size.width() / 2, size.height() / 2);
     if (!isExtent(size) || !isPlace(pos) || !std::isfinite(angle))
         return;
-    geometryAboutToChange();
-    m_rect = QRectF(QPointF(0, 0), size);
+    const QRectF rect(QPointF(0, 0), size);
+    // Objects that play are given the same place again with each frame.
+    if (rect != m_rect || pos != m_pos)
+        geometryAboutToChange();
+    m_rect = rect;
     m_pos = pos;
     // The direction of an object that does not turn is not how it is painted: it stays.
     if (m_rotateType == TurnsFreely)

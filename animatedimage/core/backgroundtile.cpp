@@ -56,6 +56,14 @@ QList<QRectF> withinReach(const QRectF &rect)
     return pieces;
 }
 
+/// Whether painting @p image over transparent pixels gives the same as replacing them by it. A
+/// picture that is not premultiplied loses some levels where it is nearly transparent.
+bool isReplacing(const QImage &image)
+{
+    return image.format() == QImage::Format_RGB32 ||
+           image.format() == QImage::Format_ARGB32_Premultiplied;
+}
+
 /// Paints @p scaled into the top left quarter of @p tiled, which has twice its size.
 void paintQuarter(QImage &tiled, const QImage &scaled)
 {
@@ -65,6 +73,8 @@ void paintQuarter(QImage &tiled, const QImage &scaled)
         uchar *first = tiled.scanLine(piece.top()) + piece.left() * sizeof(QRgb);
         QImage target(first, piece.width(), piece.height(), tiled.bytesPerLine(), tiled.format());
         QPainter painter(&target);
+        if (isReplacing(scaled))
+            painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.drawImage(0, 0, pieces.size() == 1 ? scaled : scaled.copy(piece));
     }
 }
@@ -99,14 +109,17 @@ QImage tile(const QImage &frame, const QSizeF &size)
     QImage tiled(2 * width, 2 * height, QImage::Format_ARGB32);
     if (tiled.isNull())
         return {};
-    tiled.fill(QColor(255, 255, 255, 0));
-    if (frame.isNull())
+    const QColor transparent(255, 255, 255, 0);
+    if (frame.isNull()) {
+        tiled.fill(transparent);
         return tiled;
-
+    }
     const QImage scaled =
         frame.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     if (scaled.isNull())
         return {};
+    if (!isReplacing(scaled))
+        tiled.fill(transparent);
     paintQuarter(tiled, scaled);
     repeatQuarter(tiled);
     return tiled;

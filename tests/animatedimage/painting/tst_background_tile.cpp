@@ -2,6 +2,7 @@
 #include "canvas.h"
 #include "tests/support/pictures.h"
 
+#include <QtGui/QPainter>
 #include <QtTest/QTest>
 
 #include <cmath>
@@ -33,6 +34,8 @@ private Q_SLOTS:
     void aReducedFrameIsSmooth();
     void aNullFrameGivesTransparentWhite();
     void transparentPixelsStayTransparent();
+    void everyPixelIsAsIfPaintedFourTimes_data();
+    void everyPixelIsAsIfPaintedFourTimes();
 
     void theObjectWorksItsPartOut_data();
     void theObjectWorksItsPartOut();
@@ -186,6 +189,56 @@ void TestBackgroundTile::transparentPixelsStayTransparent()
 {
     const QImage tile = BackgroundTile::tile(Pictures::transparent(2, 2), QSizeF(2.0, 2.0));
     QCOMPARE(Canvas::letters(tile), Canvas::rows({"....", "....", "....", "...."}));
+}
+
+void TestBackgroundTile::everyPixelIsAsIfPaintedFourTimes_data()
+{
+    QTest::addColumn<QImage>("frame");
+    QTest::addColumn<QSizeF>("size");
+    // Every alpha with every level of a colour.
+    QImage levels(256, 256, QImage::Format_ARGB32);
+    for (int alpha = 0; alpha < 256; ++alpha) {
+        for (int level = 0; level < 256; ++level)
+            levels.setPixel(level, alpha, qRgba(level, 255 - level, level / 2, alpha));
+    }
+    QTest::newRow("at its size") << levels << QSizeF(256, 256);
+    QTest::newRow("enlarged") << levels << QSizeF(301.4, 299.6);
+    QTest::newRow("reduced") << levels << QSizeF(99, 130);
+    QTest::newRow("premultiplied")
+        << levels.convertToFormat(QImage::Format_ARGB32_Premultiplied) << QSizeF(256, 256);
+    QTest::newRow("opaque") << levels.convertToFormat(QImage::Format_RGB32) << QSizeF(256, 256);
+    QTest::newRow("palette") << levels.convertToFormat(QImage::Format_Indexed8) << QSizeF(200, 90);
+    QImage indexed(16, 16, QImage::Format_Indexed8);
+    indexed.setColorTable({qRgba(200, 100, 50, 3), qRgba(0, 0, 0, 0), qRgb(1, 2, 3)});
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x)
+            indexed.setPixel(x, y, uint(x + y) % 3);
+    }
+    QTest::newRow("transparent palette") << indexed << QSizeF(16, 16);
+    QTest::newRow("grey") << levels.convertToFormat(QImage::Format_Grayscale8) << QSizeF(10, 256);
+}
+
+void TestBackgroundTile::everyPixelIsAsIfPaintedFourTimes()
+{
+    QFETCH(QImage, frame);
+    QFETCH(QSizeF, size);
+    const int width = qRound(size.width());
+    const int height = qRound(size.height());
+    QImage expected(2 * width, 2 * height, QImage::Format_ARGB32);
+    expected.fill(QColor(255, 255, 255, 0));
+    {
+        QPainter painter(&expected);
+        const QImage scaled =
+            frame.scaled(width, height, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        for (const QPoint &place :
+             {QPoint(0, 0), QPoint(width, 0), QPoint(0, height), QPoint(width, height)})
+            painter.drawImage(place, scaled);
+    }
+    QVERIFY(BackgroundTile::tile(frame, size) == expected);
+    // Equal pixels may differ below a transparent alpha.
+    const QImage tile = BackgroundTile::tile(frame, size);
+    for (int y = 0; y < tile.height(); ++y)
+        QCOMPARE(memcmp(tile.constScanLine(y), expected.constScanLine(y), size_t(8) * width), 0);
 }
 
 void TestBackgroundTile::theObjectWorksItsPartOut_data()
