@@ -118,6 +118,7 @@ private Q_SLOTS:
     void whatIsNoPngIsNoPicture();
     void damagedPngsDoNotHarm();
     void aDeclaredSizeMustBePlausible();
+    void aLargePlainPictureComesBack();
     void aWrongFormatNameIsPassedOver_data();
     void aWrongFormatNameIsPassedOver();
 };
@@ -137,9 +138,11 @@ void TestFrameworkImageStore::whatThereIsNoRoomForIsNotKept()
     const QByteArray more = pngOf(solid(Qt::blue).scaled(900, 900));
     QVERIFY(!store.addPng(md5(more), more));
     QCOMPARE(store.digests(), QList<QString>{red});
-    store.setCapacity(4 * one);
+    const QByteArray exact = pngOf(solid(Qt::green));
+    store.setCapacity(one + exact.size());
     QVERIFY(!store.hasOverflowed());
-    QVERIFY(!store.add(solid(Qt::green)).isEmpty());
+    QVERIFY(store.addPng(md5(exact), exact));
+    QCOMPARE(store.byteCount(), one + exact.size());
     store.remove(red);
     store.clear();
     QCOMPARE(store.byteCount(), 0);
@@ -450,6 +453,19 @@ void TestFrameworkImageStore::aDeclaredSizeMustBePlausible()
     plain.fill(Qt::white);
     ImageStore store;
     QCOMPARE(store.image(store.add(plain)).size(), QSize(4200, 4200));
+}
+
+void TestFrameworkImageStore::aLargePlainPictureComesBack()
+{
+    // As many pixels of four bytes as are believed of any file.
+    QImage plain(4096, 4096, QImage::Format_Mono);
+    plain.fill(0);
+    // Two million bytes of 0.
+    const QByteArray png = pngOf(plain);
+    QVERIFY(png.size() < 3200);
+    ImageStore store;
+    QVERIFY(store.addPng(md5(png), png));
+    QCOMPARE(store.image(md5(png)), plain);
 }
 
 void TestFrameworkImageStore::aWrongFormatNameIsPassedOver_data()

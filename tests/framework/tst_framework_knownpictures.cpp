@@ -133,6 +133,7 @@ void TestFrameworkKnownPictures::onlyPicturesInUseAreKept()
     QVERIFY(store.contains(redDigest));
     QVERIFY(store.contains(greenDigest));
     QVERIFY(!store.contains(blueDigest));
+    QCOMPARE(store.byteCount(), store.png(redDigest).size() + store.png(greenDigest).size());
     // Nothing was added between the two calls.
     store.beginUse();
     store.dropUnused();

@@ -224,9 +224,13 @@ void TestFrameworkPages::anObjectThatLeftTheSceneIsForgottenWhenItDies()
 {
     Page page(A4);
     CBaseObject *object = fillOne(page);
+    CUndoRedo::GetInstance()->push(new CNmUndoCmd);
     page.removeItem(object);
     object->Release();
     QVERIFY(page.objects().isEmpty());
+    // Commands may know the object.
+    QCoreApplication::processEvents();
+    QCOMPARE(Framework::instance().undoStack()->count(), 0);
 }
 
 void TestFrameworkPages::layersHaveHandlesOfTheirOwn()

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void readingRepaintsNothing();
     void aChangeOfTheModeRepaintsThePage();
     void aMoveToAnotherLayerRepaintsThePageWhenAsked();
+    void whatAnObjectCoveredBeforeHasChanged();
 };
 
 namespace
@@ -156,6 +157,24 @@ void TestFrameworkRepainting::aMoveToAnotherLayerRepaintsThePageWhenAsked()
         Shown::settle();
         QCOMPARE(elsewhere->paintings, refresh ? 1 : 0);
     }
+}
+
+void TestFrameworkRepainting::whatAnObjectCoveredBeforeHasChanged()
+{
+    Page page(QRectF(0, 0, 200, 100));
+    auto *object = new PaintedObject;
+    object->setSize(QSizeF(100, 50), false, false);
+    page.addObject(object);
+    QRectF changed;
+    connect(&page, &QGraphicsScene::changed, this, [&](const QList<QRectF> &rects) {
+        for (const QRectF &rect : rects)
+            changed |= rect;
+    });
+    QCoreApplication::processEvents();
+    changed = QRectF();
+    object->setCenterPos(QPointF(10, 10), QSizeF(4, 4), 0.0, true);
+    QCoreApplication::processEvents();
+    QVERIFY(changed.contains(QRectF(0, 0, 100, 50)));
 }
 
 QTEST_MAIN(TestFrameworkRepainting)

@@ -193,7 +193,7 @@ void TestFrameworkSaving::theStreamsOwnSettingsStay()
     out.setByteOrder(QDataStream::LittleEndian);
     out.setFloatingPointPrecision(QDataStream::SinglePrecision);
     object.setPos(QPointF(0.1, 1e200), false);
-    object.save(out);
+    QVERIFY(object.save(out));
     QCOMPARE(out.version(), int(QDataStream::Qt_4_0));
     QCOMPARE(out.byteOrder(), QDataStream::LittleEndian);
     QCOMPARE(bytes.left(4).toHex(), QByteArray("4d000000"));

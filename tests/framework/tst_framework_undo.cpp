@@ -117,6 +117,7 @@ private Q_SLOTS:
     void aRunningCommandMayDropCommands_data();
     void aRunningCommandMayDropCommands();
     void noOtherCommandRunsOnceCommandsAreDropped();
+    void anIndexIsReachedByTheCommandsOnTheWay();
     void aRunningCommandMayRemoveItsPage_data();
     void aRunningCommandMayRemoveItsPage();
 };
@@ -311,6 +312,23 @@ void TestFrameworkUndo::noOtherCommandRunsOnceCommandsAreDropped()
     stack.setIndex(0);
     QCOMPARE(value, 1);
     QCOMPARE(stack.count(), 0);
+}
+
+void TestFrameworkUndo::anIndexIsReachedByTheCommandsOnTheWay()
+{
+    UndoStack &stack = *Framework::instance().undoStack();
+    stack.clear();
+    QString runs;
+    for (const QChar name : {QLatin1Char('a'), QLatin1Char('b'), QLatin1Char('c')})
+        CUndoRedo::GetInstance()->push(new Doing([&runs, name] { runs += name; }));
+    QCOMPARE(runs, QStringLiteral("abc"));
+    stack.setIndex(1);
+    QCOMPARE(runs, QStringLiteral("abccb"));
+    QCOMPARE(stack.index(), 1);
+    stack.setIndex(3);
+    QCOMPARE(runs, QStringLiteral("abccbbc"));
+    QCOMPARE(stack.index(), 3);
+    stack.clear();
 }
 
 void TestFrameworkUndo::aRunningCommandMayRemoveItsPage_data()
