@@ -138,9 +138,9 @@ class Campaign:
         for worker in workers:
             worker.reach = reach.Reach(worker.shop, self.folder)
             worker.reach.data = measured.data
-        # Headers last: a change of one compiles all that includes it.
+        # A change of a header compiles all that includes it: the most used come last.
         waiting = queue.SimpleQueue()
-        for file in sorted(files, key=lambda name: (name.endswith(".h"), name)):
+        for file in sorted(files, key=workers[0].shop.use_count):
             waiting.put(file)
         threads = [threading.Thread(target=self._serve, args=(worker, waiting, mutants_of))
                    for worker in workers]

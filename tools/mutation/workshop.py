@@ -190,6 +190,10 @@ class Workshop:
         return [part for part in self.links[output]
                 if part.endswith(".o") and file in self.dependencies.get(part, [])]
 
+    def use_count(self, file):
+        """How many objects are made from @p file."""
+        return sum(file in used for used in self.dependencies.values())
+
     @contextlib.contextmanager
     def changed(self, file, text):
         """Within this @p file holds @p text."""
