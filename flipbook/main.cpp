@@ -44,6 +44,9 @@ int main(int argc, char *argv[])
     // The command line needs no display, and works the same where there is one.
     if (!isWindow)
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling, isWindow);
+    QApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 
     // The application sees its name alone: Qt would take its own options out of the arguments.
     char name[] = "flipbook";

@@ -33,6 +33,30 @@ void Document::removePage(Page *page)
         delete page;
 }
 
+std::unique_ptr<Page> Document::takePage(Page *page)
+{
+    if (!m_pages.removeOne(page))
+        return nullptr;
+    page->m_document = nullptr;
+    page->m_isTaken = true;
+    return std::unique_ptr<Page>(page);
+}
+
+void Document::insertPage(int index, std::unique_ptr<Page> page)
+{
+    if (!page)
+        return;
+    page->m_document = this;
+    page->m_isTaken = false;
+    m_pages.insert(qBound(0, index, m_pages.size()), page.release());
+}
+
+void Document::movePage(Page *page, int index)
+{
+    if (m_pages.removeOne(page))
+        m_pages.insert(qBound(0, index, m_pages.size()), page);
+}
+
 const QList<Page *> &Document::pages() const
 {
     return m_pages;

@@ -7,6 +7,8 @@
 #include <QtCore/QHash>
 #include <QtCore/QRectF>
 
+#include <memory>
+
 class Page;
 class QJsonValue;
 
@@ -24,6 +26,14 @@ public:
     /// Destroys @p page with its objects. A page of another document is ignored.
     void removePage(Page *page);
     const QList<Page *> &pages() const;
+    /// Gives @p page away with its objects, whose undo commands are kept: the page is to come back,
+    /// or to be destroyed when no command knows its objects any more. Null when it is not here.
+    std::unique_ptr<Page> takePage(Page *page);
+    /// Takes @p page over as number @p index, counted from 0; an index outside counts as the
+    /// nearest end.
+    void insertPage(int index, std::unique_ptr<Page> page);
+    /// Gives @p page another place. A page of another document is ignored.
+    void movePage(Page *page, int index);
 
     int alternateMode() const override;
     /// Sends AttributeId::EnterAlternateMode to every object, then switches the mode to 1.

@@ -38,7 +38,8 @@ Page::Page(const QRectF &rect, Document *document)
 
 Page::~Page()
 {
-    Framework::instance().dropUndoCommands();
+    if (!m_isTaken)
+        Framework::instance().dropUndoCommands();
     releaseObjects();
     if (m_document)
         m_document->forget(this);
@@ -160,8 +161,6 @@ QList<CBaseObject *> Page::selectedObjects() const
 void Page::selectObjects(const QList<CBaseObject *> &objects)
 {
     const QList<CBaseObject *> present = this->objects();
-    if (selectedObjects() == objects)
-        return;
     {
         // One change, one signal.
         const QSignalBlocker blocker(this);

@@ -30,7 +30,8 @@ public:
     /// @p document may be null; it does not take the page over (Document::addPage() does).
     /// @p rect is the page's rectangle in page coordinates.
     explicit Page(const QRectF &rect, Document *document = nullptr);
-    /// Drops the undo commands and releases the objects.
+    /// Drops the undo commands, unless the page was taken out of its document, and releases the
+    /// objects.
     ~Page() override;
 
     QRectF pageRect() const override;
@@ -97,6 +98,7 @@ private:
 
     QRectF m_rect;
     Document *m_document;
+    bool m_isTaken = false; ///< out of its document, kept by an undo command
     QList<CBaseObject *> m_normal;
     QList<CBaseObject *> m_background;
     QHash<const CBaseObject *, Entry> m_entries;

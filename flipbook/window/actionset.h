@@ -32,6 +32,8 @@ public:
 
     /// Null for an id that nobody has added.
     QAction *action(const QString &id) const { return m_actions.value(id); }
+    /// In the order of their ids.
+    QList<QAction *> all() const { return m_actions.values(); }
 
 private:
     void describe(QAction *action, const QString &toolTip);

@@ -76,6 +76,7 @@ void FileController::startNew()
         return;
     m_messages.clear();
     m_isIncomplete = false;
+    m_lock.take(QString());
     m_session.takeUp(Session::newDocument(), QString());
 }
 
@@ -110,6 +111,7 @@ bool FileController::open(const QString &path)
     m_messages.clear();
     m_session.takeUp(std::move(loaded.document), path);
     m_recent.add(path);
+    takeLock(path);
     if (!loaded.warnings.isEmpty()) {
         m_messages.tell(MessageBar::Kind::Warning,
                         QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(),
@@ -152,10 +154,21 @@ bool FileController::saveTo(const QString &path)
         m_messages.tell(MessageBar::Kind::Error, tr("%1: there is not enough memory").arg(path));
         return false;
     }
+    if (path != m_session.path())
+        takeLock(path);
     m_session.noteSaved(path);
     m_isIncomplete = false;
     m_recent.add(path);
     return true;
+}
+
+void FileController::takeLock(const QString &path)
+{
+    if (!m_lock.take(path))
+        m_messages.tell(MessageBar::Kind::Warning,
+                        tr("%1 is also open in another window. The window that saves last "
+                           "overwrites the other's changes.")
+                            .arg(QFileInfo(path).fileName()));
 }
 
 bool FileController::mayLose()
@@ -165,7 +178,7 @@ bool FileController::mayLose()
     QMessageBox question(QMessageBox::Warning, tr("Unsaved changes"),
                          tr("Save the changes to %1?").arg(m_session.title()),
                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &m_window);
-    question.setInformativeText(tr("They are lost if you do not save them."));
+    question.setInformativeText(tr("Changes that you do not save are lost."));
     question.setDefaultButton(QMessageBox::Save);
     switch (question.exec()) {
     case QMessageBox::Save:

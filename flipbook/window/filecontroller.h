@@ -1,6 +1,7 @@
 #pragma once
 
 #include "flipbook/window/recentfiles.h"
+#include "flipbook/window/recovery/documentlock.h"
 
 #include <QtCore/QObject>
 
@@ -29,11 +30,13 @@ public:
 private:
     void chooseAndOpen();
     bool saveTo(const QString &path);
+    void takeLock(const QString &path);
     QString folder() const;
 
     Session &m_session;
     MessageBar &m_messages;
     QWidget &m_window;
     RecentFiles m_recent;
+    DocumentLock m_lock;
     bool m_isIncomplete = false; ///< not all of the document's file could be read
 };

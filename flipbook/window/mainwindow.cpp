@@ -1,17 +1,25 @@
 #include "flipbook/window/mainwindow.h"
 
+#include "flipbook/window/edit/arrangecontroller.h"
+#include "flipbook/window/edit/editcontroller.h"
+#include "flipbook/window/edit/pagecontroller.h"
 #include "flipbook/window/filecontroller.h"
+#include "flipbook/window/frames/framecontroller.h"
 #include "flipbook/window/frames/framepanel.h"
-#include "flipbook/window/frames/framestrip.h"
+#include "flipbook/window/help/helpcontroller.h"
 #include "flipbook/window/icons/icons.h"
 #include "flipbook/window/import/importcontroller.h"
 #include "flipbook/window/menus.h"
 #include "flipbook/window/messagebar.h"
+#include "flipbook/window/output/exportcontroller.h"
 #include "flipbook/window/page/emptyhint.h"
+#include "flipbook/window/page/onionskin.h"
 #include "flipbook/window/page/pageview.h"
 #include "flipbook/window/panels/objectpanel.h"
 #include "flipbook/window/panels/pagespanel.h"
 #include "flipbook/window/play/playcontroller.h"
+#include "flipbook/window/play/presentcontroller.h"
+#include "flipbook/window/recovery/recovery.h"
 #include "flipbook/window/settings.h"
 #include "flipbook/window/undocontroller.h"
 #include "flipbook/window/zoomcontroller.h"
@@ -46,8 +54,8 @@ MainWindow::MainWindow(const Plugin &plugin, QWidget *parent)
     makeDocks();
     makeControllers();
     makeViewActions();
-    makeMenus();
     makeToolBar();
+    makeMenus();
     makeStatusBar();
     connect(&m_session, &Session::fileStateChanged, this, &MainWindow::updateTitle);
     connect(&m_session, &Session::selectionChanged, this, &MainWindow::updateSelectionText);
@@ -64,6 +72,8 @@ MainWindow::MainWindow(const Plugin &plugin, QWidget *parent)
 MainWindow::~MainWindow()
 {
     // The panels look at the session and its objects: they go first.
+    delete m_present;
+    delete m_recovery;
     m_session.disconnect();
     m_view->setScene(nullptr);
     qDeleteAll(m_docks);
@@ -119,13 +129,25 @@ void MainWindow::makeControllers()
     new UndoController(m_session, m_actions);
     m_play = new PlayController(m_session, m_actions);
     new ZoomController(*m_view, m_actions, *this);
+    new OnionSkin(m_session, *m_view, m_actions);
     connect(m_view, &PageView::dropped, m_import, &ImportController::dropOnPage);
     connect(m_import, &ImportController::documentFound, m_files, &FileController::open);
-    connect(&m_frames->strip(), &FrameStrip::dropped, m_import, &ImportController::dropOnStrip);
+    auto *frames = new FrameController(m_session, m_actions, *m_frames, *m_import, *m_messages);
+    new EditController(m_session, m_actions, m_frames->strip(), *frames, *m_import);
+    new ArrangeController(m_session, m_actions);
+    new PageController(m_session, m_actions);
+    new ExportController(m_session, m_actions, *m_messages, *this);
+    new HelpController(m_actions, *this);
+    m_recovery = new Recovery(m_session, *m_messages, this);
+    m_recovery->offer();
+    m_present = new PresentController(m_session, m_actions, *m_view, *this);
     new EmptyHint(m_session, *m_view, *m_actions.action(QStringLiteral("import")));
     connect(m_view, &PageView::spaceTapped, m_play, &PlayController::togglePlaying);
-    m_frames->addButtons(m_actions, {QStringLiteral("previous-frame"), QStringLiteral("play"),
-                                     QStringLiteral("next-frame")});
+    m_frames->addButtons(m_actions,
+                         {QStringLiteral("previous-frame"), QStringLiteral("play"),
+                          QStringLiteral("next-frame"), QString(), QStringLiteral("insert-frames"),
+                          QStringLiteral("insert-blank-frame"), QStringLiteral("duplicate-frames"),
+                          QStringLiteral("reverse-frames"), QStringLiteral("delete-frames")});
 }
 
 void MainWindow::makeViewActions()
@@ -136,7 +158,7 @@ void MainWindow::makeViewActions()
                            tr("&Reset layout"),
                            QString(),
                            {},
-                           tr("Put all panels back where they were at first")}),
+                           tr("Restore the original positions of all panels")}),
             &QAction::triggered, this, &MainWindow::resetLayout);
     connect(m_actions.add({QStringLiteral("quit"), tr("&Quit"), QStringLiteral("application-exit"),
                            standardKeys(QKeySequence::Quit), QString()}),
@@ -193,7 +215,7 @@ void MainWindow::updateSelectionText()
 {
     const QList<CBaseObject *> selected = m_session.selection();
     if (selected.size() > 1) {
-        m_selectionText->setText(tr("%n objects", "", selected.size()));
+        m_selectionText->setText(tr("%1 objects").arg(selected.size()));
     } else if (selected.size() == 1) {
         const QSizeF size = selected.first()->getSize();
         m_selectionText->setText(

@@ -11,7 +11,9 @@ class ImportController;
 class MessageBar;
 class PageView;
 class PlayController;
+class PresentController;
 class QDockWidget;
+class Recovery;
 class QLabel;
 
 /// The window: the page in the middle, the panels around it, menus and tool bar. It puts together
@@ -34,6 +36,7 @@ public:
     PageView &view() { return *m_view; }
     FramePanel &frames() { return *m_frames; }
     FileController &files() { return *m_files; }
+    PresentController &presenter() { return *m_present; }
     ImportController &importer() { return *m_import; }
     MessageBar &messages() { return *m_messages; }
 
@@ -62,6 +65,8 @@ private:
     FileController *m_files;
     ImportController *m_import;
     PlayController *m_play;
+    PresentController *m_present;
+    Recovery *m_recovery;
     QList<QDockWidget *> m_docks;
     QLabel *m_selectionText;
 };

@@ -28,8 +28,8 @@ const QList<MenuPlan> &plans()
           "-", "preferences"}},
         {QT_TRANSLATE_NOOP("Menus", "&View"),
          {"zoom-in", "zoom-out", "zoom-original", "zoom-fit", "-", "onion-skin", "-",
-          "show-pagesDock", "show-objectDock", "show-historyDock", "show-framesDock", "-",
-          "reset-layout"}},
+          "show-pagesDock", "show-objectDock", "show-historyDock", "show-framesDock",
+          "show-toolBar", "-", "reset-layout"}},
         {QT_TRANSLATE_NOOP("Menus", "&Page"),
          {"add-page", "duplicate-page", "delete-page", "-", "move-page-up", "move-page-down", "-",
           "previous-page", "next-page"}},
@@ -47,7 +47,7 @@ const QList<MenuPlan> &plans()
     return menus;
 }
 
-/// Groups that turn out empty leave no separators behind.
+/// Empty groups leave no separators.
 void fill(QWidget &target, const QList<const char *> &ids, const ActionSet &actions)
 {
     bool separates = false;

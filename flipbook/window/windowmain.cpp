@@ -2,6 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/window/language.h"
 #include "flipbook/window/mainwindow.h"
 
 #include <QtWidgets/QApplication>
@@ -21,6 +22,7 @@ int runWindow(const QStringList &files)
     QApplication::setApplicationDisplayName(QStringLiteral("Flipbook"));
     QApplication::setDesktopFileName(QStringLiteral("flipbook"));
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Language::install(QLocale());
     try {
         const Plugin plugin;
         MainWindow window(plugin);

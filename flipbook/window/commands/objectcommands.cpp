@@ -77,7 +77,8 @@ RemoveObjectsCommand::RemoveObjectsCommand(const QString &text, Page &page,
 
 ExchangeObjectCommand::ExchangeObjectCommand(const QString &text, Page &page, CBaseObject &before,
                                              OwnedObject after)
-    : m_before(page)
+    : m_page(&page)
+    , m_before(page)
     , m_after(page)
 {
     setText(text);
@@ -87,12 +88,20 @@ ExchangeObjectCommand::ExchangeObjectCommand(const QString &text, Page &page, CB
 
 void ExchangeObjectCommand::undo()
 {
-    m_after.take();
-    m_before.put();
+    exchange(m_after, m_before);
 }
 
 void ExchangeObjectCommand::redo()
 {
-    m_before.take();
-    m_after.put();
+    exchange(m_before, m_after);
+}
+
+/// In between nothing is selected, which nobody needs to see.
+void ExchangeObjectCommand::exchange(PlacedObjects &leaving, PlacedObjects &coming)
+{
+    {
+        const QSignalBlocker blocker(m_page);
+        leaving.take();
+    }
+    coming.put();
 }

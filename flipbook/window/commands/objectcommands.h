@@ -8,7 +8,7 @@
 
 #include <vector>
 
-/// Objects that stand on a page, or that a command keeps while they do not.
+/// Objects that are on a page, or that a command keeps while they are not.
 class PlacedObjects
 {
 public:
@@ -71,6 +71,9 @@ public:
     void redo() override;
 
 private:
+    void exchange(PlacedObjects &leaving, PlacedObjects &coming);
+
+    QPointer<Page> m_page;
     PlacedObjects m_before;
     PlacedObjects m_after;
 };

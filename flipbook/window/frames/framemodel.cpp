@@ -4,7 +4,10 @@
 #include "framework/framework.h"
 #include "host/notificationcodes.h"
 
+#include <QtCore/QSet>
 #include <QtCore/QTimer>
+
+#include <algorithm>
 
 namespace
 {
@@ -22,6 +25,16 @@ int commonLength(Iterator one, const Iterator &oneEnd, Iterator two, const Itera
     for (; one != oneEnd && two != twoEnd && isSame(*one, *two); ++one, ++two)
         ++length;
     return length;
+}
+
+bool shareAPicture(const Plugin::Frames &one, const Plugin::Frames &two)
+{
+    QSet<qint64> pictures;
+    for (const auto &frame : one)
+        pictures.insert(frame.second.cacheKey());
+    return std::any_of(two.begin(), two.end(), [&pictures](const auto &frame) {
+        return pictures.contains(frame.second.cacheKey());
+    });
 }
 
 } // namespace
@@ -47,9 +60,16 @@ void FrameModel::setObject(CBaseObject *object)
 {
     if (m_object == object)
         return;
+    const Plugin::Frames frames = object ? m_plugin.frames(*object) : Plugin::Frames();
+    if (shareAPicture(m_frames, frames)) {
+        // The successor of the film, after an edit.
+        m_object = object;
+        refresh();
+        return;
+    }
     beginResetModel();
     m_object = object;
-    m_frames = object ? m_plugin.frames(*object) : Plugin::Frames();
+    m_frames = frames;
     m_thumbnails.clear();
     m_running = -1;
     endResetModel();

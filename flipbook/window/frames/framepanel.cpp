@@ -2,6 +2,7 @@
 
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/window/actionset.h"
+#include "flipbook/window/counted.h"
 #include "flipbook/window/frames/framemodel.h"
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/session.h"
@@ -67,7 +68,7 @@ void FramePanel::followSelection()
     CBaseObject *film = m_session.film();
     m_model->setObject(film);
     m_empty->setText(m_session.selection().size() > 1
-                         ? tr("Select one object alone to see its frames")
+                         ? tr("Select a single object to see its frames")
                          : tr("Select an object to see its frames"));
     m_stack->setCurrentWidget(film ? static_cast<QWidget *>(m_strip) : m_empty);
     updateFigures();
@@ -86,8 +87,11 @@ void FramePanel::updateFigures()
     const int loops = animated.loopCount();
     const QString times = loops < 0    ? tr("forever")
                           : loops == 0 ? tr("once")
-                                       : tr("%n times", "", loops + 1);
-    m_figures->setText(tr("%1, %2 s, %3").arg(tr("%n frames", "", count)).arg(seconds).arg(times));
+                                       : tr("%1 times").arg(loops + 1);
+    m_figures->setText(tr("%1, %2 s, %3")
+                           .arg(counted(count, tr("1 frame"), tr("%1 frames")))
+                           .arg(seconds)
+                           .arg(times));
 }
 
 /// Stops a film that plays: the user wants to look at this frame.

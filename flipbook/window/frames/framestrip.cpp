@@ -3,6 +3,8 @@
 #include "flipbook/window/frames/framedelegate.h"
 #include "flipbook/window/frames/framemodel.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDataStream>
 #include <QtCore/QMimeData>
 #include <QtGui/QDrag>
 #include <QtGui/QPainter>
@@ -10,6 +12,35 @@
 #include <QtWidgets/QScrollBar>
 
 #include <algorithm>
+
+namespace
+{
+
+const QString RowsFormat = QStringLiteral("application/x-flipbook-frame-rows");
+
+/// Rows mean something in this process only, which writes its number before them.
+QByteArray encodedRows(const QVector<int> &rows)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << QCoreApplication::applicationPid() << rows;
+    return bytes;
+}
+
+QVector<int> decodedRows(const QByteArray &bytes, const QAbstractItemModel &model)
+{
+    QDataStream stream(bytes);
+    qint64 process = 0;
+    QVector<int> rows;
+    stream >> process >> rows;
+    const bool isSound =
+        process == QCoreApplication::applicationPid() && std::is_sorted(rows.begin(), rows.end()) &&
+        std::all_of(rows.begin(), rows.end(),
+                    [&model](int row) { return row >= 0 && row < model.rowCount(); });
+    return isSound ? rows : QVector<int>();
+}
+
+} // namespace
 
 FrameStrip::FrameStrip(FrameModel &model, QWidget *parent)
     : QListView(parent)
@@ -93,8 +124,10 @@ void FrameStrip::startDrag(Qt::DropActions)
     const QVector<int> rows = selectedRows();
     if (rows.isEmpty())
         return;
+    auto *data = new QMimeData;
+    data->setData(RowsFormat, encodedRows(rows));
     auto *drag = new QDrag(this);
-    drag->setMimeData(model()->mimeData(selectionModel()->selectedIndexes()));
+    drag->setMimeData(data);
     const QModelIndex index = model()->index(rows.first(), 0);
     drag->setPixmap(index.data(FrameModel::ThumbnailRole).value<QPixmap>());
     drag->exec(Qt::MoveAction | Qt::CopyAction, Qt::MoveAction);
@@ -124,7 +157,7 @@ void FrameStrip::dragEnterEvent(QDragEnterEvent *event)
 
 void FrameStrip::dragMoveEvent(QDragMoveEvent *event)
 {
-    const bool isOwn = event->source() == this;
+    const bool isOwn = event->mimeData()->hasFormat(RowsFormat);
     if (!isOwn && !event->mimeData()->hasUrls() && !event->mimeData()->hasImage()) {
         event->ignore();
         return;
@@ -147,12 +180,15 @@ void FrameStrip::dropEvent(QDropEvent *event)
     const int before = rowForDrop(event->pos());
     setDropRow(-1);
     event->accept();
-    if (event->source() != this)
+    const QVector<int> rows = decodedRows(event->mimeData()->data(RowsFormat), *model());
+    if (!event->mimeData()->hasFormat(RowsFormat))
         Q_EMIT dropped(event->mimeData(), before);
+    else if (rows.isEmpty())
+        return;
     else if (event->keyboardModifiers() & Qt::ControlModifier)
-        Q_EMIT copyWanted(selectedRows(), before);
+        Q_EMIT copyWanted(rows, before);
     else
-        Q_EMIT moveWanted(selectedRows(), before);
+        Q_EMIT moveWanted(rows, before);
 }
 
 void FrameStrip::paintEvent(QPaintEvent *event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QMimeData>
 #include <QtWidgets/QListView>
 
 class FrameModel;
@@ -20,7 +21,7 @@ public:
     int rowForDrop(const QPoint &position) const;
 
 Q_SIGNALS:
-    /// The selected rows are to stand before @p before.
+    /// The selected rows should be moved before row @p before.
     void moveWanted(const QVector<int> &rows, int before);
     void copyWanted(const QVector<int> &rows, int before);
     void dropped(const QMimeData *data, int before);

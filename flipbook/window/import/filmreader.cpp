@@ -179,8 +179,8 @@ void FilmReader::keepRhythm(ReadFilm &film, const QVector<int> &delaysMs)
     film.lengthMs = totalMs(delaysMs);
     const RepeatPlan plan = planRepeats(delaysMs);
     if (plan.frameCount() > MaxRepeatedFrames) {
-        film.warnings << tr("its frames are shown for different times; keeping the rhythm would "
-                            "take more than %1 frames, so all are shown for the same time")
+        film.warnings << tr("its frames have different durations; preserving its timing would need "
+                            "more than %1 frames, so all frames have the same duration")
                              .arg(QLocale().toString(MaxRepeatedFrames));
         return;
     }

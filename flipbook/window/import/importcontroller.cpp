@@ -5,17 +5,15 @@
 #include "flipbook/object/filmstate.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/commands/filmedit.h"
-#include "flipbook/window/commands/objectcommands.h"
-#include "flipbook/window/import/filmplaces.h"
+#include "flipbook/window/counted.h"
+#include "flipbook/window/import/filmputting.h"
 #include "flipbook/window/import/framenames.h"
 #include "flipbook/window/import/picturegroup.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/progress.h"
 #include "flipbook/window/session.h"
-#include "framework/objecthandles.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QLocale>
 #include <QtCore/QMimeData>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
@@ -27,7 +25,6 @@
 #include <QtWidgets/QStatusBar>
 
 #include <limits>
-#include <memory>
 #include <new>
 
 namespace
@@ -49,11 +46,6 @@ QStringList localFiles(const QMimeData &data)
     return paths;
 }
 
-QString seconds(qint64 ms)
-{
-    return QLocale().toString(double(ms) / 1000.0, 'g', 4);
-}
-
 } // namespace
 
 ImportController::ImportController(Session &session, ActionSet &actions, MessageBar &messages,
@@ -68,7 +60,7 @@ ImportController::ImportController(Session &session, ActionSet &actions, Message
                          tr("&Add animation…"),
                          QStringLiteral("list-add"),
                          {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O)},
-                         tr("Put GIFs and pictures on the page")}),
+                         tr("Add GIFs and pictures to the page")}),
             &QAction::triggered, this, &ImportController::chooseForPage);
 }
 
@@ -134,12 +126,12 @@ void ImportController::tellFailure(const Failure &failure)
 
 bool ImportController::mayExceed(const OverBudget &excess)
 {
-    QMessageBox question(QMessageBox::Question, tr("A lot of memory"),
-                         tr("%1 would need %2 of memory, more than the %3 that are set aside.")
+    QMessageBox question(QMessageBox::Question, tr("Large file"),
+                         tr("%1 would need %2 of memory, which is more than the limit of %3.")
                              .arg(fileName(excess.subject), MemoryBudget::text(excess.neededBytes),
                                   MemoryBudget::text(m_budget)),
                          QMessageBox::Yes | QMessageBox::Cancel, &m_window);
-    question.setInformativeText(tr("Read it all the same?"));
+    question.setInformativeText(tr("Open it anyway?"));
     question.button(QMessageBox::Yes)->setText(tr("Read"));
     question.setDefaultButton(QMessageBox::Cancel);
     return question.exec() == QMessageBox::Yes;
@@ -206,18 +198,19 @@ void ImportController::importToPage(const QStringList &paths, std::optional<QPoi
     std::vector<ReadFilm> films;
     if (!run([&](FilmReader &reader) { films = readAll(reader, files, true); }) || films.empty())
         return;
-    put(std::move(films), place);
+    putFilms(m_session, m_messages, std::move(films), place);
     const PictureGroup group = groupPictures(files);
     if (group.pictures.isEmpty())
         return;
     m_messages.tell(
         MessageBar::Kind::Information,
-        tr("%n pictures of one size became the frames of one film.", "", group.pictures.size()),
-        {{tr("One object for each"), [this, files, place] {
+        tr("%1 pictures of the same size became the frames of one animation.")
+            .arg(group.pictures.size()),
+        {{tr("One object for each picture"), [this, files, place] {
               m_session.undoStack().undo();
               std::vector<ReadFilm> singles;
               if (run([&](FilmReader &reader) { singles = readAll(reader, files, false); }))
-                  put(std::move(singles), place);
+                  putFilms(m_session, m_messages, std::move(singles), place);
           }}});
 }
 
@@ -230,56 +223,7 @@ void ImportController::importPicture(const QImage &picture, std::optional<QPoint
     std::vector<ReadFilm> films(1);
     films.front().path = tr("picture");
     films.front().object = state.withFrames(m_session.plugin(), {{tr("picture"), picture}}, 0);
-    put(std::move(films), place);
-}
-
-void ImportController::put(std::vector<ReadFilm> films, std::optional<QPointF> place)
-{
-    if (films.empty())
-        return;
-    Page &page = *m_session.page();
-    std::vector<OwnedObject> objects;
-    QList<CBaseObject *> arrived;
-    for (ReadFilm &film : films) {
-        arrived.append(film.object.get());
-        objects.push_back(std::move(film.object));
-    }
-    placeFilms(arrived, page.pageRect(), place);
-    const QString text = films.size() == 1 ? tr("Add %1").arg(fileName(films.front().path))
-                                           : tr("Add %n Objects", "", int(films.size()));
-    m_session.push(std::make_unique<AddObjectsCommand>(text, page, std::move(objects)));
-    for (std::size_t i = 0; i < films.size(); ++i) {
-        if (!films[i].warnings.isEmpty())
-            m_messages.tell(
-                MessageBar::Kind::Warning,
-                QStringLiteral("%1: %2").arg(fileName(films[i].path),
-                                             films[i].warnings.join(QStringLiteral("; "))));
-        if (films[i].even)
-            offerEven(films[i], *arrived.at(int(i)));
-    }
-}
-
-/// The rhythm is kept; the message offers the other way.
-void ImportController::offerEven(ReadFilm &film, CBaseObject &rhythmic)
-{
-    const auto even = std::make_shared<OwnedObject>(std::move(film.even));
-    const AnimatedObject evenFilm(**even);
-    const qint64 evenMs = qint64(evenFilm.frameCount()) * evenFilm.intervalMs();
-    const int count = AnimatedObject(rhythmic).frameCount();
-    const QPointer<CBaseObject> present(&rhythmic);
-    m_messages.tell(
-        MessageBar::Kind::Information,
-        tr("%1 shows its frames for different times, %2 s in all. The rhythm is kept with %n "
-           "frames.",
-           "", count)
-            .arg(fileName(film.path), seconds(film.lengthMs)),
-        {{tr("One time for all: %1 s").arg(seconds(evenMs)), [this, even, present] {
-              if (!*even || !present || !present->scene())
-                  return;
-              ObjectHandles::setGeometry(**even, ObjectHandles::geometryOf(*present));
-              FilmEdit::exchange(m_session, tr("One Time for All Frames"), *present,
-                                 std::move(*even));
-          }}});
+    putFilms(m_session, m_messages, std::move(films), place);
 }
 
 void ImportController::importToFilm(const QStringList &paths, int before)
@@ -310,6 +254,8 @@ void ImportController::insertFrames(Plugin::Frames frames, int before)
     FrameNames::makeUnique(frames, all);
     for (int i = 0; i < frames.size(); ++i)
         all.insert(place + i, frames.at(i));
-    FilmEdit::setFrames(m_session, tr("Insert %n Frames", "", frames.size()), *film, all, place);
+    FilmEdit::setFrames(m_session,
+                        counted(frames.size(), tr("Insert Frame"), tr("Insert %1 Frames")), *film,
+                        all, place);
     Q_EMIT framesInserted(place, frames.size());
 }

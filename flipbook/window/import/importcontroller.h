@@ -62,8 +62,6 @@ private:
     bool mayExceed(const OverBudget &excess);
     std::vector<ReadFilm> readAll(FilmReader &reader, const QStringList &paths, bool joins);
     void readSingly(FilmReader &reader, const QStringList &paths, std::vector<ReadFilm> &films);
-    void put(std::vector<ReadFilm> films, std::optional<QPointF> place);
-    void offerEven(ReadFilm &film, CBaseObject &rhythmic);
     void tellFailure(const Failure &failure);
 
     Session &m_session;

@@ -27,11 +27,10 @@ QString HandleDrag::commandText() const
 QString HandleDrag::hint() const
 {
     if (turns())
-        return tr("Shift turns in steps of 15°. Escape gives back.");
-    return m_keepsRatio ? tr("Shift frees the ratio, Alt resizes about the centre. Escape gives "
-                             "back.")
-                        : tr("Shift keeps the ratio, Alt resizes about the centre. Escape gives "
-                             "back.");
+        return tr("Shift rotates in steps of 15°. Escape cancels.");
+    return m_keepsRatio
+               ? tr("Shift changes the proportions, Alt resizes around the centre. Escape cancels.")
+               : tr("Shift keeps the proportions, Alt resizes around the centre. Escape cancels.");
 }
 
 QString HandleDrag::tip(const ObjectGeometry &geometry) const

@@ -108,6 +108,7 @@ void PageView::drawBackground(QPainter *painter, const QRectF &exposed)
 
 void PageView::drawForeground(QPainter *painter, const QRectF &)
 {
+    Q_EMIT paintsOverPage(*painter);
     m_tool.paint(*painter);
 }
 
@@ -117,8 +118,10 @@ bool PageView::event(QEvent *event)
     if (event->type() == QEvent::ShortcutOverride) {
         const auto *key = static_cast<QKeyEvent *>(event);
         const bool isDragEscape = key->key() == Qt::Key_Escape && m_tool.isDragging();
-        if (key->key() == Qt::Key_Space || isDragEscape)
+        if (key->key() == Qt::Key_Space || isDragEscape) {
             event->accept();
+            return true;
+        }
     }
     if (event->type() == QEvent::NativeGesture) {
         const auto *gesture = static_cast<QNativeGestureEvent *>(event);

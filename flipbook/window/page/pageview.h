@@ -37,6 +37,8 @@ Q_SIGNALS:
     void spaceTapped();
     /// Something was dropped at @p place, in page coordinates.
     void dropped(const QMimeData *data, const QPointF &place);
+    /// The page is painted: others may paint over its objects. In page coordinates.
+    void paintsOverPage(QPainter &painter);
     /// A line for the status bar; empty when there is nothing to say any more.
     void hinted(const QString &text);
 

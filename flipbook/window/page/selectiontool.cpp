@@ -1,7 +1,9 @@
 #include "flipbook/window/page/selectiontool.h"
 
 #include "flipbook/object/filmstate.h"
+#include "flipbook/window/counted.h"
 #include "flipbook/window/page/handlepainting.h"
+#include "flipbook/window/page/nudging.h"
 #include "flipbook/window/page/pageview.h"
 #include "flipbook/window/session.h"
 
@@ -17,22 +19,6 @@ namespace
 /// What the host is doing with an object, as the object is told.
 constexpr int MovedByHand = 2;
 constexpr int LeftAlone = 0;
-
-QPointF directionOf(int key)
-{
-    switch (key) {
-    case Qt::Key_Left:
-        return {-1, 0};
-    case Qt::Key_Right:
-        return {1, 0};
-    case Qt::Key_Up:
-        return {0, -1};
-    case Qt::Key_Down:
-        return {0, 1};
-    default:
-        return {};
-    }
-}
 
 QVector<GeometryChange> unchanged(const QList<CBaseObject *> &objects)
 {
@@ -124,7 +110,7 @@ void SelectionTool::startDrag(State state)
     if (state == State::Handle && m_handleDrag)
         Q_EMIT m_view.hinted(m_handleDrag->hint());
     else
-        Q_EMIT m_view.hinted(tr("Shift keeps to one direction. Escape gives back."));
+        Q_EMIT m_view.hinted(tr("Shift restricts the direction. Escape cancels."));
 }
 
 void SelectionTool::move(const QPointF &point, Qt::KeyboardModifiers modifiers)
@@ -194,14 +180,15 @@ void SelectionTool::selectInBand()
         if (m_selectedBefore.contains(object) || (object->isEditable() && band.intersects(bounds)))
             selected.append(object);
     }
-    m_session.page()->selectObjects(selected);
+    if (selected != m_session.selection())
+        m_session.page()->selectObjects(selected);
 }
 
 void SelectionTool::release()
 {
     const State state = m_state;
     if (state == State::Moving)
-        finish(m_changes.size() == 1 ? tr("Move") : tr("Move %n Objects", "", m_changes.size()));
+        finish(counted(m_changes.size(), tr("Move"), tr("Move %1 Objects")));
     else if (state == State::Handle && m_handleDrag)
         finish(m_handleDrag->commandText());
     endDrag();
@@ -257,7 +244,7 @@ bool SelectionTool::keyPress(int key, Qt::KeyboardModifiers modifiers)
         updateDrag();
         return true;
     }
-    return nudge(key, modifiers);
+    return nudgeSelection(m_session, key, modifiers);
 }
 
 void SelectionTool::keyRelease(Qt::KeyboardModifiers modifiers)
@@ -266,22 +253,6 @@ void SelectionTool::keyRelease(Qt::KeyboardModifiers modifiers)
         return;
     m_modifiers = modifiers;
     updateDrag();
-}
-
-bool SelectionTool::nudge(int key, Qt::KeyboardModifiers modifiers)
-{
-    constexpr double farther = 10.0;
-    const QPointF direction = directionOf(key);
-    if (direction.isNull() || modifiers & (Qt::ControlModifier | Qt::AltModifier))
-        return false;
-    QVector<GeometryChange> changes = unchanged(m_session.selection());
-    if (changes.isEmpty())
-        return false;
-    for (GeometryChange &change : changes)
-        change.after.pos += direction * (modifiers & Qt::ShiftModifier ? farther : 1.0);
-    m_session.push(std::make_unique<GeometryCommand>(tr("Nudge"), changes,
-                                                     GeometryCommand::Merging::WithTheLast));
-    return true;
 }
 
 void SelectionTool::updateCursor(const QPointF &point)

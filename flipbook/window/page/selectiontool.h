@@ -48,7 +48,6 @@ private:
     void selectInBand();
     void finish(const QString &text);
     void endDrag();
-    bool nudge(int key, Qt::KeyboardModifiers modifiers);
     void updateCursor(const QPointF &point);
     void paintBand(QPainter &painter) const;
 

@@ -156,7 +156,7 @@ void ObjectEditor::connectType()
     m_type->setAccessibleName(tr("Type"));
     m_type->addItem(tr("Normal"));
     m_type->addItem(tr("Background"));
-    m_type->setItemData(Background, tr("Fills the page as a pattern while presenting"),
+    m_type->setItemData(Background, tr("Fills its area as a pattern in presentations"),
                         Qt::ToolTipRole);
     connect(m_type, QOverload<int>::of(&QComboBox::activated), this, [this](int type) {
         const QList<CBaseObject *> objects = m_session.selection();

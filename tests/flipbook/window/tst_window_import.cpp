@@ -110,9 +110,9 @@ void TestWindowImport::anUnevenGifKeepsItsRhythmAndOffersOneTime()
              QList<QColor>({QColor(Qt::red), QColor(Qt::green), QColor(Qt::green),
                             QColor(Qt::green), QColor(Qt::blue), QColor(Qt::blue)}));
     QCOMPARE(m_fixture->messages(),
-             QStringList({QStringLiteral("u.gif shows its frames for different times, 0.6 s in "
-                                         "all. The rhythm is kept with 6 frames.")}));
-    m_fixture->choose(QStringLiteral("One time for all: 0.3 s"));
+             QStringList({QStringLiteral("The frames of u.gif have different durations, 0.6 s in "
+                                         "total. Its timing is preserved with 6 frames.")}));
+    m_fixture->choose(QStringLiteral("Same duration for all: 0.3 s"));
     QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 3);
     QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
     QCOMPARE(objects().first()->getPos(), QPointF(190, 145));
@@ -138,7 +138,7 @@ void TestWindowImport::theyCanBecomeSingleObjectsInstead()
     m_fixture->dropOnPage({200, 150}, {picture(QStringLiteral("p1.png"), Qt::red),
                                        picture(QStringLiteral("p2.png"), Qt::green)});
     QCOMPARE(objects().size(), 1);
-    m_fixture->choose(QStringLiteral("One object for each"));
+    m_fixture->choose(QStringLiteral("One object for each picture"));
     QCOMPARE(objects().size(), 2);
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Add 2 Objects")}));
     QCOMPARE(objects().first()->getPos(), QPointF(180, 135));

@@ -35,6 +35,9 @@ WindowFixture::WindowFixture()
 {
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_folder.path());
     m_handlerBefore = nextHandler = qInstallMessageHandler(dropSizeHintWarnings);
+    qputenv("XDG_DATA_HOME", m_folder.path().toLocal8Bit());
+    // Tests say when a film plays.
+    WindowSettings().setValue(QStringLiteral("play/never"), true);
     open();
 }
 

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtCore/QObject>
+
+class ActionSet;
+class QAction;
+class Session;
+
+/// Adds, duplicates, deletes and moves pages, and goes from one to the next.
+class PageController : public QObject
+{
+    Q_OBJECT
+
+public:
+    PageController(Session &session, ActionSet &actions);
+
+private:
+    int shownIndex() const;
+    void addPage();
+    void duplicatePage();
+    void deletePage();
+    void movePage(int step);
+    void go(int step);
+    void update();
+
+    Session &m_session;
+    QAction *m_delete;
+    QAction *m_up;
+    QAction *m_down;
+    QAction *m_previous;
+    QAction *m_next;
+};

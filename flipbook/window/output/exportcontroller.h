@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QtCore/QObject>
+
+#include <functional>
+
+class ActionSet;
+class CBaseObject;
+class MessageBar;
+class Progress;
+class QAction;
+class QMainWindow;
+class Session;
+
+/// Writes pictures, frames, recordings and Scratch packages, as the commands do.
+class ExportController : public QObject
+{
+    Q_OBJECT
+
+public:
+    ExportController(Session &session, ActionSet &actions, MessageBar &messages,
+                     QMainWindow &window);
+
+    /// Each writes to a path that the user has agreed to, and tells where it went or what went
+    /// wrong. Folders must be new or empty.
+    void exportPicture(const QString &path);
+    void exportFrames(const QString &folder);
+    void exportSheet(const QString &path);
+    void exportRecording(const QString &folder, double seconds);
+    void exportSprite(const QString &path);
+    void exportProject(const QString &path);
+
+private:
+    /// Answers remarks on what was written.
+    using Work = std::function<QStringList(Progress &progress)>;
+
+    void addActions(ActionSet &actions);
+    void run(const QString &path, const Work &work);
+    void chooseFile(const QString &title, const QString &suffix, const QString &filter,
+                    void (ExportController::*write)(const QString &));
+    QString chooseFolder(const QString &title);
+    void chooseRecording();
+    QString suggestion() const;
+    void tellDone(const QString &path, const QStringList &remarks);
+    void update();
+
+    Session &m_session;
+    MessageBar &m_messages;
+    QMainWindow &m_window;
+    QList<QAction *> m_needFilm;
+};
