@@ -1,7 +1,10 @@
 #include "flipbook/window/output/exportcontroller.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
+#include "flipbook/base/outputfolder.h"
 #include "flipbook/export/contactsheet.h"
 #include "flipbook/export/frameexport.h"
 #include "flipbook/object/animatedobject.h"
@@ -191,11 +194,15 @@ void ExportController::exportFrames(const QString &folder)
     if (!film)
         return;
     run(folder, [this, film, &folder](Progress &progress) {
-        prepareOutputFolder(folder);
+        OutputFolder output(folder);
         const int all = AnimatedObject(*film).frameCount();
-        return ::exportFrames(m_session.document(), *film, folder, [&](int done) {
-            progress.step(tr("Writing frame %1 of %2").arg(done).arg(all), done, all);
-        });
+        const MemoryAccount memory(MemoryBudget::Default);
+        const QStringList warnings =
+            ::exportFrames(m_session.document(), *film, memory, output, [&](int done) {
+                progress.step(tr("Writing frame %1 of %2").arg(done).arg(all), done, all);
+            });
+        output.finish();
+        return warnings;
     });
 }
 
@@ -208,7 +215,8 @@ void ExportController::exportSheet(const QString &path)
         int all = 0;
         for (CBaseObject *object : qAsConst(objects))
             all += AnimatedObject(*object).frameCount();
-        writePng(path, contactSheet(objects, [&](int done) {
+        const MemoryAccount memory(MemoryBudget::Default);
+        writePng(path, contactSheet(objects, memory, [&](int done) {
                      progress.step(tr("Painting frame %1 of %2").arg(done).arg(all), done, all);
                  }));
         return QStringList();
@@ -219,11 +227,12 @@ void ExportController::exportRecording(const QString &folder, double seconds)
 {
     const QList<CBaseObject *> selected = m_session.selection();
     run(folder, [this, &folder, seconds](Progress &progress) {
-        prepareOutputFolder(folder);
-        recordPage(m_session.document(), *m_session.page(), folder, seconds,
+        OutputFolder output(folder);
+        recordPage(m_session.document(), *m_session.page(), output, seconds,
                    [&](int done, int all) {
                        progress.step(tr("Writing picture %1 of %2").arg(done).arg(all), done, all);
                    });
+        output.finish();
         return QStringList();
     });
     m_session.page()->selectObjects(selected);
@@ -235,7 +244,9 @@ void ExportController::exportSprite(const QString &path)
     if (!film)
         return;
     run(path, [this, film, &path](Progress &) {
-        SpriteExporter exporter(StagePlacement(m_session.page()->pageRect()), true);
+        MemoryAccount memory(MemoryBudget::Default);
+        const StagePlacement placement(m_session.page()->pageRect());
+        SpriteExporter exporter(m_session.plugin(), placement, true, memory);
         AnimatedObject animated(*film);
         writeFile(path, spritePackage(exporter.exported(animated, animated.name())));
         return exporter.remarks();
@@ -245,7 +256,9 @@ void ExportController::exportSprite(const QString &path)
 void ExportController::exportProject(const QString &path)
 {
     run(path, [this, &path](Progress &progress) {
-        SpriteExporter exporter(StagePlacement(m_session.page()->pageRect()), true);
+        MemoryAccount memory(MemoryBudget::Default);
+        const StagePlacement placement(m_session.page()->pageRect());
+        SpriteExporter exporter(m_session.plugin(), placement, true, memory);
         QVector<Sprite> sprites;
         const QList<CBaseObject *> objects = m_session.page()->objects();
         for (CBaseObject *object : objects) {

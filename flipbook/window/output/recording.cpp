@@ -2,13 +2,14 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/outputfile.h"
+#include "flipbook/base/outputfolder.h"
 #include "flipbook/object/steppedplayback.h"
 #include "framework/page.h"
 
 #include <algorithm>
 #include <cmath>
 
-void recordPage(Document &document, Page &page, const QString &folder, double seconds,
+void recordPage(Document &document, Page &page, OutputFolder &folder, double seconds,
                 const std::function<void(int done, int all)> &progress)
 {
     constexpr int digits = 5;
@@ -18,10 +19,11 @@ void recordPage(Document &document, Page &page, const QString &folder, double se
         playback.advanceTo(qint64(i) * SteppedPlayback::StepMs);
         const QImage picture = page.rendered();
         if (picture.isNull())
-            throw Failure{folder, QStringLiteral("the page is too large for pictures")};
-        writePng(QStringLiteral("%1/frame-%2.png")
-                     .arg(folder, QString::number(i + 1).rightJustified(digits, QLatin1Char('0'))),
-                 picture);
+            throw Failure{folder.path(), QStringLiteral("the page is too large for pictures")};
+        const QString name =
+            QStringLiteral("frame-%1.png")
+                .arg(QString::number(i + 1).rightJustified(digits, QLatin1Char('0')));
+        folder.write(name, pngOf(picture, folder.path() + QLatin1Char('/') + name));
         progress(i + 1, all);
     }
 }
