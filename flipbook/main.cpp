@@ -44,14 +44,19 @@ int main(int argc, char *argv[])
     // The command line needs no display, and works the same where there is one.
     if (!isWindow)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling, isWindow);
-    QApplication::setHighDpiScaleFactorRoundingPolicy(
-        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-
     // The application sees its name alone: Qt would take its own options out of the arguments.
     char name[] = "flipbook";
     char *names[] = {name, nullptr};
     int nameCount = 1;
+    if (!isWindow && mayRunWithoutApplication(arguments)) {
+        const QCoreApplication application(nameCount, names);
+        if (const auto status = runWithoutApplication(arguments))
+            return *status;
+    }
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling, isWindow);
+    QApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+
     const QApplication application(nameCount, names);
     return isWindow ? runWindow(arguments) : runCommandLine(arguments);
 }

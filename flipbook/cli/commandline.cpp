@@ -4,6 +4,7 @@
 #include "flipbook/base/version.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/cli/quickinfo.h"
 
 #include <algorithm>
 #include <new>
@@ -105,16 +106,32 @@ int dispatch(const QStringList &arguments)
     return runCommand(*command, arguments);
 }
 
-} // namespace
-
-int runCommandLine(const QStringList &arguments)
+int statusWhenWritten(int status)
 {
-    const int status = dispatch(arguments);
     if (!Console::isWritten() && status == Success) {
         Console::fail(QStringLiteral("standard output"), QStringLiteral("cannot be written"));
         return Failed;
     }
     return status;
+}
+
+} // namespace
+
+int runCommandLine(const QStringList &arguments)
+{
+    return statusWhenWritten(dispatch(arguments));
+}
+
+bool mayRunWithoutApplication(const QStringList &arguments)
+{
+    return arguments.value(0) == infoCommand().name;
+}
+
+std::optional<int> runWithoutApplication(const QStringList &arguments)
+{
+    if (!answerQuickInfo(arguments))
+        return std::nullopt;
+    return statusWhenWritten(Success);
 }
 
 bool isCommand(const QString &word)

@@ -24,9 +24,9 @@ QString objectLine(const Page &page, CBaseObject &object, int number)
              isBackground(page, &object) ? QStringLiteral(", in the background") : QString());
 }
 
-QJsonObject jsonOfObject(const Plugin &plugin, const Page &page, CBaseObject &object)
+QJsonObject jsonOfObject(const Plugin &plugin, const Page &page, CBaseObject &object, Pixels pixels)
 {
-    QJsonObject json = toJson(summarise(plugin, object));
+    QJsonObject json = toJson(summarise(plugin, object, pixels));
     json[QStringLiteral("name")] = AnimatedObject(object).name();
     json[QStringLiteral("layer")] =
         isBackground(page, &object) ? QStringLiteral("background") : QStringLiteral("normal");
@@ -39,7 +39,7 @@ QJsonObject jsonOfObject(const Plugin &plugin, const Page &page, CBaseObject &ob
 
 } // namespace
 
-QStringList documentLines(const Plugin &plugin, const Document &document)
+QStringList documentLines(const Plugin &plugin, const Document &document, Pixels pixels)
 {
     QStringList lines;
     int pageNumber = 0;
@@ -53,7 +53,7 @@ QStringList documentLines(const Plugin &plugin, const Document &document)
         int number = 0;
         for (CBaseObject *object : objects) {
             lines << objectLine(*page, *object, ++number);
-            const QStringList figures = infoLines(summarise(plugin, *object), std::nullopt);
+            const QStringList figures = infoLines(summarise(plugin, *object, pixels), std::nullopt);
             for (const QString &figure : figures)
                 lines << QStringLiteral("  ") + figure;
         }
@@ -61,14 +61,14 @@ QStringList documentLines(const Plugin &plugin, const Document &document)
     return lines;
 }
 
-QJsonObject documentInfo(const Plugin &plugin, const Document &document)
+QJsonObject documentInfo(const Plugin &plugin, const Document &document, Pixels pixels)
 {
     QJsonArray pages;
     for (const Page *page : document.pages()) {
         QJsonArray forms;
         const QList<CBaseObject *> objects = page->objects();
         for (CBaseObject *object : objects)
-            forms.append(jsonOfObject(plugin, *page, *object));
+            forms.append(jsonOfObject(plugin, *page, *object, pixels));
         pages.append(QJsonObject{{QStringLiteral("width"), page->pageRect().width()},
                                  {QStringLiteral("height"), page->pageRect().height()},
                                  {QStringLiteral("objects"), forms}});

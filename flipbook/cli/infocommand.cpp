@@ -5,27 +5,24 @@
 #include "flipbook/cli/infotext.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 
 namespace
 {
 
-QStringList textOf(const Plugin &plugin, const OpenedFile &opened)
+QStringList textOf(const Plugin &plugin, const OpenedFile &opened, Pixels pixels)
 {
     if (opened.isDocument)
-        return documentLines(plugin, *opened.document);
-    return infoLines(summarise(plugin, *opened.objects().constFirst()), opened.gif);
+        return documentLines(plugin, *opened.document, pixels);
+    return infoLines(summarise(plugin, *opened.objects().constFirst(), pixels), opened.gif);
 }
 
-QJsonObject jsonOf(const Plugin &plugin, const OpenedFile &opened)
+QJsonObject jsonOf(const Plugin &plugin, const OpenedFile &opened, Pixels pixels)
 {
-    QJsonObject json = opened.isDocument
-                           ? documentInfo(plugin, *opened.document)
-                           : toJson(summarise(plugin, *opened.objects().constFirst()));
-    if (opened.gif) {
-        json[QStringLiteral("shortestDelayMs")] = opened.gif->shortestDelay;
-        json[QStringLiteral("longestDelayMs")] = opened.gif->longestDelay;
+    if (!opened.isDocument) {
+        return infoJson(summarise(plugin, *opened.objects().constFirst(), pixels), opened.gif,
+                        opened.warnings);
     }
+    QJsonObject json = documentInfo(plugin, *opened.document, pixels);
     json[QStringLiteral("warnings")] = QJsonArray::fromStringList(opened.warnings);
     return json;
 }
@@ -36,13 +33,14 @@ void run(const QCommandLineParser &line)
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openNamed(plugin, path, reading);
+    const Pixels pixels =
+        line.isSet(QStringLiteral("opaque")) ? Pixels::Counted : Pixels::NotCounted;
     if (line.isSet(QStringLiteral("json"))) {
-        const QJsonDocument answer(jsonOf(plugin, opened));
-        Console::print(QString::fromUtf8(answer.toJson()).trimmed());
+        printJson(jsonOf(plugin, opened, pixels));
         return;
     }
     Console::print(path);
-    const QStringList lines = textOf(plugin, opened);
+    const QStringList lines = textOf(plugin, opened, pixels);
     for (const QString &text : lines)
         Console::print(text);
 }
@@ -52,9 +50,12 @@ void run(const QCommandLineParser &line)
 Command infoCommand()
 {
     return {QStringLiteral("info"),
-            QStringLiteral("FILE [--json]"),
+            QStringLiteral("FILE [--json] [--opaque]"),
             QStringLiteral(
                 "Print figures about an animation or document: frames, size, timing, memory."),
-            {{QStringLiteral("json"), QStringLiteral("Print a JSON object.")}},
+            {{QStringLiteral("json"), QStringLiteral("Print a JSON object.")},
+             {QStringLiteral("opaque"),
+              QStringLiteral("Also print the share of opaque pixels, for which all frames are "
+                             "decoded.")}},
             run};
 }

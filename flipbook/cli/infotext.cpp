@@ -1,6 +1,10 @@
 #include "flipbook/cli/infotext.h"
 
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/cli/console.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 
 namespace
 {
@@ -55,12 +59,45 @@ QString loopsText(const ObjectSummary &summary, const std::optional<GifDescripto
 
 QStringList infoLines(const ObjectSummary &summary, const std::optional<GifDescriptors> &gif)
 {
-    return {
-        row("frames", framesText(summary)),
-        row("size", sizeText(summary)),
-        row("interval", intervalText(summary, gif)),
-        row("loops", loopsText(summary, gif)),
-        row("opaque",
-            QStringLiteral("%1 % of the pixels").arg(100.0 * summary.opaqueShare, 0, 'f', 1)),
-        row("memory", QStringLiteral("%1 decoded").arg(MemoryBudget::text(summary.decodedBytes)))};
+    QStringList lines{row("frames", framesText(summary)), row("size", sizeText(summary)),
+                      row("interval", intervalText(summary, gif)),
+                      row("loops", loopsText(summary, gif))};
+    if (summary.opaqueShare) {
+        lines << row(
+            "opaque",
+            QStringLiteral("%1 % of the pixels").arg(100.0 * *summary.opaqueShare, 0, 'f', 1));
+    }
+    lines << row("memory",
+                 QStringLiteral("%1 decoded").arg(MemoryBudget::text(summary.decodedBytes)));
+    return lines;
+}
+
+QJsonObject infoJson(const ObjectSummary &summary, const std::optional<GifDescriptors> &gif,
+                     const QStringList &warnings)
+{
+    QJsonObject json = toJson(summary);
+    if (gif) {
+        json[QStringLiteral("shortestDelayMs")] = gif->shortestDelay;
+        json[QStringLiteral("longestDelayMs")] = gif->longestDelay;
+    }
+    json[QStringLiteral("warnings")] = QJsonArray::fromStringList(warnings);
+    return json;
+}
+
+void printJson(const QJsonObject &json)
+{
+    Console::print(QString::fromUtf8(QJsonDocument(json).toJson()).trimmed());
+}
+
+void printInfo(const QString &path, const ObjectSummary &summary, const GifDescriptors &gif,
+               bool asJson)
+{
+    if (asJson) {
+        printJson(infoJson(summary, gif, {}));
+        return;
+    }
+    Console::print(path);
+    const QStringList lines = infoLines(summary, gif);
+    for (const QString &text : lines)
+        Console::print(text);
 }

@@ -30,7 +30,7 @@ qint64 visiblePixels(const QImage &image)
 
 } // namespace
 
-ObjectSummary summarise(const Plugin &plugin, CBaseObject &object)
+ObjectSummary summarise(const Plugin &plugin, CBaseObject &object, Pixels pixels)
 {
     const AnimatedObject animated(object);
     ObjectSummary summary;
@@ -41,7 +41,7 @@ ObjectSummary summarise(const Plugin &plugin, CBaseObject &object)
     summary.frames = frames.size();
     if (!frames.isEmpty())
         summary.size = frames.first().second.size();
-    qint64 pixels = 0;
+    qint64 all = 0;
     qint64 visible = 0;
     // Frames may share their pixels, which are then looked at once.
     QHash<qint64, qint64> counted;
@@ -50,28 +50,30 @@ ObjectSummary summarise(const Plugin &plugin, CBaseObject &object)
         summary.names << frame.first;
         const qint64 key = image.cacheKey();
         if (!counted.contains(key)) {
-            counted.insert(key, visiblePixels(image));
+            counted.insert(key, pixels == Pixels::Counted ? visiblePixels(image) : 0);
             summary.decodedBytes += image.sizeInBytes();
         }
         summary.sizesDiffer |= image.size() != summary.size;
-        pixels += qint64(image.width()) * image.height();
+        all += qint64(image.width()) * image.height();
         visible += counted.value(key);
     }
-    if (pixels > 0)
-        summary.opaqueShare = double(visible) / double(pixels);
+    if (pixels == Pixels::Counted)
+        summary.opaqueShare = all > 0 ? double(visible) / double(all) : 0.0;
     return summary;
 }
 
 QJsonObject toJson(const ObjectSummary &summary)
 {
-    return {{QStringLiteral("frames"), summary.frames},
-            {QStringLiteral("width"), summary.size.width()},
-            {QStringLiteral("height"), summary.size.height()},
-            {QStringLiteral("intervalMs"), summary.intervalMs},
-            {QStringLiteral("loopCount"), summary.loopCount},
-            {QStringLiteral("names"), QJsonArray::fromStringList(summary.names)},
-            {QStringLiteral("opaqueShare"), summary.opaqueShare},
-            {QStringLiteral("decodedBytes"), summary.decodedBytes}};
+    QJsonObject json{{QStringLiteral("frames"), summary.frames},
+                     {QStringLiteral("width"), summary.size.width()},
+                     {QStringLiteral("height"), summary.size.height()},
+                     {QStringLiteral("intervalMs"), summary.intervalMs},
+                     {QStringLiteral("loopCount"), summary.loopCount},
+                     {QStringLiteral("names"), QJsonArray::fromStringList(summary.names)},
+                     {QStringLiteral("decodedBytes"), summary.decodedBytes}};
+    if (summary.opaqueShare)
+        json.insert(QStringLiteral("opaqueShare"), *summary.opaqueShare);
+    return json;
 }
 
 QString loopWords(int loopCount)

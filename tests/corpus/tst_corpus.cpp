@@ -91,6 +91,12 @@ void TestCorpus::infoAndSheetTakeSoundFiles()
     const FlipbookRun info = flipbook({QStringLiteral("info"), QStringLiteral("--json"), file});
     QCOMPARE(info.err, QString());
     QCOMPARE(info.status, 0);
+    // The figures of a sound file are known without decoding it.
+    QJsonObject whole = flipbook({QStringLiteral("info"), QStringLiteral("--json"),
+                                  QStringLiteral("--opaque"), file})
+                            .json();
+    whole.remove(QStringLiteral("opaqueShare"));
+    QCOMPARE(info.json(), whole);
     const QMovie movie(file);
     const QSize size = QImageReader(file).read().size();
     QCOMPARE(info.json().value(QStringLiteral("frames")).toInt(), movie.frameCount());

@@ -375,7 +375,6 @@ void TestEdit::theWholeCommandLineIsOneEdit()
                                                    "    size      4 x 3 pixels\n"
                                                    "    interval  40 ms (0.08 s for all frames)\n"
                                                    "    loops     once (loop count 0)\n"
-                                                   "    opaque    100.0 % of the pixels\n"
                                                    "    memory    96 bytes decoded\n"));
 }
 

@@ -19,6 +19,9 @@ private Q_SLOTS:
     void initTestCase();
     void infoTellsTheFigures();
     void infoTellsThemInWords();
+    void infoIsTheSameWithoutDecoding_data();
+    void infoIsTheSameWithoutDecoding();
+    void opaquePixelsAreCountedOnRequest();
     void infoSaysWhenDelaysDiffer();
     void loopsAreToldInWordsAndNumbers_data();
     void loopsAreToldInWordsAndNumbers();
@@ -89,7 +92,7 @@ void TestGifCommands::infoTellsTheFigures()
     QCOMPARE(run.err, QString());
     // Decoded: two frames of 4 x 3 pixels of 4 bytes.
     const QByteArray wanted = R"({"frames": 2, "width": 4, "height": 3, "intervalMs": 150,
-        "loopCount": 2, "names": ["cat_1", "cat_2"], "decodedBytes": 96, "opaqueShare": 1.0,
+        "loopCount": 2, "names": ["cat_1", "cat_2"], "decodedBytes": 96,
         "shortestDelayMs": 150, "longestDelayMs": 150, "warnings": []})";
     QCOMPARE(run.json(), QJsonDocument::fromJson(wanted).object());
 }
@@ -101,7 +104,7 @@ void TestGifCommands::infoTellsThemInWords()
     builder.add({QRect(0, 0, 8, 4), 0, 10, GifBuilder::Unspecified, 3});
     const QString film = path(QStringLiteral("half.gif"));
     builder.write(film);
-    const FlipbookRun run = info(film);
+    const FlipbookRun run = flipbook({QStringLiteral("info"), QStringLiteral("--opaque"), film});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.out, film + QStringLiteral("\n"
                                             "  frames    1, named half_1\n"
@@ -110,6 +113,57 @@ void TestGifCommands::infoTellsThemInWords()
                                             "  loops     forever (loop count -1)\n"
                                             "  opaque    50.0 % of the pixels\n"
                                             "  memory    256 bytes decoded\n"));
+}
+
+void TestGifCommands::infoIsTheSameWithoutDecoding_data()
+{
+    QTest::addColumn<QString>("film");
+    const auto row = [this](const char *name, const GifBuilder &builder) {
+        const QString film = path(QStringLiteral("%1.b.gif").arg(QLatin1String(name)));
+        builder.write(film);
+        QTest::newRow(name) << film;
+    };
+    row("plain", GifBuilder(4, 4).add(0, 10).add(1, 10));
+    row("uneven", GifBuilder(4, 4).add(0, 50).add(1, 4));
+    row("quick", GifBuilder(4, 4).add(0, 0).add(1, 1).add(2, 2));
+    GifBuilder looping(5, 3);
+    looping.loop(7);
+    row("looping", looping.add(0, 10).add(1, 10));
+    GifBuilder endless(5, 3);
+    endless.loop(0);
+    row("endless", endless.add(0, 10).add(1, 10));
+    row("clearing", GifBuilder(6, 6)
+                        .add({QRect(0, 0, 6, 6), 0, 10, GifBuilder::RestoreBackground})
+                        .add({QRect(1, 2, 3, 2), 1, 30, GifBuilder::RestoreBackground}));
+    row("partly", GifBuilder(8, 8).add({QRect(0, 0, 8, 4), 0, 10, GifBuilder::Unspecified, 3}));
+}
+
+void TestGifCommands::infoIsTheSameWithoutDecoding()
+{
+    QFETCH(QString, film);
+    const FlipbookRun quick = infoJson(film);
+    const FlipbookRun whole = flipbook(
+        {QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("--opaque"), film});
+    QCOMPARE(quick.err, QString());
+    QCOMPARE(quick.status, 0);
+    QVERIFY(!quick.json().contains(QStringLiteral("opaqueShare")));
+    QJsonObject expected = whole.json();
+    QVERIFY(expected.contains(QStringLiteral("opaqueShare")));
+    expected.remove(QStringLiteral("opaqueShare"));
+    QCOMPARE(quick.json(), expected);
+}
+
+void TestGifCommands::opaquePixelsAreCountedOnRequest()
+{
+    // Of two frames of 16 pixels, the second covers 4.
+    const QString film = path(QStringLiteral("counted.gif"));
+    GifBuilder(4, 4)
+        .add({QRect(0, 0, 4, 4), 0, 10, GifBuilder::RestoreBackground, 3})
+        .add({QRect(0, 0, 2, 2), 1, 10, GifBuilder::RestoreBackground, 3})
+        .write(film);
+    const FlipbookRun run = flipbook(
+        {QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("--opaque"), film});
+    QCOMPARE(run.json().value(QStringLiteral("opaqueShare")).toDouble(), 20.0 / 32.0);
 }
 
 void TestGifCommands::infoSaysWhenDelaysDiffer()

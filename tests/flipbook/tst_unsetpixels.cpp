@@ -132,16 +132,18 @@ void TestUnsetPixels::whatNoFrameOfAGifCoversIsTransparent()
     compareUncovered(exportedFrame(film, 1), 1);
     compareUncovered(exportedFrame(film, 2), 2);
     // 12 and then 12 + 15 - 2 of twice 80 pixels.
-    const FlipbookRun info = flipbook({QStringLiteral("info"), QStringLiteral("--json"), film});
+    const FlipbookRun info = flipbook(
+        {QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("--opaque"), film});
     QCOMPARE(info.err, QString());
     QCOMPARE(info.json().value(QStringLiteral("opaqueShare")).toDouble(), 37.0 / 160.0);
 }
 
 void TestUnsetPixels::framesOfAnUnsetScreenKeepNamesAndTiming()
 {
-    const QJsonObject info = flipbook({QStringLiteral("info"), QStringLiteral("--json"),
-                                       path(QStringLiteral("film.gif"))})
-                                 .json();
+    const QJsonObject info =
+        flipbook({QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("--opaque"),
+                  path(QStringLiteral("film.gif"))})
+            .json();
     const QByteArray wanted = R"({"frames": 2, "width": 10, "height": 8, "intervalMs": 150,
         "loopCount": 2, "names": ["film_1", "film_2"], "decodedBytes": 640, "opaqueShare": 0.23125,
         "shortestDelayMs": 150, "longestDelayMs": 150, "warnings": []})";
