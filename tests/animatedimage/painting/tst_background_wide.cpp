@@ -91,6 +91,8 @@ private Q_SLOTS:
     void aSizeBeyondAllMemoryGivesNoTile();
     void everyPixelIsPaintedWhereThePatternIsMoved_data();
     void everyPixelIsPaintedWhereThePatternIsMoved();
+    void everyPartIsPaintedWhereItIsScrolledTo_data();
+    void everyPartIsPaintedWhereItIsScrolledTo();
     void partsOfAPixelCountAsInASmallOne();
     void aBackgroundSeenSmallShowsAllOfIt();
 };
@@ -157,6 +159,41 @@ void TestBackgroundWide::everyPixelIsPaintedWhereThePatternIsMoved()
                         (size.height() - moved.y()) % size.height());
     const QImage pattern = scaled(motley(), size);
     QVERIFY(Canvas::painted(presented.stage.image, size) == repeated(pattern, offset, size));
+}
+
+void TestBackgroundWide::everyPartIsPaintedWhereItIsScrolledTo_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QPoint>("moved");
+    QTest::addColumn<int>("left");
+    for (const int left : {0, 20000, 32700, 39800}) {
+        QTest::addRow("40000, from %d", left) << QSize(40000, 6) << QPoint(0, 0) << left;
+        QTest::addRow("40000 moved, from %d", left) << QSize(40000, 6) << QPoint(1000, 5) << left;
+    }
+    for (const int left : {0, 32700, 65500, 69800})
+        QTest::addRow("70000 moved, from %d", left) << QSize(70000, 6) << QPoint(-9000, 5) << left;
+}
+
+void TestBackgroundWide::everyPartIsPaintedWhereItIsScrolledTo()
+{
+    QFETCH(QSize, size);
+    QFETCH(QPoint, moved);
+    QFETCH(int, left);
+    Presented presented(motley(), size);
+    presented.stage.page->setPageRect(QRectF(0.0, 0.0, 100000.0, 100.0));
+    presented.stage->regenBGImage();
+    presented.stage->setPos(moved, false);
+    const QPoint offset((size.width() - moved.x()) % size.width(),
+                        (size.height() - moved.y()) % size.height());
+    const QImage pattern = scaled(motley(), size);
+    QImage window(200, size.height(), QImage::Format_ARGB32_Premultiplied);
+    window.fill(Qt::transparent);
+    QPainter painter(&window);
+    painter.translate(-left, 0);
+    presented.stage->OnQPainterDraw(&painter);
+    painter.end();
+    const QImage expected = repeated(pattern, offset, size).copy(left, 0, 200, size.height());
+    QCOMPARE(window, expected.convertToFormat(window.format()));
 }
 
 void TestBackgroundWide::partsOfAPixelCountAsInASmallOne()
