@@ -76,7 +76,7 @@ void FileController::startNew()
         return;
     m_messages.clear();
     m_isIncomplete = false;
-    m_lock.take(QString());
+    m_marker.take(QString());
     m_session.takeUp(Session::newDocument(), QString());
 }
 
@@ -111,7 +111,7 @@ bool FileController::open(const QString &path)
     m_messages.clear();
     m_session.takeUp(std::move(loaded.document), path);
     m_recent.add(path);
-    takeLock(path);
+    markOpen(path);
     if (!loaded.warnings.isEmpty()) {
         m_messages.tell(MessageBar::Kind::Warning,
                         QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(),
@@ -155,16 +155,16 @@ bool FileController::saveTo(const QString &path)
         return false;
     }
     if (path != m_session.path())
-        takeLock(path);
+        markOpen(path);
     m_session.noteSaved(path);
     m_isIncomplete = false;
     m_recent.add(path);
     return true;
 }
 
-void FileController::takeLock(const QString &path)
+void FileController::markOpen(const QString &path)
 {
-    if (!m_lock.take(path))
+    if (!m_marker.take(path))
         m_messages.tell(MessageBar::Kind::Warning,
                         tr("%1 is also open in another window. The window that saves last "
                            "overwrites the other's changes.")

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "flipbook/window/recentfiles.h"
-#include "flipbook/window/recovery/documentlock.h"
+#include "flipbook/window/recovery/openmarker.h"
 
 #include <QtCore/QObject>
 
@@ -30,13 +30,13 @@ public:
 private:
     void chooseAndOpen();
     bool saveTo(const QString &path);
-    void takeLock(const QString &path);
+    void markOpen(const QString &path);
     QString folder() const;
 
     Session &m_session;
     MessageBar &m_messages;
     QWidget &m_window;
     RecentFiles m_recent;
-    DocumentLock m_lock;
+    OpenMarker m_marker;
     bool m_isIncomplete = false; ///< not all of the document's file could be read
 };

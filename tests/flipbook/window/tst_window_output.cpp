@@ -1,7 +1,7 @@
 #include "flipbook/document/documentfile.h"
 #include "flipbook/window/filecontroller.h"
 #include "flipbook/window/output/exportcontroller.h"
-#include "flipbook/window/recovery/documentlock.h"
+#include "flipbook/window/recovery/openmarker.h"
 #include "flipbook/window/recovery/recovery.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"
@@ -190,7 +190,7 @@ void TestWindowOutput::aDocumentThatIsOpenElsewhereIsToldSo()
 {
     const QString document = path(QStringLiteral("a.flipbook"));
     saveDocument(m_fixture->session().document(), document);
-    DocumentLock other;
+    OpenMarker other;
     QVERIFY(other.take(document));
     QVERIFY(m_fixture->window().files().open(document));
     QCOMPARE(m_fixture->messages(),

@@ -7,11 +7,11 @@
 class QLockFile;
 
 /// Tells other windows that a document is open, by a hidden file next to it.
-class DocumentLock
+class OpenMarker
 {
 public:
-    DocumentLock();
-    ~DocumentLock();
+    OpenMarker();
+    ~OpenMarker();
 
     /// Releases the previous document and locks @p path; empty for none. False when another process
     /// has it open; true if the lock file cannot be written.

@@ -1,13 +1,13 @@
-#include "flipbook/window/recovery/documentlock.h"
+#include "flipbook/window/recovery/openmarker.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QLockFile>
 
-DocumentLock::DocumentLock() = default;
+OpenMarker::OpenMarker() = default;
 
-DocumentLock::~DocumentLock() = default;
+OpenMarker::~OpenMarker() = default;
 
-bool DocumentLock::take(const QString &path)
+bool OpenMarker::take(const QString &path)
 {
     m_lock.reset();
     if (path.isEmpty())
