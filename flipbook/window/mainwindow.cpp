@@ -7,6 +7,7 @@
 #include "flipbook/window/frames/framecontroller.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/help/helpcontroller.h"
+#include "flipbook/window/historybudget.h"
 #include "flipbook/window/icons/icons.h"
 #include "flipbook/window/import/importcontroller.h"
 #include "flipbook/window/menus.h"
@@ -15,6 +16,7 @@
 #include "flipbook/window/page/emptyhint.h"
 #include "flipbook/window/page/onionskin.h"
 #include "flipbook/window/page/pageview.h"
+#include "flipbook/window/panels/historyview.h"
 #include "flipbook/window/panels/objectpanel.h"
 #include "flipbook/window/panels/pagespanel.h"
 #include "flipbook/window/play/playcontroller.h"
@@ -111,13 +113,8 @@ void MainWindow::makeDocks()
             Qt::LeftDockWidgetArea);
     addDock(QStringLiteral("objectDock"), tr("Object"), new ObjectPanel(m_session),
             Qt::RightDockWidgetArea);
-    auto *history = new QUndoView(&m_session.undoStack());
-    history->setObjectName(QStringLiteral("history"));
-    history->setAccessibleName(tr("History"));
-    history->setFrameShape(QFrame::NoFrame);
-    history->setEmptyLabel(tr("As opened"));
-    history->setCleanIcon(Icons::icon(QStringLiteral("document-save")));
-    addDock(QStringLiteral("historyDock"), tr("History"), history, Qt::RightDockWidgetArea);
+    addDock(QStringLiteral("historyDock"), tr("History"), new HistoryView(m_session.undoStack()),
+            Qt::RightDockWidgetArea);
     m_frames = new FramePanel(m_session);
     addDock(QStringLiteral("framesDock"), tr("Frames"), m_frames, Qt::BottomDockWidgetArea);
 }
@@ -138,6 +135,7 @@ void MainWindow::makeControllers()
     new PageController(m_session, m_actions);
     new ExportController(m_session, m_actions, *m_messages, *this);
     new HelpController(m_actions, *this);
+    new HistoryBudget(m_session, *m_messages, this);
     m_recovery = new Recovery(m_session, *m_messages, this);
     m_recovery->offer();
     m_present = new PresentController(m_session, m_actions, *m_view, *this);

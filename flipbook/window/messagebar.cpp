@@ -1,8 +1,11 @@
 #include "flipbook/window/messagebar.h"
 
+#include "flipbook/window/icons/icons.h"
+
 #include <KMessageWidget>
 #include <QtGui/QAccessible>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
 
 namespace
@@ -56,6 +59,9 @@ void MessageBar::tell(Kind kind, const QString &text, const QVector<Choice> &cho
     line->setMessageType(typeOf(kind));
     line->setWordWrap(true);
     line->setAccessibleName(text);
+    // The only button so far closes the line.
+    if (const auto *button = line->findChild<QToolButton *>())
+        button->defaultAction()->setIcon(Icons::icon(QStringLiteral("window-close")));
     for (const Choice &choice : choices) {
         auto *action = new QAction(choice.text, line);
         connect(action, &QAction::triggered, this, [this, line, act = choice.act] {

@@ -60,30 +60,33 @@ void ArrangeController::addStacking(ActionSet &actions)
 
 void ArrangeController::addAligning(ActionSet &actions)
 {
-    const auto aligning = [this, &actions](const char *id, const QString &text, const Way &way) {
-        add(actions, id, text, "", {}, [this, text, way] {
-            QString plain = text;
-            align(plain.remove(QLatin1Char('&')), way);
-        });
+    const auto aligning = [this, &actions](const char *id, const QString &text, const QString &step,
+                                           const Way &way) {
+        add(actions, id, text, "", {}, [this, step, way] { align(step, way); });
     };
-    aligning("align-left", tr("Align &left"), [](const QRectF &own, const QRectF &whole) {
-        return QPointF(whole.left() - own.left(), 0);
-    });
-    aligning("align-center", tr("Align &centre"), [](const QRectF &own, const QRectF &whole) {
-        return QPointF(whole.center().x() - own.center().x(), 0);
-    });
-    aligning("align-right", tr("Align &right"), [](const QRectF &own, const QRectF &whole) {
-        return QPointF(whole.right() - own.right(), 0);
-    });
-    aligning("align-top", tr("Align &top"), [](const QRectF &own, const QRectF &whole) {
-        return QPointF(0, whole.top() - own.top());
-    });
-    aligning("align-middle", tr("Align &middle"), [](const QRectF &own, const QRectF &whole) {
-        return QPointF(0, whole.center().y() - own.center().y());
-    });
-    aligning("align-bottom", tr("Align &bottom"), [](const QRectF &own, const QRectF &whole) {
-        return QPointF(0, whole.bottom() - own.bottom());
-    });
+    aligning("align-left", tr("Align &left"), tr("Align Left"),
+             [](const QRectF &own, const QRectF &whole) {
+                 return QPointF(whole.left() - own.left(), 0);
+             });
+    aligning("align-center", tr("Align &centre"), tr("Align Centre"),
+             [](const QRectF &own, const QRectF &whole) {
+                 return QPointF(whole.center().x() - own.center().x(), 0);
+             });
+    aligning("align-right", tr("Align &right"), tr("Align Right"),
+             [](const QRectF &own, const QRectF &whole) {
+                 return QPointF(whole.right() - own.right(), 0);
+             });
+    aligning(
+        "align-top", tr("Align &top"), tr("Align Top"),
+        [](const QRectF &own, const QRectF &whole) { return QPointF(0, whole.top() - own.top()); });
+    aligning("align-middle", tr("Align &middle"), tr("Align Middle"),
+             [](const QRectF &own, const QRectF &whole) {
+                 return QPointF(0, whole.center().y() - own.center().y());
+             });
+    aligning("align-bottom", tr("Align &bottom"), tr("Align Bottom"),
+             [](const QRectF &own, const QRectF &whole) {
+                 return QPointF(0, whole.bottom() - own.bottom());
+             });
 }
 
 void ArrangeController::update()

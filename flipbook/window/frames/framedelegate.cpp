@@ -60,6 +60,8 @@ void FrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->save();
     QStyleOptionViewItem panel = option;
     panel.text.clear();
+    // The style marks only the text otherwise, of which it knows nothing.
+    panel.showDecorationSelected = true;
     const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &panel, painter, option.widget);
 
@@ -81,7 +83,7 @@ void FrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->setFont(option.font);
     const QRect nameRect = label.adjusted(taken, 0, 0, 0);
     painter->drawText(
-        nameRect, Qt::AlignRight | Qt::AlignVCenter,
+        nameRect, Qt::AlignLeft | Qt::AlignVCenter,
         option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, nameRect.width()));
     if (index.data(FrameModel::RunningRole).toBool()) {
         const QRect bar(option.rect.x(), option.rect.y(), option.rect.width(), BarHeight);

@@ -25,6 +25,8 @@ namespace
 
 constexpr double Farthest = 100000.0;
 const QLatin1String NameKey("object_name");
+/// Set on a box of numbers if the selected objects have different values.
+const char *const DiffersKey = "differs";
 
 enum Type { Normal = 0, Background = 1 };
 
@@ -94,7 +96,7 @@ void ObjectEditor::layOut()
         return row;
     };
     layout->addRow(tr("Name"), m_name);
-    layout->addRow(tr("Place"), pair(m_x, QStringLiteral(","), m_y));
+    layout->addRow(tr("Position"), pair(m_x, QStringLiteral(","), m_y));
     layout->addRow(tr("Size"), pair(m_width, QStringLiteral("×"), m_height));
     layout->addRow(QString(), m_ratio);
     layout->addRow(tr("Rotation"), m_angle);
@@ -120,6 +122,11 @@ QDoubleSpinBox *ObjectEditor::addNumber(const QString &id, const QString &name, 
     box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("-1234.5")) + 34);
     connect(box, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             [this, name, change](double value) { changeGeometry(name, value, change); });
+    // A value that is typed over several different ones may be that of the first object.
+    connect(box, &QDoubleSpinBox::editingFinished, this, [this, box, name, change] {
+        if (box->property(DiffersKey).toBool() && !box->text().trimmed().isEmpty())
+            changeGeometry(name, box->value(), change);
+    });
     return box;
 }
 
@@ -189,8 +196,15 @@ void ObjectEditor::showNumber(QDoubleSpinBox *box,
 {
     const QSignalBlocker blocker(box);
     const QList<CBaseObject *> objects = m_session.selection();
-    if (!objects.isEmpty())
-        box->setValue(of(ObjectHandles::geometryOf(*objects.first())));
+    const double first = of(ObjectHandles::geometryOf(*objects.first()));
+    const bool differs =
+        std::any_of(objects.begin(), objects.end(), [&of, first](CBaseObject *object) {
+            return !qFuzzyCompare(of(ObjectHandles::geometryOf(*object)) + 1.0, first + 1.0);
+        });
+    box->setValue(first);
+    box->setProperty(DiffersKey, differs);
+    if (differs)
+        box->clear();
 }
 
 void ObjectEditor::showSwitch(QCheckBox *box, const std::function<bool(CBaseObject &)> &of)

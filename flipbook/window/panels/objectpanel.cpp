@@ -7,6 +7,7 @@
 
 #include <QtCore/QTimer>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QStyle>
 #include <QtWidgets/QVBoxLayout>
 
 ObjectPanel::ObjectPanel(Session &session, QWidget *parent)
@@ -25,6 +26,14 @@ ObjectPanel::ObjectPanel(Session &session, QWidget *parent)
     m_empty->setEnabled(false);
     layout->addWidget(m_empty);
     layout->addWidget(m_form);
+    auto *heading = new QLabel(tr("Animation"));
+    QFont bold = heading->font();
+    bold.setBold(true);
+    heading->setFont(bold);
+    heading->setBuddy(m_settings);
+    m_settingsHeading = heading;
+    layout->addSpacing(style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    layout->addWidget(heading);
     layout->addWidget(m_settings);
     layout->addStretch();
     setWidget(content);
@@ -46,6 +55,7 @@ void ObjectPanel::followSelection()
     m_empty->setVisible(selected.isEmpty());
     m_form->setVisible(!selected.isEmpty());
     m_settings->setVisible(selected.size() == 1);
+    m_settingsHeading->setVisible(selected.size() == 1);
     m_settings->setObject(m_session.film());
     m_form->refresh();
 }

@@ -23,5 +23,6 @@ private:
     QLabel *m_empty;
     ObjectEditor *m_form;
     SettingsForm *m_settings;
+    QWidget *m_settingsHeading;
     bool m_refreshIsDue = false;
 };

@@ -10,13 +10,16 @@ namespace
 {
 
 constexpr int UpdateDelayMs = 200;
+constexpr int Reduction = 4;
 
 QPixmap pictureOf(Page &page)
 {
     const QSizeF size = page.pageRect().size();
     const double longer = std::max(size.width(), size.height());
-    const QImage picture = page.rendered(PageModel::ThumbnailSide / longer);
-    QPixmap pixmap = QPixmap::fromImage(picture);
+    // Painted larger and then reduced, so that thin lines remain.
+    const QImage picture = page.rendered(Reduction * PageModel::ThumbnailSide / longer);
+    QPixmap pixmap = QPixmap::fromImage(picture.scaled(
+        picture.size() / Reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     QPainter painter(&pixmap);
     painter.setPen(QColor(0, 0, 0, 70));
     painter.drawRect(pixmap.rect().adjusted(0, 0, -1, -1));
@@ -92,7 +95,10 @@ QVariant PageModel::data(const QModelIndex &index, int role) const
         auto known = m_pictures.find(page);
         if (known == m_pictures.end())
             known = m_pictures.insert(page, pictureOf(*page));
-        return *known;
+        // Views tint the picture of a selected item, unless the icon has one of its own for that.
+        QIcon icon(*known);
+        icon.addPixmap(*known, QIcon::Selected);
+        return icon;
     }
     default:
         return QVariant();

@@ -1,6 +1,9 @@
 #include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/import/mediaimport.h"
+#include "flipbook/window/filecontroller.h"
+#include "flipbook/window/frames/framepanel.h"
+#include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/import/importcontroller.h"
 #include "flipbook/window/language.h"
 #include "flipbook/window/mainwindow.h"
@@ -9,7 +12,9 @@
 #include "flipbook/window/play/presentcontroller.h"
 #include "flipbook/window/progress.h"
 #include "flipbook/window/settings.h"
+#include "framework/page.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
@@ -22,13 +27,14 @@
 namespace
 {
 
-/// Films of the samples on a page, as a person would have put them there.
-CBaseObject &put(MainWindow &window, const QString &file, const QPointF &pos, double scale)
+/// Puts an animation of the samples on a page.
+CBaseObject &put(const Plugin &plugin, Page &page, const QString &file, const QPointF &pos,
+                 double scale)
 {
     Reading reading(qint64(1) << 30, false);
-    ImportedMedia media = importMedia(window.session().plugin(), file, reading);
+    ImportedMedia media = importMedia(plugin, file, reading);
     CBaseObject &object = *media.object.release();
-    window.session().page()->addObject(&object);
+    page.addObject(&object);
     object.setPos(pos, false);
     object.setSize(object.getSize() * scale, false, false);
     return object;
@@ -44,20 +50,25 @@ public:
     }
 
     void takeAll();
+    void takeSharp();
 
 private:
     using Scene = std::function<void(MainWindow &window)>;
 
     void take(const QString &name, const Scene &scene);
     void save(QWidget &widget, const QString &name);
+    void writeDocument();
     void threeObjects(MainWindow &window);
     void presentation();
     void importing();
+    void messages();
     void dark();
 
     Plugin m_plugin;
     QString m_samples;
     QString m_out;
+    QTemporaryDir m_folder;
+    QString m_document = m_folder.filePath(QStringLiteral("park.flipbook"));
 };
 
 void Photographer::save(QWidget &widget, const QString &name)
@@ -75,11 +86,24 @@ void Photographer::take(const QString &name, const Scene &scene)
     save(window, name);
 }
 
+/// The document that a person would have made of the samples.
+void Photographer::writeDocument()
+{
+    Document document;
+    document.setKeepsImagesInline(false);
+    Page &page = *document.addPage(QRectF(0, 0, 960, 720));
+    put(m_plugin, page, m_samples + QStringLiteral("/walk.gif"), {90, 180}, 2.0);
+    put(m_plugin, page, m_samples + QStringLiteral("/bounce"), {520, 140}, 1.5);
+    put(m_plugin, page, m_samples + QStringLiteral("/apple.png"), {640, 440}, 1.0);
+    Page &second = *document.addPage(QRectF(0, 0, 960, 720));
+    put(m_plugin, second, m_samples + QStringLiteral("/uneven.gif"), {350, 200}, 2.0);
+    saveDocument(document, m_document);
+}
+
 void Photographer::threeObjects(MainWindow &window)
 {
-    CBaseObject &walk = put(window, m_samples + QStringLiteral("/walk.gif"), {90, 180}, 2.0);
-    put(window, m_samples + QStringLiteral("/bounce"), {520, 140}, 1.5);
-    put(window, m_samples + QStringLiteral("/apple.png"), {640, 440}, 1.0);
+    window.files().open(m_document);
+    CBaseObject &walk = *window.session().page()->objects().first();
     window.session().page()->selectObjects({&walk});
     AnimatedObject(walk).showFrame(4);
 }
@@ -91,7 +115,8 @@ void Photographer::presentation()
     threeObjects(window);
     window.presenter().present();
     Presentation &presentation = *window.presenter().presentation();
-    presentation.resize(1280, 800);
+    presentation.showNormal();
+    presentation.resize(1280, 720);
     QTest::qWait(100);
     save(presentation, QStringLiteral("presentation"));
     presentation.close();
@@ -127,19 +152,35 @@ void Photographer::dark()
     QApplication::setPalette(before);
 }
 
+void Photographer::messages()
+{
+    QDir::setCurrent(m_folder.path());
+    QFile::copy(m_samples + QStringLiteral("/uneven.gif"), QStringLiteral("uneven.gif"));
+    QFile damaged(QStringLiteral("damaged.gif"));
+    if (damaged.open(QIODevice::WriteOnly))
+        damaged.write("GIF89a");
+    damaged.close();
+    take(QStringLiteral("message"), [](MainWindow &window) {
+        window.importer().importToPage({QStringLiteral("uneven.gif")});
+        window.importer().importToPage({QStringLiteral("damaged.gif")});
+    });
+}
+
 void Photographer::takeAll()
 {
+    writeDocument();
     take(QStringLiteral("empty"), [](MainWindow &) {});
     take(QStringLiteral("objects"), [this](MainWindow &window) { threeObjects(window); });
+    take(QStringLiteral("frames"), [this](MainWindow &window) {
+        threeObjects(window);
+        window.frames().strip().selectRows({2, 3, 5});
+        window.actions().action(QStringLiteral("onion-skin"))->setChecked(true);
+    });
     take(QStringLiteral("history"), [this](MainWindow &window) {
         threeObjects(window);
         for (const char *id : {"mirror", "duplicate-frames", "reverse-frames", "raise-to-top",
                                "align-middle", "undo"})
             window.actions().action(QLatin1String(id))->trigger();
-    });
-    take(QStringLiteral("message"), [this](MainWindow &window) {
-        window.importer().importToPage({m_samples + QStringLiteral("/uneven.gif")});
-        window.importer().importToPage({m_samples + QStringLiteral("/missing.gif")});
     });
     importing();
     presentation();
@@ -147,10 +188,21 @@ void Photographer::takeAll()
     Language::install(QLocale(QStringLiteral("zh_CN")));
     take(QStringLiteral("chinese"), [this](MainWindow &window) { threeObjects(window); });
     Language::install(QLocale(QLocale::English));
-    take(QStringLiteral("small"), [this](MainWindow &window) {
+    take(QStringLiteral("several"), [this](MainWindow &window) {
         window.resize(1024, 700);
         threeObjects(window);
         window.session().page()->selectObjects(window.session().page()->objects());
+    });
+    messages();
+}
+
+/// Of a window on a screen of twice the resolution.
+void Photographer::takeSharp()
+{
+    writeDocument();
+    take(QStringLiteral("2x"), [this](MainWindow &window) {
+        window.resize(1024, 700);
+        threeObjects(window);
     });
 }
 
@@ -158,6 +210,7 @@ void Photographer::takeAll()
 
 int main(int argc, char *argv[])
 {
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 3) {
@@ -168,6 +221,10 @@ int main(int argc, char *argv[])
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     qputenv("XDG_DATA_HOME", settings.path().toLocal8Bit());
     WindowSettings().setValue(QStringLiteral("play/never"), true);
-    Photographer(arguments.at(1), arguments.at(2)).takeAll();
+    Photographer photographer(arguments.at(1), arguments.at(2));
+    if (application.devicePixelRatio() > 1.0)
+        photographer.takeSharp();
+    else
+        photographer.takeAll();
     return 0;
 }

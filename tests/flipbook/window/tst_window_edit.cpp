@@ -194,7 +194,7 @@ void TestWindowEdit::oneObjectIsAlignedWithThePage()
     m_fixture->trigger("align-middle");
     QCOMPARE(m_one->getPos(), QPointF(920, 345));
     QCOMPARE(m_fixture->history(),
-             QStringList({QStringLiteral("Align right"), QStringLiteral("Align middle")}));
+             QStringList({QStringLiteral("Align Right"), QStringLiteral("Align Middle")}));
 }
 
 void TestWindowEdit::severalAreAlignedWithEachOther()

@@ -2,6 +2,7 @@
 #include "flipbook/window/frames/framemodel.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
+#include "flipbook/window/historybudget.h"
 #include "tests/flipbook/window/windowfixture.h"
 #include "tests/support/pictures.h"
 
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void undoneEditsGiveTheFirstBytes();
     void theSelectionInTheStripFollowsEdits();
     void aFilmThatWasResizedKeepsItsScale();
+    void theHistoryCountsPicturesThatObjectsShareOnce();
+    void aHistoryThatNeedsTooMuchMemoryIsCleared();
 
 private:
     CBaseObject &film() { return *m_fixture->session().film(); }
@@ -271,6 +274,39 @@ void TestWindowFrames::aFilmThatWasResizedKeepsItsScale()
     QCOMPARE(film().getPos(), QPointF(100, 100));
     m_fixture->trigger("next-frame");
     QCOMPARE(film().getSize(), QSizeF(80, 60));
+}
+
+void TestWindowFrames::theHistoryCountsPicturesThatObjectsShareOnce()
+{
+    const HistoryBudget &budget = *m_fixture->window().findChild<HistoryBudget *>();
+    const int frames = AnimatedObject(*m_fixture->session().film()).frameCount();
+    constexpr qint64 picture = 40 * 30 * 4;
+    m_fixture->trigger("reverse-frames");
+    QCOMPARE(budget.keptBytes(), 0);
+    m_fixture->window().frames().strip().selectRows({0});
+    m_fixture->trigger("delete-frames");
+    QCOMPARE(budget.keptBytes(), picture);
+    m_fixture->page().selectObjects(m_fixture->page().objects());
+    m_fixture->trigger("delete");
+    QCOMPARE(budget.keptBytes(), frames * picture);
+    m_fixture->trigger("undo");
+    m_fixture->trigger("undo");
+    QCOMPARE(budget.keptBytes(), 0);
+}
+
+void TestWindowFrames::aHistoryThatNeedsTooMuchMemoryIsCleared()
+{
+    m_fixture->window().findChild<HistoryBudget *>()->setBytes(40 * 30 * 4);
+    m_fixture->trigger("reverse-frames");
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Reverse Frames")}));
+    m_fixture->page().selectObjects(m_fixture->page().objects());
+    m_fixture->trigger("delete");
+    QTRY_COMPARE(m_fixture->history(), QStringList());
+    QCOMPARE(m_fixture->messages().size(), 1);
+    QVERIFY2(m_fixture->messages().first().startsWith(QLatin1String("The history was cleared")),
+             qPrintable(m_fixture->messages().first()));
+    QVERIFY(m_fixture->page().objects().isEmpty());
+    QVERIFY(m_fixture->session().isDirty());
 }
 
 QTEST_MAIN(TestWindowFrames)

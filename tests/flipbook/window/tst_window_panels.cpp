@@ -29,6 +29,7 @@ private Q_SLOTS:
     void aNewNameRenamesTheFrames();
     void undoingANameBringsTheOldFrameNamesBack();
     void severalObjectsAreChangedInOneStep();
+    void whatSeveralObjectsDoNotShareIsBlank();
     void theTypeMovesTheObjectToTheBackground();
     void settingsAreDrawnFromTheObjectsDescription();
     void thePlaySwitchFollowsTheObject();
@@ -153,6 +154,21 @@ void TestWindowPanels::severalObjectsAreChangedInOneStep()
     QVERIFY(film().isMirrored());
     QVERIFY(other.isMirrored());
     QCOMPARE(m_fixture->history().size(), 2);
+}
+
+void TestWindowPanels::whatSeveralObjectsDoNotShareIsBlank()
+{
+    CBaseObject &other = m_fixture->addFilm({Qt::green}, {300, 100});
+    m_fixture->page().selectObjects({m_film, &other});
+    auto *x = m_fixture->window().findChild<QDoubleSpinBox *>(QStringLiteral("x"));
+    auto *y = m_fixture->window().findChild<QDoubleSpinBox *>(QStringLiteral("y"));
+    QCOMPARE(x->text(), QString());
+    QCOMPARE(y->text(), QStringLiteral("100.0"));
+    // The value of the first one, typed for all.
+    QTest::keyClicks(x, QStringLiteral("100"));
+    QTest::keyClick(x, Qt::Key_Return);
+    QCOMPARE(other.getPos(), QPointF(100, 100));
+    QCOMPARE(x->text(), QStringLiteral("100.0"));
 }
 
 void TestWindowPanels::theTypeMovesTheObjectToTheBackground()
