@@ -184,7 +184,8 @@ QByteArray TestWindowPlay::bytes()
 
 void TestWindowPlay::escapeComesBackToThePageAsItWas()
 {
-    // An object saves which part of it the page shows, and computes that when a presentation starts.
+    // An object saves which part of it the page shows, and computes that when a presentation
+    // starts.
     present().close();
     film().showFrame(1);
     m_fixture->page().selectObjects({m_film});
