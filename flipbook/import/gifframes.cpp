@@ -1,8 +1,23 @@
 #include "flipbook/import/gifframes.h"
 
+#include <QtGui/QImageReader>
 #include <QtGui/QMovie>
 
 #include <algorithm>
+
+namespace
+{
+
+/// QMovie would subtract the time that it took to read the frame.
+int firstDelay(const QString &path)
+{
+    QImageReader reader(path, "gif");
+    // The delay after a frame is known once that frame was read.
+    reader.read();
+    return reader.nextImageDelay();
+}
+
+} // namespace
 
 GifFrames readGifFrames(const QString &copy, const QString &stem,
                         const std::function<void(int)> &progress)
@@ -13,11 +28,9 @@ GifFrames readGifFrames(const QString &copy, const QString &stem,
     for (int i = 0; i < count && movie.jumpToFrame(i); ++i) {
         gif.frames.append(
             {QStringLiteral("%1_%2").arg(stem, QString::number(i + 1)), movie.currentImage()});
-        gif.delaysMs.append(movie.nextFrameDelay());
         progress(i + 1);
     }
-    // The delay after a frame is known once that frame was read.
-    gif.intervalMs = gif.delaysMs.value(0);
+    gif.intervalMs = firstDelay(copy);
     gif.loopCount = std::max(0, movie.loopCount()) - 1;
     return gif;
 }

@@ -9,9 +9,8 @@
 /// The frames of a GIF as an object would import them.
 struct GifFrames {
     Plugin::Frames frames;
-    QVector<int> delaysMs; ///< how long each is shown
-    int intervalMs = 0;    ///< the time that an object gives all of them
-    int loopCount = -1;    ///< repetitions after the first pass; -1 is forever
+    int intervalMs = 0; ///< the time that an object gives all of them
+    int loopCount = -1; ///< repetitions after the first pass; -1 is forever
 };
 
 /// Reads the GIF at @p copy, which was examined before and which nobody else changes, frame by

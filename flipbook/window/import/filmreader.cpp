@@ -169,8 +169,12 @@ ReadFilm FilmReader::readGif(QFile &file, const QString &path)
     film.path = path;
     film.warnings = source.warnings;
     film.object = state.withFrames(m_plugin, gif.frames, 0);
-    if (isUneven(gif.delaysMs))
-        keepRhythm(film, gif.delaysMs);
+    if (source.descriptors.shortestDelay != source.descriptors.longestDelay) {
+        QVector<int> delaysMs = frameDelays(source.copy);
+        delaysMs.resize(gif.frames.size());
+        if (isUneven(delaysMs))
+            keepRhythm(film, delaysMs);
+    }
     return film;
 }
 

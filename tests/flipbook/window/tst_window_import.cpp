@@ -25,6 +25,7 @@ private Q_SLOTS:
     void aDroppedGifBecomesAnObjectWhereItWasDropped();
     void readingInPiecesGivesTheFilmThatTheObjectItselfImports();
     void anUnevenGifKeepsItsRhythmAndOffersOneTime();
+    void framesThatTakeLongToReadAreNotTakenForUnevenOnes();
     void picturesOfOneSizeBecomeOneFilmInNaturalOrder();
     void theyCanBecomeSingleObjectsInstead();
     void aFolderOfPicturesBecomesAFilm();
@@ -119,6 +120,18 @@ void TestWindowImport::anUnevenGifKeepsItsRhythmAndOffersOneTime()
     QCOMPARE(m_fixture->messages(), QStringList());
     m_fixture->trigger("undo");
     QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 6);
+}
+
+void TestWindowImport::framesThatTakeLongToReadAreNotTakenForUnevenOnes()
+{
+    GifBuilder builder(3000, 2000);
+    for (int i = 0; i < 3; ++i)
+        builder.add(i, 10);
+    builder.write(m_fixture->path(QStringLiteral("large.gif")));
+    m_fixture->dropOnPage({200, 150}, {m_fixture->path(QStringLiteral("large.gif"))});
+    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 3);
+    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
+    QCOMPARE(m_fixture->messages(), QStringList());
 }
 
 void TestWindowImport::picturesOfOneSizeBecomeOneFilmInNaturalOrder()
