@@ -1,6 +1,7 @@
 """Tries mutants one after another and reports on them."""
 
 import contextlib
+import fcntl
 import itertools
 import queue
 import sys
@@ -130,6 +131,15 @@ class Campaign:
             self._work(waiting, lambda file: again[file])
 
     def _work(self, files, mutants_of):
+        # Two runs would change each other's trees.
+        with (self.folder / "lock").open("w") as lock:
+            try:
+                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            except BlockingIOError:
+                raise SystemExit("mutate: another run is at work") from None
+            self._work_alone(files, mutants_of)
+
+    def _work_alone(self, files, mutants_of):
         jobs = min(self.options.jobs, len(files))
         workers = [Worker(self.root, self.folder / str(i + 1), self.options.jobs)
                    for i in range(jobs)]

@@ -136,19 +136,18 @@ class Reach:
         """The tests that may notice a mutant, the likeliest first."""
         wanted = set(range(mutant.first_line, mutant.last_line + 1))
         is_counted = bool(wanted & set(self.data.get("counted", {}).get(mutant.file, [])))
+        known = {test["name"]: self._known(test) for test in self.shop.tests}
+        usable = [test for test in self.shop.tests if known[test["name"]].get("seconds") is not None]
+        is_reached = any(mutant.file in known[test["name"]]["lines"] for test in usable)
         found = []
-        for test in self.shop.tests:
-            known = self._known(test)
-            if known.get("seconds") is None:
-                continue
-            reached = set(known["lines"].get(mutant.file, []))
-            # A line without code of its own, such as that of a constant, is judged by its file; a
-            # program without counts, by nothing.
-            if wanted & reached or (not is_counted and reached) or not known["lines"]:
-                total = sum(len(numbers) for numbers in known["lines"].values()) or 1
-                found.append((len(reached) / total / (known["seconds"] + 0.1), test))
-        if not found and not is_counted:
-            found = [(0, t) for t in self.shop.tests if self._known(t).get("seconds") is not None]
+        for test in usable:
+            lines, seconds = known[test["name"]]["lines"], known[test["name"]]["seconds"]
+            reached = set(lines.get(mutant.file, []))
+            # A line without code of its own, such as that of a constant, is judged by its file, and
+            # a file without code by nothing; nor is a program without counts.
+            if wanted & reached or (not is_counted and (reached or not is_reached)) or not lines:
+                total = sum(len(numbers) for numbers in lines.values()) or 1
+                found.append((len(reached) / total / (seconds + 0.1), test))
         return [test for _, test in sorted(found, key=lambda pair: -pair[0])]
 
     def seconds(self, test):
