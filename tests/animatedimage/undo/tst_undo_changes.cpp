@@ -34,6 +34,7 @@ private Q_SLOTS:
     void theNumbersOfTheSettingsAreFixed();
     void aPushAppliesTheNewValueAndUndoTheOld_data();
     void aPushAppliesTheNewValueAndUndoTheOld();
+    void valuesThatWereNotGivenAreFalseAndZero();
     void redoTwiceIsRedoOnce_data();
     void redoTwiceIsRedoOnce();
     void anUnknownSettingChangesNothing_data();
@@ -94,6 +95,32 @@ void TestUndoChanges::aPushAppliesTheNewValueAndUndoTheOld()
     QCOMPARE(settings(stage), done);
     stack().undo();
     QCOMPARE(settings(stage), undone);
+}
+
+void TestUndoChanges::valuesThatWereNotGivenAreFalseAndZero()
+{
+    Stage stage;
+    const QList<int> given{70, 1, 5};
+    const auto give = [&stage] {
+        stage.probe.shiftInterval() = 70;
+        stage.probe.keepRatio() = true;
+        stage.probe.loopCount() = 5;
+    };
+    const QList<QPair<ANIMATEDIMAGE_CHANGE_TYPE, QList<int>>> expected{
+        {CHANGE_SHIFT_INTERVAL, {0, 1, 5}},
+        {CHANGE_KEEP_RATIO, {70, 0, 5}},
+        {CHANGE_LOOP_COUNT, {70, 1, 0}},
+    };
+    for (const auto &[type, values] : expected) {
+        CAnimatedImageChangeCommand command(stage.image, type);
+        give();
+        QCOMPARE(settings(stage), given);
+        command.redo();
+        QCOMPARE(settings(stage), values);
+        give();
+        command.undo();
+        QCOMPARE(settings(stage), values);
+    }
 }
 
 void TestUndoChanges::redoTwiceIsRedoOnce_data()
