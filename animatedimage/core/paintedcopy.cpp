@@ -44,7 +44,7 @@ bool isSmoothedAlike(const QPainter &painter, const QRectF &target, const QSize 
 
 } // namespace
 
-const QImage &PaintedCopy::of(const QImage &picture, const QPainter &painter, const QRectF &target)
+QImage PaintedCopy::of(const QImage &picture, const QPainter &painter, const QRectF &target)
 {
     if (m_key != picture.cacheKey()) {
         drop();

@@ -21,7 +21,7 @@ public:
     /// What to paint into @p target instead of @p picture: the copy, if it gives exactly the same
     /// pixels there and the budget allows it; otherwise @p picture. The copy is made when the same
     /// picture is painted for the second time in a row, which a playing animation does not do.
-    const QImage &of(const QImage &picture, const QPainter &painter, const QRectF &target);
+    QImage of(const QImage &picture, const QPainter &painter, const QRectF &target);
 
     /// Bytes of the copy.
     qint64 bytes() const { return m_bytes; }

@@ -18,7 +18,7 @@ void ThumbnailCache::write(QDataStream &stream, const QImage &picture)
     stream << thumbnail(picture);
 }
 
-const QImage &PaintedCopy::of(const QImage &picture, const QPainter &, const QRectF &)
+QImage PaintedCopy::of(const QImage &picture, const QPainter &, const QRectF &)
 {
     return picture;
 }
