@@ -6,6 +6,7 @@ import itertools
 import queue
 import sys
 import threading
+import time
 from pathlib import Path
 
 from . import ledger, reach, selection, trial, workshop
@@ -98,6 +99,7 @@ class Campaign:
         self.quota = selection.quotas(self.queues, options.count)
         self.lock = threading.Lock()
         self.stopping = threading.Event()
+        self.ended = []
 
     # Choosing.
 
@@ -152,19 +154,30 @@ class Campaign:
         waiting = queue.SimpleQueue()
         for file in sorted(files, key=workers[0].shop.use_count):
             waiting.put(file)
-        threads = [threading.Thread(target=self._serve, args=(worker, waiting, mutants_of))
-                   for worker in workers]
+        threads = [threading.Thread(target=self._serve_to_the_end,
+                                    args=(worker, waiting, mutants_of)) for worker in workers]
+        started = 0
         try:
             for thread in threads:
                 thread.start()
-            for thread in threads:
-                thread.join()
+                started += 1
+            self._wait_for(started)
         finally:
             # When the run is stopped, each ends with its mutant and puts back what it changed.
             self.stopping.set()
-            for thread in threads:
-                if thread.ident:
-                    thread.join()
+            self._wait_for(started)
+
+    def _wait_for(self, count):
+        """Waits until so many threads have ended. A join() that a signal interrupts would take its
+        thread for ended."""
+        while len(self.ended) < count:
+            time.sleep(0.2)
+
+    def _serve_to_the_end(self, *arguments):
+        try:
+            self._serve(*arguments)
+        finally:
+            self.ended.append(True)
 
     def _serve(self, worker, waiting, mutants_of):
         with contextlib.suppress(queue.Empty):
