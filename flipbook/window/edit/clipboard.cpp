@@ -13,8 +13,8 @@
 namespace
 {
 
-const QString ObjectsFormat = QStringLiteral("application/x-flipbook-objects");
-const QString FramesFormat = QStringLiteral("application/x-flipbook-frames");
+const QLatin1String ObjectsFormat("application/x-flipbook-objects");
+const QLatin1String FramesFormat("application/x-flipbook-frames");
 constexpr quint32 MostObjects = 10000;
 constexpr quint32 MostFrames = 20000;
 constexpr double MostPixels = 1 << 26;

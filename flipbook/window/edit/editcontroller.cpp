@@ -20,7 +20,7 @@ namespace
 {
 
 /// How far a copy lies from its original.
-const QPointF Offset(16, 16);
+constexpr QPointF Offset(16, 16);
 
 bool isTaken(const Page &page, const QPointF &pos)
 {

@@ -16,7 +16,7 @@
 namespace
 {
 
-const QString RowsFormat = QStringLiteral("application/x-flipbook-frame-rows");
+const QLatin1String RowsFormat("application/x-flipbook-frame-rows");
 
 /// Rows mean something in this process only, which writes its number before them.
 QByteArray encodedRows(const QVector<int> &rows)
