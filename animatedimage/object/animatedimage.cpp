@@ -11,6 +11,8 @@
 
 #include <QtCore/QTimer>
 
+#include <new>
+
 CAnimatedImage::CAnimatedImage(int objectId, bool editable, QGraphicsItem *parent)
     : CBaseObject(objectId, editable, parent, nullptr)
     , m_belongDoc(nullptr)
@@ -72,11 +74,12 @@ QSize CAnimatedImage::getImageSize()
 }
 
 void CAnimatedImage::getBelongDoc()
-{
+try {
     if (const IGdPage *page = GetPage())
         m_belongDoc = page->document();
     if (!m_belongDoc)
         m_belongDoc = GetFramework()->defaultDocument();
+} catch (const std::bad_alloc &) {
 }
 
 bool CAnimatedImage::isFrame(int index) const
@@ -117,12 +120,18 @@ bool CAnimatedImage::notifyShownContent()
 }
 
 QString CAnimatedImage::generatePortraitName(const QString &baseText, bool stemAllowed) const
-{
+try {
     return FrameList::freeName(m_portraits, baseText, stemAllowed);
+} catch (const std::bad_alloc &) {
+    return QString();
 }
 
 void CAnimatedImage::GetAllThumbnail(bool fullSize, ThumbnailList &out) const
-{
+try {
+    // All or none, without memory too.
+    ThumbnailList all;
     for (const CAnimatedPortrait &frame : m_portraits)
-        out.append({frame.name, fullSize ? frame.image : thumbnail(frame.image)});
+        all.append({frame.name, fullSize ? frame.image : thumbnail(frame.image)});
+    out += all;
+} catch (const std::bad_alloc &) {
 }

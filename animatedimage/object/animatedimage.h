@@ -25,8 +25,10 @@ using ThumbnailList = QList<QPair<QString, QImage>>;
 /// Owned by the host, which creates it through createObject_animatedImage() and frees it with
 /// Release(). Owns its frames by value and its timer as a child. Everything runs on the GUI thread.
 /// Bad input (an index outside the list, an unreadable file, a damaged stream) is ignored or gives
-/// empty frames; no operation reports an error or lets an exception out. Any notification may lead
-/// the host to release the object; the operations below stop there.
+/// empty frames; no operation reports an error or lets an exception out. An operation that runs out
+/// of memory stops where it is, and returns false, null or what is empty; the object can be used
+/// and released as before. Any notification may lead the host to release the object; the operations
+/// below stop there.
 class ANIMATEDIMAGE_EXPORT CAnimatedImage : public CBaseObject
 {
     Q_OBJECT

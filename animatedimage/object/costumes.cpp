@@ -4,8 +4,10 @@
 
 #include <QtCore/QFile>
 
+#include <new>
+
 QJsonArray CAnimatedImage::generateCostumesCode(const QString &prefix)
-{
+try {
     QJsonArray costumes;
     IJsonUtil *util = GetJsonUtil();
     const QSizeF largest = CostumeCanvas::largestSize(framesWithSizes());
@@ -31,4 +33,6 @@ QJsonArray CAnimatedImage::generateCostumesCode(const QString &prefix)
         });
     }
     return costumes;
+} catch (const std::bad_alloc &) {
+    return QJsonArray();
 }

@@ -2,6 +2,8 @@
 #include "animatedimage/object/animatedimage.h"
 #include "host/notificationcodes.h"
 
+#include <new>
+
 namespace
 {
 
@@ -11,18 +13,19 @@ constexpr int MovedByHost = 2;
 } // namespace
 
 void CAnimatedImage::setSize(QSizeF size, bool keepCenter, bool notify)
-{
+try {
     if (!outlives([&] { CBaseObject::setSize(size, keepCenter, notify); }))
         return;
     updateRegion(false);
     // A background has one size for all its frames: that of the object.
     if (isBackgroundType())
         FrameList::resize(framesWithSizes(), m_rect.size());
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, double angle,
                                   bool update)
-{
+try {
     CGDRootObject::setCenterPos(center, size, angle, update);
     if (isBackgroundType()) {
         FrameList::resize(framesWithSizes(), m_rect.size());
@@ -32,6 +35,7 @@ void CAnimatedImage::setCenterPos(const QPointF &center, const QSizeF &size, dou
         updateRegion(false);
         updateAfterObjRectChanged(GetGraphicsItemPtr(), true);
     }
+} catch (const std::bad_alloc &) {
 }
 
 QPointF CAnimatedImage::getPos()
@@ -40,25 +44,28 @@ QPointF CAnimatedImage::getPos()
 }
 
 void CAnimatedImage::setPos(QPointF pos, bool notify)
-{
+try {
     if (isAlternateMode() && isBackgroundType() && m_status != MovedByHost) {
         m_bgPos = pos;
         notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
         return;
     }
     CGDRootObject::setPos(pos, notify);
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::setMirror(bool mirror, bool notify)
-{
+try {
     if (outlives([=] { CGDRootObject::setMirror(mirror, notify); }))
         followMirrorOrFlip();
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::setFlip(bool flip, bool notify)
-{
+try {
     if (outlives([=] { CGDRootObject::setFlip(flip, notify); }))
         followMirrorOrFlip();
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::followMirrorOrFlip()

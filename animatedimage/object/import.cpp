@@ -1,7 +1,11 @@
 #include "animatedimage/object/import.h"
 
+#include "animatedimage/core/framelist.h"
+
 #include <QtCore/QTimer>
 #include <QtGui/QImageReader>
+
+#include <new>
 
 namespace
 {
@@ -14,7 +18,7 @@ bool isGifPath(const QString &path)
 } // namespace
 
 bool CAnimatedImage::loadFromFile(const QString &path)
-{
+try {
     const Import import{*this};
     import.begin();
     const bool isGif = isGifPath(path);
@@ -25,10 +29,12 @@ bool CAnimatedImage::loadFromFile(const QString &path)
     if (import.sizeToFirstFrame(isGif))
         updateRegion(true);
     return true;
+} catch (const std::bad_alloc &) {
+    return true;
 }
 
 bool CAnimatedImage::loadFromFile(const QString &path, QIODevice *device)
-{
+try {
     const Import import{*this};
     import.begin();
     if (!isGifPath(path))
@@ -37,33 +43,40 @@ bool CAnimatedImage::loadFromFile(const QString &path, QIODevice *device)
     if (import.sizeToFirstFrame(true))
         updateRegion(true);
     return true;
+} catch (const std::bad_alloc &) {
+    return true;
 }
 
 bool CAnimatedImage::loadFromImage(const QImage *image)
-{
+try {
     if (!image)
         return true;
+    const QImage copy = image->copy();
     const Import import{*this};
     import.begin();
-    addFrames({CAnimatedPortrait(generatePortraitName(nameOnPage(), true), image->copy())});
+    addFrames({CAnimatedPortrait(FrameList::freeName(m_portraits, nameOnPage(), true), copy)});
     if (import.sizeToFirstFrame(true))
         updateRegion(0, true);
+    return true;
+} catch (const std::bad_alloc &) {
     return true;
 }
 
 void CAnimatedImage::loadFromGifFile(const QString &fileName)
-{
+try {
     QImageReader probe;
     probe.setFileName(fileName);
     Import{*this}.takeGif(readGifFile(fileName, probe));
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::loadFromGifFile(const QString &fileName, QIODevice *device)
-{
+try {
     if (fileName.isEmpty() || !device)
         return;
     QImageReader probe(device, QByteArray());
     Import{*this}.takeGif(readGifFile(fileName, probe));
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::Import::begin() const

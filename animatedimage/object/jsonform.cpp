@@ -2,8 +2,10 @@
 #include "animatedimage/object/savedform.h"
 #include "host/gddocument.h"
 
+#include <new>
+
 bool CAnimatedImage::saveJson(QJsonObject &json)
-{
+try {
     QList<QImage> images = SavedForm{*this}.storeOtherParams();
     CBaseObject::saveJson(json);
     getBelongDoc();
@@ -18,10 +20,12 @@ bool CAnimatedImage::saveJson(QJsonObject &json)
     json[JsonKey::UseGifInterval] = false;
     json[JsonKey::IsRunning] = m_isRunning;
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 bool CAnimatedImage::loadJson(QJsonObject &json)
-{
+try {
     CBaseObject::loadJson(json);
     SavedForm::Frames saved = SavedForm{*this}.restoreOtherParams();
 
@@ -49,4 +53,6 @@ bool CAnimatedImage::loadJson(QJsonObject &json)
         loadFromGifFile(gifPath);
     SavedForm{*this}.finishLoading(saved);
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }

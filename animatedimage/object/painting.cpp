@@ -5,6 +5,7 @@
 #include <QtGui/QPainter>
 
 #include <cmath>
+#include <new>
 
 namespace
 {
@@ -29,7 +30,7 @@ void paintPattern(QPainter &painter, const QRectF &part, const QPointF &position
 } // namespace
 
 void CAnimatedImage::OnQPainterDraw(QPainter *painter)
-{
+try {
     if (!painter)
         return;
     painter->setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
@@ -47,6 +48,7 @@ void CAnimatedImage::OnQPainterDraw(QPainter *painter)
     const QImage &image = m_portraits.at(m_runningIndex).image;
     painter->drawImage(m_rect, m_paintedCopy.of(image, *painter, m_rect),
                        QRectF(QPointF(0.0, 0.0), QSizeF(image.size())));
+} catch (const std::bad_alloc &) {
 }
 
 QRectF CAnimatedImage::boundingRect() const
@@ -55,16 +57,18 @@ QRectF CAnimatedImage::boundingRect() const
 }
 
 void CAnimatedImage::generateBGImage(int index)
-{
+try {
     measureOnce(index);
     m_bgImage = isFrame(index) ? BackgroundTile::tile(m_portraits.at(index).image, m_rect.size())
                                : QImage();
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::regenBGImage()
-{
+try {
     m_bgRect = visibleRect();
     generateBGImage(m_runningIndex);
+} catch (const std::bad_alloc &) {
 }
 
 QRectF CAnimatedImage::visibleRect()

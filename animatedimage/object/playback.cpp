@@ -9,6 +9,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTimer>
 
+#include <new>
+
 namespace
 {
 
@@ -27,7 +29,7 @@ void postSetting(const QString &id, const QJsonValue &value)
 } // namespace
 
 void CAnimatedImage::playImage(bool run)
-{
+try {
     if (run != m_isRunning) {
         if (run)
             m_loopsDone = 0;
@@ -42,10 +44,11 @@ void CAnimatedImage::playImage(bool run)
             return;
     }
     notifyPlayStatus();
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::onShiftTimeout()
-{
+try {
     if (!m_playEnabled || !m_isRunning)
         return;
     const Playback playback{*this};
@@ -57,10 +60,11 @@ void CAnimatedImage::onShiftTimeout()
         return;
     if (playback.showFrame(step.index))
         notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::setCurrentIndex(int index)
-{
+try {
     const Playback playback{*this};
     if (isBackgroundType()) {
         m_runningIndex = index;
@@ -92,12 +96,14 @@ void CAnimatedImage::setCurrentIndex(int index)
         return;
     if (playback.refreshShownFrame())
         notifyObjPropertyChanged(PropertyChange::ShownContent, QString());
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::setShiftInterval(int ms)
-{
+try {
     m_shiftInterval = ms;
     Playback{*this}.restartTimer();
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::setKeepRatio(bool keepRatio)
@@ -111,15 +117,17 @@ void CAnimatedImage::setLoopCount(int count)
 }
 
 void CAnimatedImage::notifyPlayStatus()
-{
+try {
     const QString running = m_isRunning ? QStringLiteral("true") : QStringLiteral("false");
     qDebug("notifyPlayStatus = %s", qPrintable(running));
     postSetting(SettingId::Play, running);
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::notifyAnimatedType()
-{
+try {
     postSetting(SettingId::AnimatedType, m_animatedType);
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::Playback::restartTimer() const

@@ -5,19 +5,24 @@
 #include <new>
 
 QList<QRect> CAnimatedImage::rectsFromImage(const QImage &image, int threshold)
-{
+try {
     return OpaqueRegion::rectsFromImage(image, threshold);
+} catch (const std::bad_alloc &) {
+    return QList<QRect>();
 }
 
 void CAnimatedImage::mergeRects(QList<QRect> &done, QList<QRect> &open, QList<QRect> &row)
-{
+try {
     OpaqueRegion::mergeRects(done, open, row);
+} catch (const std::bad_alloc &) {
 }
 
 bool CAnimatedImage::getImageForPath(QImage &source, QImage &out, int maxSide)
-{
+try {
     out = OpaqueRegion::measuredImage(source, maxSide);
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 FrameRegions::View CAnimatedImage::view() const
@@ -26,14 +31,16 @@ FrameRegions::View CAnimatedImage::view() const
 }
 
 void CAnimatedImage::updateRegion(bool recompute)
-{
+try {
     m_regions.updateAll(m_portraits, view(), recompute);
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedImage::updateRegion(int index, bool recompute)
-{
+try {
     if (isFrame(index))
         m_regions.updateOne(m_portraits[index], view(), recompute);
+} catch (const std::bad_alloc &) {
 }
 
 /// Gives a frame that came back through undo its hit path, where it is shown without the object

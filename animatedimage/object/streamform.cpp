@@ -4,8 +4,10 @@
 
 #include <QtCore/QDataStream>
 
+#include <new>
+
 bool CAnimatedImage::save(QDataStream &stream)
-{
+try {
     QList<QImage> images = SavedForm{*this}.storeOtherParams();
     CBaseObject::save(stream);
     getBelongDoc();
@@ -24,10 +26,12 @@ bool CAnimatedImage::save(QDataStream &stream)
     stream << qint32(m_shiftInterval) << m_keepRatio << m_mirror << m_flip << qint32(m_loopCount)
            << usesGifInterval << m_isRunning;
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 bool CAnimatedImage::load(QDataStream &stream)
-{
+try {
     CBaseObject::load(stream);
     SavedForm::Frames saved = SavedForm{*this}.restoreOtherParams();
     getBelongDoc();
@@ -59,4 +63,6 @@ bool CAnimatedImage::load(QDataStream &stream)
         loadFromGifFile(gifPath);
     SavedForm{*this}.finishLoading(saved);
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }

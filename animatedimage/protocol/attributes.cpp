@@ -4,6 +4,8 @@
 #include "host/attributeids.h"
 #include "host/notificationcodes.h"
 
+#include <new>
+
 /// What the attributes do.
 struct CAnimatedImage::Attributes {
     /// Remembers what editing shows, and computes what a presentation will show of a background.
@@ -17,7 +19,7 @@ struct CAnimatedImage::Attributes {
 };
 
 bool CAnimatedImage::SetAttribute(int id, QDataStream &stream, bool flag)
-{
+try {
     const Attributes attributes{*this};
     if (CGDRootObject::SetAttribute(id, stream, flag)) {
         if (id == AttributeId::EnterAlternateMode)
@@ -44,6 +46,8 @@ bool CAnimatedImage::SetAttribute(int id, QDataStream &stream, bool flag)
     default:
         return false;
     }
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 void CAnimatedImage::Attributes::saveEditingState() const

@@ -1,8 +1,12 @@
 #include "animatedimage/protocol/entrypoints.h"
 
+#include <new>
+
 CBaseObject *createObject_animatedImage(int /*unused*/, int objectId, bool editable)
-{
+try {
     return new CAnimatedImage(objectId, editable, nullptr);
+} catch (const std::bad_alloc &) {
+    return nullptr;
 }
 
 bool animatedImage_SetDefaultSpecialProperty(int id, QDataStream &stream)

@@ -5,11 +5,11 @@
 class CBaseObject;
 class QDataStream;
 
-/// The functions that a host looks up by name. None reports an error or throws, but without
-/// memory while an object is made.
+/// The functions that a host looks up by name. None reports an error or throws.
 extern "C" {
 
-/// A new animated image that belongs to the caller, who frees it with Release(). The first number
+/// A new animated image that belongs to the caller, who frees it with Release(); null without
+/// memory. The first number
 /// has no effect; @p objectId and @p editable are passed on to the base class.
 ANIMATEDIMAGE_EXPORT CBaseObject *createObject_animatedImage(int unused, int objectId,
                                                              bool editable);

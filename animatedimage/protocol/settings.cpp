@@ -5,6 +5,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTimer>
 
+#include <new>
+
 namespace
 {
 
@@ -16,7 +18,7 @@ bool isOn(const QString &value)
 } // namespace
 
 bool CAnimatedImage::GetSettingJson(QString &json)
-{
+try {
     // The host's helpers take their texts by reference.
     QString playId = SettingId::Play;
     QString playLabel = QStringLiteral("IDS_MULTIPAGE_PLAY");
@@ -39,10 +41,12 @@ bool CAnimatedImage::GetSettingJson(QString &json)
     const QJsonObject root{{QStringLiteral("settings"), settings}};
     json = QString::fromUtf8(QJsonDocument(root).toJson().constData());
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool /*notify*/)
-{
+try {
     QMap<QString, QString> changes;
     if (!ParseSettingJson(json, changes))
         return false;
@@ -63,14 +67,18 @@ bool CAnimatedImage::SetSettingJson(const QString &json, bool /*undoable*/, bool
     if (changes.contains(SettingId::LoopCount))
         setLoopCount(isOn(changes.value(SettingId::LoopCount)) ? LoopForever : 0);
     return true;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 bool CAnimatedImage::setOtherParams(const QString &key, const QVariant &value)
-{
+try {
     if (key == JsonKey::ObjectName) {
         const QString name = value.toString();
         for (int i = 0; i < m_portraits.size(); ++i)
             m_portraits[i].name = FrameNames::numbered(name, i + 1);
     }
     return CGDRootObject::setOtherParams(key, value);
+} catch (const std::bad_alloc &) {
+    return false;
 }

@@ -1,13 +1,15 @@
 #include "animatedimage/protocol/requests.h"
 #include "host/specialpropertyids.h"
 
+#include <new>
+
 bool CAnimatedImage::SetDefaultSpecialProperty(int /*id*/, QDataStream & /*stream*/)
 {
     return true;
 }
 
 bool CAnimatedImage::GetSpecialProperty(int id, QDataStream &stream)
-{
+try {
     const Requests request{*this, stream};
     switch (id) {
     case SpecialPropertyId::FrameName:
@@ -55,10 +57,12 @@ bool CAnimatedImage::GetSpecialProperty(int id, QDataStream &stream)
     default:
         return CGDRootObject::GetSpecialProperty(id, stream);
     }
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 bool CAnimatedImage::SetSpecialProperty(int id, QDataStream &stream, bool flag)
-{
+try {
     const Requests request{*this, stream};
     bool isAlive = true;
     switch (id) {
@@ -101,6 +105,8 @@ bool CAnimatedImage::SetSpecialProperty(int id, QDataStream &stream, bool flag)
         break;
     }
     return isAlive ? CGDRootObject::SetSpecialProperty(id, stream, flag) : true;
+} catch (const std::bad_alloc &) {
+    return false;
 }
 
 void CAnimatedImage::Requests::answerFrameName() const

@@ -6,6 +6,9 @@
 #include "host/gdpage.h"
 #include "host/notificationcodes.h"
 
+#include <memory>
+#include <new>
+
 /// What the commands of these requests do to their object.
 struct CAnimatedImage::UndoableEdits {
     /// Only the first frame is measured at once; the others are when they are shown.
@@ -58,6 +61,31 @@ Types readTypes(QDataStream &stream)
     return types;
 }
 
+/// A macro of the host, unless one is open already. It is closed even without memory.
+class UndoMacro
+{
+public:
+    UndoMacro()
+        : m_isOwn(!GetFramework()->isUndoMacroOpen())
+    {
+        if (m_isOwn)
+            GetFramework()->openUndoMacro(QStringLiteral("IDS_KT_UNDOREDO_NAME_ANNIMATED_TYPE"));
+    }
+    ~UndoMacro()
+    {
+        try {
+            if (m_isOwn)
+                GetFramework()->closeUndoMacro();
+        } catch (const std::bad_alloc &) { // The host does what it can.
+        }
+    }
+
+private:
+    Q_DISABLE_COPY(UndoMacro)
+
+    const bool m_isOwn;
+};
+
 } // namespace
 
 void CAnimatedImage::Requests::replaceAllFrames() const
@@ -80,13 +108,13 @@ void CAnimatedImage::Requests::replaceAllFrames() const
         if (self)
             UndoableEdits{*self}.setFrameList(readFrames(data));
     };
-    auto *command = new CAnimatedUndoRedoCommand(redo, undo);
+    auto command = std::make_unique<CAnimatedUndoRedoCommand>(redo, undo);
     command->setText(GetFramework()->translated(QStringLiteral("IDS_KT_PORTRAIT_REPLACE"),
                                                 QStringLiteral("Replace Portrait")));
     QDataStream data(command->data_ptr(), QIODevice::WriteOnly);
     write(data, {FrameList::frameFromFile(object.m_portraits, path)});
     write(data, object.framesWithSizes());
-    CUndoRedo::GetInstance()->push(command);
+    CUndoRedo::GetInstance()->push(command.release());
 }
 
 void CAnimatedImage::Requests::changeAnimatedType() const
@@ -114,17 +142,12 @@ void CAnimatedImage::Requests::changeAnimatedType() const
     if (changesLayer)
         layer = page->queryObject(&object, type == BackgroundType ? backgroundLayer : normalLayer);
 
-    IFramework *framework = GetFramework();
-    const bool ownsMacro = !framework->isUndoMacroOpen();
-    if (ownsMacro)
-        framework->openUndoMacro(QStringLiteral("IDS_KT_UNDOREDO_NAME_ANNIMATED_TYPE"));
+    const UndoMacro macro;
     const bool isAlive = !changesLayer || object.outlives([&] {
         page->applyObject(0, layer, {&object}, true, QString(), true);
     });
     if (isAlive)
         UndoableEdits{object}.pushAnimatedType(oldType, type);
-    if (ownsMacro)
-        framework->closeUndoMacro();
 }
 
 void CAnimatedImage::UndoableEdits::setFrameList(const Frames &frames) const
@@ -150,10 +173,10 @@ void CAnimatedImage::UndoableEdits::pushAnimatedType(int oldType, int newType) c
         if (self)
             UndoableEdits{*self}.setAnimatedType(readTypes(data).before);
     };
-    auto *command = new CAnimatedUndoRedoCommand(redo, undo);
+    auto command = std::make_unique<CAnimatedUndoRedoCommand>(redo, undo);
     QDataStream data(command->data_ptr(), QIODevice::WriteOnly);
     data << qint32(oldType) << qint32(newType);
-    CUndoRedo::GetInstance()->push(command);
+    CUndoRedo::GetInstance()->push(command.release());
 }
 
 void CAnimatedImage::UndoableEdits::setAnimatedType(int type) const

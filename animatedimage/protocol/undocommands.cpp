@@ -5,6 +5,8 @@
 
 #include <QtCore/QDataStream>
 
+#include <new>
+
 CAnimatedUndoRedoCommand::CAnimatedUndoRedoCommand(std::function<void(QDataStream &)> &redo,
                                                    std::function<void(QDataStream &)> &undo,
                                                    QUndoCommand *parent)
@@ -17,17 +19,19 @@ CAnimatedUndoRedoCommand::CAnimatedUndoRedoCommand(std::function<void(QDataStrea
 CAnimatedUndoRedoCommand::~CAnimatedUndoRedoCommand() = default;
 
 void CAnimatedUndoRedoCommand::undo()
-{
+try {
     QDataStream stream(m_data);
     if (m_undo)
         m_undo(stream);
+} catch (const std::bad_alloc &) {
 }
 
 void CAnimatedUndoRedoCommand::redo()
-{
+try {
     QDataStream stream(m_data);
     if (m_redo)
         m_redo(stream);
+} catch (const std::bad_alloc &) {
 }
 
 QByteArray *CAnimatedUndoRedoCommand::data_ptr()
@@ -69,7 +73,7 @@ void CAnimatedImageChangeCommand::setIntValue(int oldValue, int newValue)
 }
 
 void CAnimatedImageChangeCommand::apply(bool boolValue, int intValue)
-{
+try {
     // An object that is being destroyed is an animated image no more.
     if (!m_object || !LiveObjects::holds(m_object))
         return;
@@ -84,4 +88,5 @@ void CAnimatedImageChangeCommand::apply(bool boolValue, int intValue)
         m_object->setLoopCount(intValue);
         break;
     }
+} catch (const std::bad_alloc &) {
 }

@@ -17,6 +17,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 
+#include <new>
 #include <optional>
 
 namespace
@@ -168,7 +169,8 @@ void DocumentLoader::addObject(Page &page, const ObjectForm &form)
     CBaseObject *object = m_plugin.createObject().release();
     page.addObject(object, form.isBackground ? Page::Layer::Background : Page::Layer::Normal);
     QJsonObject state = form.state;
-    object->loadJson(state);
+    if (!object->loadJson(state))
+        throw std::bad_alloc();
     const QString copy = form.state.value(FormKey::GifFileName).toString();
     if (m_gifs.contains(copy))
         GifScreen::clear(AnimatedObject(*object), copy, m_gifs.value(copy));

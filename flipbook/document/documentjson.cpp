@@ -10,6 +10,7 @@
 #include <QtCore/QJsonDocument>
 
 #include <cmath>
+#include <new>
 
 namespace
 {
@@ -33,7 +34,9 @@ const QLatin1String AnimatedImage("animated image");
 QJsonObject jsonOfObject(CBaseObject &object, bool isBackground)
 {
     QJsonObject state;
-    object.saveJson(state);
+    // An object saves itself whole unless memory runs out.
+    if (!object.saveJson(state))
+        throw std::bad_alloc();
     return {
         {Kind, object.getObjName()}, {Layer, isBackground ? Background : Normal}, {State, state}};
 }

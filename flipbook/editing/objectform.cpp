@@ -2,11 +2,14 @@
 
 #include "framework/page.h"
 
+#include <new>
+
 CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
                      const std::function<void(QJsonObject &form)> &change)
 {
     QJsonObject form;
-    object.saveJson(form);
+    if (!object.saveJson(form))
+        throw std::bad_alloc();
     change(form);
 
     const Page::Place place = page.placeOf(&object);
@@ -16,7 +19,8 @@ CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
     CBaseObject *successor = plugin.createObject(id).release();
     // It must be on the page before it reads: its document has the pictures.
     page.addObject(successor, place.layer);
-    successor->loadJson(form);
+    if (!successor->loadJson(form))
+        throw std::bad_alloc();
     page.placeObject(successor, place);
     return successor;
 }

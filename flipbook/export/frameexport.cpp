@@ -12,6 +12,7 @@
 #include <QtCore/QJsonDocument>
 
 #include <algorithm>
+#include <new>
 
 namespace
 {
@@ -42,7 +43,8 @@ QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAc
     ImageStore &store = document.imageStore();
     store.setCapacity(Saturating::sum(memory.room(), store.byteCount()));
     QJsonObject state;
-    object.saveJson(state);
+    if (!object.saveJson(state))
+        throw std::bad_alloc();
     if (store.hasOverflowed())
         throw Failure{folder.path(),
                       QStringLiteral("its pictures as PNG files would need more memory than "

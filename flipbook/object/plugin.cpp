@@ -5,6 +5,8 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 
+#include <new>
+
 namespace
 {
 
@@ -48,7 +50,10 @@ Function Plugin::resolve(const char *name)
 
 OwnedObject Plugin::createObject(int objectId) const
 {
-    return OwnedObject(m_createObject(0, objectId, true));
+    CBaseObject *object = m_createObject(0, objectId, true);
+    if (!object)
+        throw std::bad_alloc();
+    return OwnedObject(object);
 }
 
 Plugin::Frames Plugin::frames(CBaseObject &object) const
