@@ -30,7 +30,7 @@ bool canHold(double width, double height)
 /// The part @p rect of @p image, sharing its pixels, which must outlive it. Not for palettes.
 QImage view(const QImage &image, const QRect &rect)
 {
-    const uchar *first = image.constScanLine(rect.top()) + rect.left() * sizeof(QRgb);
+    const uchar *first = image.constScanLine(rect.top()) + rect.left() * qptrdiff(sizeof(QRgb));
     return {first, rect.width(), rect.height(), image.bytesPerLine(), image.format()};
 }
 
@@ -70,7 +70,7 @@ void paintQuarter(QImage &tiled, const QImage &scaled)
     const auto pieces = withinReach(scaled.rect());
     for (const QRectF &rect : pieces) {
         const QRect piece = rect.toRect();
-        uchar *first = tiled.scanLine(piece.top()) + piece.left() * sizeof(QRgb);
+        uchar *first = tiled.scanLine(piece.top()) + piece.left() * qptrdiff(sizeof(QRgb));
         QImage target(first, piece.width(), piece.height(), tiled.bytesPerLine(), tiled.format());
         QPainter painter(&target);
         if (isReplacing(scaled))

@@ -14,7 +14,7 @@ using Objects = QHash<qint64, CAnimatedImage *>;
 
 Objects &objects()
 {
-    // Never destroyed: a host's own statics may release their objects after everything else.
+    // Never destroyed: a host's static objects may release theirs after everything else.
     static auto *const all = new Objects;
     return *all;
 }

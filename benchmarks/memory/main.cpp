@@ -6,11 +6,10 @@
 
 #include <QtWidgets/QApplication>
 
-#include <malloc.h>
-
 #include <atomic>
 #include <cstdio>
 #include <cstring>
+#include <malloc.h>
 
 extern "C" {
 void *__libc_malloc(size_t size);

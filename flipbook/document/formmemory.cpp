@@ -15,7 +15,10 @@ bool isBackgroundType(const QJsonValue &value)
 {
     const QJsonObject object = value.toObject();
     const QJsonValue plain = object.size() == 1 ? object.begin().value() : value;
-    return plain.isDouble() ? int(plain.toDouble() + 0.5) == 1 : !plain.isUndefined();
+    if (!plain.isDouble())
+        return !plain.isUndefined();
+    // It rounds to 1.
+    return plain.toDouble() >= 0.5 && plain.toDouble() < 1.5;
 }
 
 } // namespace

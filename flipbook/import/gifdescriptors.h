@@ -22,9 +22,9 @@ struct GifDamage {
     QString what; ///< a clause such as "its picture ends early"
 };
 
-/// The description of a GIF in its blocks, read without keeping a single pixel. giflib does not serve
-/// here: it stops at the first block that it does not know, does not say where, and refuses code sizes
-/// above 8, which Qt decodes; flipbook must not refuse a file that the plug-in can show.
+/// The description of a GIF in its blocks, read without keeping a single pixel. giflib does not
+/// serve here: it stops at the first block that it does not know, does not say where, and refuses
+/// code sizes above 8, which Qt decodes; flipbook must not refuse a file that the plug-in can show.
 struct GifDescriptors {
     bool hasSignature = false; ///< begins with GIF87a or GIF89a
     bool hasScreen = false;    ///< the screen descriptor is there

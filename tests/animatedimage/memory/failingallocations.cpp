@@ -10,7 +10,7 @@ namespace
 int countdown = 0;
 bool hasFailed = false;
 
-bool failsNow()
+[[maybe_unused]] bool failsNow()
 {
     if (countdown <= 0 || --countdown > 0)
         return false;
