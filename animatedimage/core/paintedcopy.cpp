@@ -67,7 +67,7 @@ void PaintedCopy::make(const QImage &picture)
         return;
     m_bytes = bytes;
     m_copy = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    // Without memory there is no copy.
+    // If memory runs out, the picture itself is painted.
     if (m_copy.isNull())
         drop();
 }

@@ -15,8 +15,8 @@ namespace
 
 const QLatin1String ObjectsFormat("application/x-flipbook-objects");
 const QLatin1String FramesFormat("application/x-flipbook-frames");
-constexpr quint32 MostObjects = 10000;
-constexpr quint32 MostFrames = 20000;
+constexpr quint32 MaxObjects = 10000;
+constexpr quint32 MaxFrames = 20000;
 constexpr double MostPixels = 1 << 26;
 
 void prepare(QDataStream &stream)
@@ -84,7 +84,7 @@ std::vector<OwnedObject> Clipboard::objects(const Plugin &plugin)
     prepare(stream);
     quint32 count = 0;
     stream >> count;
-    for (quint32 i = 0; i < qMin(count, MostObjects); ++i) {
+    for (quint32 i = 0; i < qMin(count, MaxObjects); ++i) {
         QByteArray form;
         stream >> form;
         if (stream.status() != QDataStream::Ok)
@@ -124,7 +124,7 @@ Plugin::Frames Clipboard::frames()
     prepare(stream);
     quint32 count = 0;
     stream >> count;
-    for (quint32 i = 0; i < qMin(count, MostFrames); ++i) {
+    for (quint32 i = 0; i < qMin(count, MaxFrames); ++i) {
         QPair<QString, QImage> frame;
         stream >> frame.first >> frame.second;
         if (stream.status() != QDataStream::Ok)
