@@ -20,14 +20,15 @@ namespace
 struct Film {
     OwnedObject object;
     QString path;
-    QVector<int> delays; ///< of a GIF whose frames are shown for different times, in ms
+    QVector<int> delays; ///< of a film whose frames are shown for different times, in ms
 };
 
 QVector<int> unevenDelays(const ImportedMedia &media)
 {
-    if (!media.gif || media.gif->shortestDelay == media.gif->longestDelay)
+    // The frames of a GIF are decoded to know their times.
+    if (media.gif && media.gif->shortestDelay == media.gif->longestDelay)
         return {};
-    const QVector<int> delays = frameDelays(media.copy);
+    const QVector<int> delays = media.delaysMs();
     return isUneven(delays) ? delays : QVector<int>();
 }
 

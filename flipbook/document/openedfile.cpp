@@ -29,5 +29,7 @@ OpenedFile openFile(const Plugin &plugin, const QString &path, Reading &reading)
     opened.document->addPage(media.object->getClientRect())->addObject(media.object.release());
     opened.warnings = media.warnings;
     opened.gif = media.gif;
+    opened.privateFolder = std::move(media.privateFolder);
+    opened.times = media.times;
     return opened;
 }

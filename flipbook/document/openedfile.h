@@ -1,6 +1,8 @@
 #pragma once
 
+#include "flipbook/base/privatefolder.h"
 #include "flipbook/document/documentfile.h"
+#include "flipbook/import/filmtimes.h"
 #include "flipbook/import/gifdescriptors.h"
 
 #include <optional>
@@ -9,12 +11,18 @@
 /// object of a page of its size.
 struct OpenedFile {
     std::unique_ptr<Document> document;
-    QStringList warnings;              ///< clauses without a full stop
-    std::optional<GifDescriptors> gif; ///< what a GIF says about itself
-    bool isDocument = false;           ///< a document's file, with pages
+    QStringList warnings;                         ///< clauses without a full stop
+    std::optional<GifDescriptors> gif;            ///< what a GIF says about itself
+    bool isDocument = false;                      ///< a document's file, with pages
+    std::unique_ptr<PrivateFolder> privateFolder; ///< of what was imported
+    FilmTimes times;                              ///< readable as long as the folder is there
 
     /// The objects of all pages, from the first page to the last and from bottom to top.
     QList<CBaseObject *> objects() const;
+
+    /// The time in milliseconds for which the file says that each frame is shown; empty when it
+    /// says nothing of that, as documents, frame folders and pictures do.
+    QVector<int> delaysMs() const { return times.delaysMs(); }
 };
 
 /// Opens what the user names as @p path. @throw Failure; see loadDocument() and importMedia().

@@ -1,7 +1,5 @@
 #include "flipbook/editing/repeatplan.h"
 
-#include <QtGui/QImageReader>
-
 #include <algorithm>
 #include <functional>
 #include <numeric>
@@ -30,13 +28,4 @@ bool isUneven(const QVector<int> &delaysMs)
 qint64 totalMs(const QVector<int> &delaysMs)
 {
     return std::accumulate(delaysMs.cbegin(), delaysMs.cend(), qint64(0));
-}
-
-QVector<int> frameDelays(const QString &path)
-{
-    QImageReader reader(path, "gif");
-    QVector<int> delays;
-    while (reader.canRead() && !reader.read().isNull())
-        delays.append(reader.nextImageDelay());
-    return delays;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QtCore/QString>
 #include <QtCore/QVector>
 
 /// A film whose frames are shown for different times, played with one interval for all.
@@ -20,7 +19,3 @@ bool isUneven(const QVector<int> &delaysMs);
 
 /// The time that the frames take together, in milliseconds.
 qint64 totalMs(const QVector<int> &delaysMs);
-
-/// The times that the frames of a GIF are shown, in milliseconds, as its decoder reports them.
-/// Decodes every frame, one at a time; ends at the first that cannot be read.
-QVector<int> frameDelays(const QString &path);

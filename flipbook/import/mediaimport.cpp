@@ -40,6 +40,7 @@ void importGif(ImportedMedia &media, QFile &file, const QString &path, Reading &
     media.copy = source.copy;
     AnimatedObject(*media.object).loadPath(media.copy);
     GifScreen::clear(AnimatedObject(*media.object), media.copy, source.descriptors);
+    media.times = FilmTimes::ofGif(media.copy, AnimatedObject(*media.object).frameCount());
 }
 
 void importFolder(ImportedMedia &media, const FileHandle &source, const QString &path,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/import/filmtimes.h"
 #include "flipbook/import/gifdescriptors.h"
 #include "flipbook/object/plugin.h"
 
@@ -20,6 +21,11 @@ struct ImportedMedia {
     std::optional<GifDescriptors> gif;            ///< what a GIF says about itself
     std::unique_ptr<PrivateFolder> privateFolder; ///< holds the copy that the object was made from
     QString copy;                                 ///< its path, of a GIF or frame folder
+    FilmTimes times;                              ///< readable as long as the folder is there
+
+    /// The time in milliseconds for which the file says that each frame is shown; empty when it
+    /// says nothing of that, as frame folders and pictures do.
+    QVector<int> delaysMs() const { return times.delaysMs(); }
 };
 
 /// Makes an object, numbered @p objectId, from the GIF, frame folder or picture @p source, which

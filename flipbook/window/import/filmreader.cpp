@@ -3,6 +3,7 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/editing/keeptiming.h"
+#include "flipbook/import/filmtimes.h"
 #include "flipbook/import/gifframes.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/mediaimport.h"
@@ -170,8 +171,7 @@ ReadFilm FilmReader::readGif(QFile &file, const QString &path)
     film.warnings = source.warnings;
     film.object = state.withFrames(m_plugin, gif.frames, 0);
     if (source.descriptors.shortestDelay != source.descriptors.longestDelay) {
-        QVector<int> delaysMs = frameDelays(source.copy);
-        delaysMs.resize(gif.frames.size());
+        const QVector<int> delaysMs = FilmTimes::ofGif(source.copy, gif.frames.size()).delaysMs();
         if (isUneven(delaysMs))
             keepRhythm(film, delaysMs);
     }
