@@ -1,5 +1,6 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/cli/arguments.h"
+#include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/document/documentfile.h"
@@ -50,11 +51,13 @@ void run(const QCommandLineParser &line)
         throw Failure{path, QStringLiteral("the parts that cannot be read would be lost; "
                                            "--force saves it without them")};
     CBaseObject &object = chosenObject(line, path, opened);
-    EditTarget target{plugin, pageOf(object), &object, reading};
+    EditTarget target{plugin, pageOf(object), &object, reading, {}};
 
     const ProgressLine progress(QStringLiteral("Editing %1").arg(path));
     applyAll(operations, target, path);
     saveDocument(*opened.document, path, reading.memory());
+    for (const QString &warning : qAsConst(target.warnings))
+        Console::warn(path, warning);
 }
 
 } // namespace

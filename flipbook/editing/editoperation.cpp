@@ -8,6 +8,7 @@
 #include "flipbook/editing/filmmemory.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
+#include "flipbook/import/framenames.h"
 #include "flipbook/import/picturefile.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/object/formkeys.h"
@@ -123,11 +124,16 @@ Apply insertFile(const QString &value)
     return [place = place, path = path](EditTarget &target) {
         PrivateFolder folder;
         const QString copy = copyPicture(path, target.reading, folder);
+        const QString wanted = FrameNames::ofFile(path);
+        const QString name = FrameNames(target.plugin.frames(*target.object)).give(wanted);
         bool isInserted = false;
-        editWithAnswer(target,
-                       [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy); });
-        if (isInserted)
+        editWithAnswer(
+            target, [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy, name); });
+        if (isInserted) {
+            if (name != wanted)
+                target.warnings << path + QStringLiteral(": ") + FrameNames::told(wanted, name);
             return;
+        }
         // Only to say why.
         readCopy(copy, path, target.reading.memory());
         throw Failure{path, QStringLiteral("the picture cannot be read")};
@@ -152,7 +158,7 @@ Apply replaceAll(const QString &value)
         // The command keeps all frames, each on its own, to undo this.
         require(target, FilmMemory::of(target.plugin, *target.object).pixels,
                 QStringLiteral("what undoes it"));
-        FrameEditor(*target.object).replaceAll(copy);
+        FrameEditor(*target.object).replaceAll(copy, FrameNames::ofFile(path));
     };
 }
 

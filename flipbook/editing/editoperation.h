@@ -2,7 +2,7 @@
 
 #include "flipbook/object/plugin.h"
 
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <functional>
 
@@ -14,7 +14,8 @@ struct EditTarget {
     const Plugin &plugin;
     Page &page;
     CBaseObject *object;
-    Reading &reading; ///< of the pictures that operations read
+    Reading &reading;     ///< of the pictures that operations read
+    QStringList warnings; ///< what to tell the user when the edit is saved
 };
 
 /// One operation of "flipbook edit": the option that names it, and what it does.

@@ -95,7 +95,7 @@ void FrameEditor::duplicate(int from, int place)
     });
 }
 
-bool FrameEditor::insertFile(int place, const QString &path)
+bool FrameEditor::insertFile(int place, const QString &path, const QString &name)
 {
     checkPlace(place);
     keepScale([this, place, &path] {
@@ -104,8 +104,11 @@ bool FrameEditor::insertFile(int place, const QString &path)
         settle(place, count);
     });
     // The object inserts an empty frame for what it cannot decode.
-    if (!m_object.frameImage(place - 1).isNull())
+    if (!m_object.frameImage(place - 1).isNull()) {
+        // The object takes a name that ends in "_" and a number for that of one frame of many.
+        rename(place, name);
         return true;
+    }
     const int shown = m_object.shownIndex();
     remove(place);
     m_object.showFrame(shown);
@@ -139,9 +142,10 @@ void FrameEditor::replacePicture(int number, const QImage &picture)
     m_object.setFrameImage(existing(number), picture);
 }
 
-void FrameEditor::replaceAll(const QString &path)
+void FrameEditor::replaceAll(const QString &path, const QString &name)
 {
     request(m_object.base(), Id::ReplaceAllFrames, path);
+    rename(1, name);
 }
 
 void FrameEditor::setInterval(int ms)

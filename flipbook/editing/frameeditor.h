@@ -20,17 +20,18 @@ public:
     void insertBlank(int place);
     /// Inserts a copy of the frame @p from that becomes number @p place.
     void duplicate(int from, int place);
-    /// Inserts the picture in the file at @p path, which must be an ordinary file. False,
-    /// with the frames as they were, when it cannot be decoded.
-    [[nodiscard]] bool insertFile(int place, const QString &path);
+    /// Inserts the picture in the file at @p path, which must be an ordinary file, under @p name.
+    /// False, with the frames as they were, when it cannot be decoded.
+    [[nodiscard]] bool insertFile(int place, const QString &path, const QString &name);
     void rename(int number, const QString &name);
     /// The last frame left cannot be deleted.
     void remove(int number);
     void move(int from, int to);
     /// Gives a frame another picture; it keeps its name and its size on the page.
     void replacePicture(int number, const QImage &picture);
-    /// Replaces all frames by the picture in the file at @p path; one undoable step.
-    void replaceAll(const QString &path);
+    /// Replaces all frames by the picture in the file at @p path, one undoable step, and gives the
+    /// frame @p name.
+    void replaceAll(const QString &path, const QString &name);
     /// Milliseconds, at least 1.
     void setInterval(int ms);
     void setBackground(bool background);

@@ -4,6 +4,7 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfolder.h"
 #include "flipbook/base/saturating.h"
+#include "flipbook/export/framefilename.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/object/formkeys.h"
 #include "framework/document.h"
@@ -11,17 +12,10 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 
-#include <algorithm>
 #include <new>
 
 namespace
 {
-
-QString frameFile(int number, int count)
-{
-    const int digits = std::max(3, QString::number(count).size());
-    return QStringLiteral("frame-%1.png").arg(number, digits, 10, QLatin1Char('0'));
-}
 
 QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonArray &list)
 {
@@ -55,8 +49,9 @@ QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAc
     QStringList warnings;
     QJsonArray list;
     for (int i = 0; i < images.size(); ++i) {
-        const QString name = frameFile(i + 1, images.size());
-        list.append(QJsonObject{{FormKey::FileName, name}});
+        const QString frame = AnimatedObject(object).frameName(i);
+        const QString name = frameFileName(i + 1, images.size(), frame);
+        list.append(QJsonObject{{FormKey::FileName, name}, {FormKey::Name, frame}});
         const QString digest = images.at(i).toObject().value(QLatin1String("digest")).toString();
         const QByteArray png = store.png(digest);
         if (png.isEmpty())

@@ -62,6 +62,7 @@ private:
     QJsonObject parse(const QByteArray &bytes);
     void examineSettings(const QJsonObject &config);
     QJsonValue copiedElement(int number, const QJsonValue &element);
+    QString frameName(int number, const QJsonObject &element);
     QString copiedPicture(int number, const QString &name);
     Picture pictureNamed(const QString &name);
     Picture copied(QFile &file);
@@ -79,6 +80,7 @@ private:
     QHash<QString, Picture> m_pictures; ///< by names in the list
     qint64 m_kept = 0;                  ///< by the pictures
     qint64 m_work = 0;                  ///< the most that the decoder also takes
+    QStringList m_names;
     int m_unnamedWarnings = 0;
     QStringList m_warnings;
 };
@@ -152,12 +154,27 @@ QJsonValue FolderCopier::copiedElement(int number, const QJsonValue &element)
                  .arg(number));
         return QJsonObject();
     }
+    m_names << frameName(number, element.toObject());
     if (!name.isString()) {
         warn(QStringLiteral("\"filename\" of element %1 is not a text; its frame is empty")
                  .arg(number));
         return QJsonObject{{key, noPicture()}};
     }
     return QJsonObject{{key, copiedPicture(number, name.toString())}};
+}
+
+// The name that an element gives to its frame; null where it gives none.
+QString FolderCopier::frameName(int number, const QJsonObject &element)
+{
+    const QJsonValue name = element.value(FormKey::Name);
+    if (name.isUndefined())
+        return QString();
+    if (!name.isString()) {
+        warn(QStringLiteral("\"name\" of element %1 is not a text and is ignored").arg(number));
+        return QString();
+    }
+    const QString text = name.toString();
+    return text.isNull() ? QString(QLatin1String("")) : text;
 }
 
 QString FolderCopier::copiedPicture(int number, const QString &name)
@@ -258,7 +275,7 @@ FrameFolder FolderCopier::run()
     config.insert(FormKey::ImageList, copies);
     writeConfig(config);
     m_reading.memory().take(m_kept);
-    return {m_copy, m_warnings};
+    return {m_copy, m_warnings, m_names};
 }
 
 // Written for a moment only: nothing is flushed to a disk.

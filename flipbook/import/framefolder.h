@@ -13,6 +13,9 @@ struct FrameFolder {
     QString copy;
     /// What is wrong though frames can be read; clauses without a full stop.
     QStringList warnings;
+    /// The names that the config.json gives to the frames, in order; a null one where it gives
+    /// none.
+    QStringList names;
 };
 
 /// Copies what the frame folder @p source, which the user named as @p path, holds of a film into

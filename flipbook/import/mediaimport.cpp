@@ -4,6 +4,7 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/import/framefolder.h"
+#include "flipbook/import/framenames.h"
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/picturefile.h"
@@ -28,8 +29,7 @@ QString nameOf(const QString &path, SourceKind kind)
 {
     if (kind == SourceKind::FrameFolder)
         return QDir(path).dirName();
-    const QFileInfo file(path);
-    return kind == SourceKind::Gif ? file.baseName() : file.completeBaseName();
+    return kind == SourceKind::Gif ? QFileInfo(path).baseName() : FrameNames::ofFile(path);
 }
 
 void importGif(ImportedMedia &media, QFile &file, const QString &path, Reading &reading)
@@ -53,6 +53,7 @@ void importFolder(ImportedMedia &media, const FileHandle &source, const QString 
     media.warnings = folder.warnings;
     media.copy = folder.copy;
     AnimatedObject(*media.object).loadPath(media.copy);
+    FrameNames::assign(*media.object, folder.names);
 }
 
 void importPicture(ImportedMedia &media, QFile &file, const QString &path, Reading &reading)

@@ -20,6 +20,8 @@ inline const QLatin1String LoopCount("LoopCount");
 
 // An element of the image list of a folder.
 inline const QLatin1String FileName("filename");
+/// The name of the frame. Objects ignore it; flipbook gives it to the frame when it imports.
+inline const QLatin1String Name("name");
 
 // Members of OtherParams.
 inline const QLatin1String ObjectName("object_name");

@@ -150,8 +150,8 @@ void TestDocumentCommands::framesAndConfigImportAsTheSameObject()
     QCOMPARE(exported.out + exported.err, QString());
     QCOMPARE(exported.status, 0);
     QCOMPARE(QDir(folder).entryList(QDir::Files),
-             (QStringList{QStringLiteral("config.json"), QStringLiteral("frame-001.png"),
-                          QStringLiteral("frame-002.png")}));
+             (QStringList{QStringLiteral("1-film_1.png"), QStringLiteral("2-film_2.png"),
+                          QStringLiteral("config.json")}));
 
     DocumentFixture fixture;
     const OwnedObject original = fixture.plugin().createObject();

@@ -18,6 +18,8 @@ private Q_SLOTS:
     void operationsOnFrames();
     void operationsAreDoneInTheirOrder_data();
     void operationsAreDoneInTheirOrder();
+    void photosKeepTheirNumbers();
+    void aNameThatIsTakenGetsANumberAndIsTold();
     void aFileNameMayHoldAnything_data();
     void aFileNameMayHoldAnything();
     void anAnimatedPictureGivesItsFirstFrame();
@@ -109,11 +111,11 @@ void TestEdit::operationsOnFrames_data()
     row("--move 2:3", "film_1 #ff0000 4x3, film_3 #0000ff 4x3, film_2 #00ff00 4x3");
     row("--move 2:2", untouched);
 
-    // A picture is named as its file is, without the part after the last underscore.
+    // A picture is named as its file is.
     row("--insert 1=DIR/sun.png",
         "sun #ffff00 4x3, film_1 #ff0000 4x3, film_2 #00ff00 4x3, film_3 #0000ff 4x3");
     row("--insert 3=DIR/big_cat.png",
-        "film_1 #ff0000 4x3, film_2 #00ff00 4x3, big #000000 8x9, film_3 #0000ff 4x3");
+        "film_1 #ff0000 4x3, film_2 #00ff00 4x3, big_cat #000000 8x9, film_3 #0000ff 4x3");
     row("--insert 4=DIR/sun.png",
         "film_1 #ff0000 4x3, film_2 #00ff00 4x3, film_3 #0000ff 4x3, sun #ffff00 4x3");
 
@@ -121,6 +123,7 @@ void TestEdit::operationsOnFrames_data()
     row("--replace 3=DIR/big_cat.png",
         "film_1 #ff0000 4x3, film_2 #00ff00 4x3, film_3 #000000 8x9");
     row("--replace-all DIR/sun.png", "sun #ffff00 4x3");
+    row("--replace-all DIR/big_cat.png", "big_cat #000000 8x9");
 
     row("--interval 80", untouched);
     row("--loops 3", untouched);
@@ -155,8 +158,6 @@ void TestEdit::operationsAreDoneInTheirOrder_data()
     row("--rename=2=x --insert-blank=2 --rename=3=y",
         "film_1 #ff0000 4x3, film_2 clear 4x3, y #00ff00 4x3, film_3 #0000ff 4x3");
     row("--loops 2 --delete 1 --loops 5 --rename 1=last", "last #00ff00 4x3, film_3 #0000ff 4x3");
-    row("--replace-all DIR/sun.png --insert 2=DIR/sun.png --insert 1=DIR/sun.png",
-        "sun_2 #ffff00 4x3, sun #ffff00 4x3, sun_1 #ffff00 4x3");
     row("--replace 1=DIR/sun.png --duplicate 1:4 --replace 1=DIR/big_cat.png --delete 2",
         "film_1 #000000 8x9, film_3 #0000ff 4x3, film_4 #ffff00 4x3");
 }
@@ -171,11 +172,47 @@ void TestEdit::operationsAreDoneInTheirOrder()
     QCOMPARE(edited().frames, frames.split(QStringLiteral(", ")));
 }
 
+void TestEdit::photosKeepTheirNumbers()
+{
+    QStringList operations;
+    for (int i = 1; i <= 4; ++i) {
+        const QString file = QStringLiteral("IMG_%1.png").arg(i, 4, 10, QLatin1Char('0'));
+        QVERIFY(Pictures::solid(4, 3, Qt::yellow).save(path(file)));
+        operations << QStringLiteral("--insert") << QStringLiteral("%1=DIR/%2").arg(i).arg(file);
+    }
+    const FlipbookRun run = edit(operations);
+    QCOMPARE(run.out + run.err, QString());
+    QCOMPARE(
+        edited().frames.mid(0, 5),
+        QStringList({QStringLiteral("IMG_0001 #ffff00 4x3"), QStringLiteral("IMG_0002 #ffff00 4x3"),
+                     QStringLiteral("IMG_0003 #ffff00 4x3"), QStringLiteral("IMG_0004 #ffff00 4x3"),
+                     QStringLiteral("film_1 #ff0000 4x3")}));
+}
+
+void TestEdit::aNameThatIsTakenGetsANumberAndIsTold()
+{
+    const QString sun = path(QStringLiteral("sun.png"));
+    const FlipbookRun run =
+        edit({QStringLiteral("--replace-all"), sun, QStringLiteral("--insert"),
+              QStringLiteral("2=") + sun, QStringLiteral("--insert"), QStringLiteral("1=") + sun});
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err,
+             QStringLiteral("flipbook: %1: warning: %2: the name 'sun' is taken; the frame "
+                            "is called 'sun (2)'\n"
+                            "flipbook: %1: warning: %2: the name 'sun' is taken; the frame "
+                            "is called 'sun (3)'\n")
+                 .arg(m_document, sun));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(edited().frames,
+             QStringList({QStringLiteral("sun (3) #ffff00 4x3"), QStringLiteral("sun #ffff00 4x3"),
+                          QStringLiteral("sun (2) #ffff00 4x3")}));
+}
+
 void TestEdit::aFileNameMayHoldAnything_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("frame");
-    // An object names a picture by what is before the first dot of the file's name.
+    QTest::newRow("dots") << QStringLiteral("my.sun.v2.png") << QStringLiteral("my.sun.v2");
     QTest::newRow("an equals sign") << QStringLiteral("a=b=c.png") << QStringLiteral("a=b=c");
     QTest::newRow("a colon") << QStringLiteral("1:2.png") << QStringLiteral("1:2");
     QTest::newRow("a colon first") << QStringLiteral(":sun.png") << QStringLiteral(":sun");

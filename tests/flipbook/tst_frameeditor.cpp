@@ -44,7 +44,7 @@ void TestFrameEditor::init()
 
 void TestFrameEditor::aNewFirstFrameIsShownInItsOwnSize()
 {
-    QVERIFY(editor().insertFile(1, m_big));
+    QVERIFY(editor().insertFile(1, m_big, QStringLiteral("big")));
     QCOMPARE(m_object->getSize(), QSizeF(8, 10));
     QCOMPARE(m_object->getPos(), QPointF(16, 15));
     showNext();
@@ -54,7 +54,7 @@ void TestFrameEditor::aNewFirstFrameIsShownInItsOwnSize()
 
 void TestFrameEditor::aFrameThatIsNotShownLeavesTheSize()
 {
-    QVERIFY(editor().insertFile(2, m_big));
+    QVERIFY(editor().insertFile(2, m_big, QStringLiteral("big")));
     QCOMPARE(m_object->getSize(), QSizeF(4, 2));
     showNext();
     QCOMPARE(m_object->getSize(), QSizeF(8, 10));
@@ -62,7 +62,7 @@ void TestFrameEditor::aFrameThatIsNotShownLeavesTheSize()
 
 void TestFrameEditor::aFrameMovedToThePlaceShownIsShownInItsOwnSize()
 {
-    QVERIFY(editor().insertFile(3, m_big));
+    QVERIFY(editor().insertFile(3, m_big, QStringLiteral("big")));
     editor().move(3, 1);
     QCOMPARE(m_object->getSize(), QSizeF(8, 10));
     editor().move(1, 2);
@@ -76,7 +76,7 @@ void TestFrameEditor::aFrameMovedToThePlaceShownIsShownInItsOwnSize()
 void TestFrameEditor::aResizedObjectKeepsItsScale()
 {
     m_object->setSize(QSizeF(12, 4), false, false);
-    QVERIFY(editor().insertFile(1, m_big));
+    QVERIFY(editor().insertFile(1, m_big, QStringLiteral("big")));
     // Three times as wide, twice as high.
     QCOMPARE(m_object->getSize(), QSizeF(24, 20));
     showNext();

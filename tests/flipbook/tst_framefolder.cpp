@@ -127,6 +127,8 @@ void TestFrameFolder::wrongKeysAreNamed_data()
     element("no object", "7", "element 2 of \"ImageList\" has no \"filename\" and is skipped");
     element("a number for a name", R"({"filename": 7})",
             "\"filename\" of element 2 is not a text; its frame is empty");
+    element("a number for a frame's name", R"({"filename": "a.png", "name": 7})",
+            "\"name\" of element 2 is not a text and is ignored");
     element("a missing picture", R"({"filename": "b.png"})",
             "\"filename\" of element 2, 'b.png', not found; its frame is empty");
     element("a folder", R"({"filename": "."})",

@@ -513,7 +513,7 @@ void TestGifCommands::unusualCodeSizesAreReadWithAWarning()
     QCOMPARE(run.json().value(QStringLiteral("frames")).toInt(), 1);
     const QString output = path(QStringLiteral("nine"));
     QCOMPARE(flipbook({QStringLiteral("frames"), file, QStringLiteral("-o"), output}).status, 0);
-    const QImage frame(output + QStringLiteral("/frame-001.png"));
+    const QImage frame(output + QStringLiteral("/1-nine_1.png"));
     QCOMPARE(frame.size(), QSize(2, 1));
     QCOMPARE(frame.pixel(0, 0), 0xffffffff);
     QCOMPARE(frame.pixel(1, 0), 0xffffffff);

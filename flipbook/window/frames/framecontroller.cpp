@@ -8,11 +8,11 @@
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/commands/filmedit.h"
 #include "flipbook/window/counted.h"
+#include "flipbook/window/frames/copynames.h"
 #include "flipbook/window/frames/framemodel.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/frames/rowmoves.h"
-#include "flipbook/window/import/framenames.h"
 #include "flipbook/window/import/importcontroller.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/session.h"
@@ -129,7 +129,7 @@ void FrameController::insertBlank()
     QImage picture(neighbour.second.size(), QImage::Format_ARGB32);
     picture.fill(QColor(255, 255, 255, 0));
     Plugin::Frames blank = {{neighbour.first, picture}};
-    FrameNames::makeUnique(blank, all);
+    CopyNames::makeUnique(blank, all);
     all.insert(row, blank.first());
     set(tr("Insert Blank Frame"), all, row, {row});
 }
@@ -150,7 +150,7 @@ void FrameController::copy(const QVector<int> &rows, int before)
         selected.append(before + copies.size());
         copies.append(all.value(row));
     }
-    FrameNames::makeUnique(copies, all);
+    CopyNames::makeUnique(copies, all);
     for (int i = 0; i < copies.size(); ++i)
         all.insert(before + i, copies.at(i));
     if (!copies.isEmpty())

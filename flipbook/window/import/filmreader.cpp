@@ -4,6 +4,7 @@
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/editing/keeptiming.h"
 #include "flipbook/import/filmtimes.h"
+#include "flipbook/import/framenames.h"
 #include "flipbook/import/gifframes.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/mediaimport.h"
@@ -116,6 +117,15 @@ QStringList picturesInFolder(const QString &folder)
     return paths;
 }
 
+QString textOfNumbered(const QStringList &names)
+{
+    constexpr int mostNames = 3;
+    QString list = names.mid(0, mostNames).join(QStringLiteral(", "));
+    if (names.size() > mostNames)
+        list += QStringLiteral(", …");
+    return FilmReader::tr("Names that were taken got a number: %1").arg(list);
+}
+
 FilmReader::FilmReader(const Plugin &plugin, Progress &progress, qint64 maxMemory)
     : m_plugin(plugin)
     , m_progress(progress)
@@ -205,12 +215,15 @@ ReadFilm FilmReader::readPictures(const QStringList &paths, const QString &name)
                         frames.size(), paths.size());
         const QImage picture = readPicture(path, m_reading);
         m_reading.memory().take(picture.sizeInBytes());
-        frames.append({QFileInfo(path).completeBaseName(), picture});
+        frames.append({FrameNames::ofFile(path), picture});
     }
+    const QStringList numbered = FrameNames().giveAll(frames);
     FilmState state(*m_plugin.createObject());
     state.setName(name);
     ReadFilm film;
     film.path = paths.first();
+    if (!numbered.isEmpty())
+        film.warnings << textOfNumbered(numbered);
     film.object = state.withFrames(m_plugin, frames, 0);
     return film;
 }

@@ -50,5 +50,8 @@ private:
 /// The picture files in a folder, in natural order: 2 before 10.
 QStringList picturesInFolder(const QString &folder);
 
+/// Tells the user that frames are called @p names because the names of their files were taken.
+QString textOfNumbered(const QStringList &names);
+
 /// Sorts paths by their names in natural order.
 void sortNaturally(QStringList &paths);

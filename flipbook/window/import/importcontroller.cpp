@@ -2,12 +2,13 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/import/framenames.h"
 #include "flipbook/object/filmstate.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/commands/filmedit.h"
 #include "flipbook/window/counted.h"
+#include "flipbook/window/frames/copynames.h"
 #include "flipbook/window/import/filmputting.h"
-#include "flipbook/window/import/framenames.h"
 #include "flipbook/window/import/picturegroup.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/progress.h"
@@ -240,8 +241,13 @@ void ImportController::importToFilm(const QStringList &paths, int before)
             frames += m_session.plugin().frames(film.even ? *film.even : *film.object);
         }
     });
-    if (isRead)
-        insertFrames(frames, before);
+    if (!isRead)
+        return;
+    FrameNames names(m_session.plugin().frames(*m_session.film()));
+    const QStringList numbered = names.giveAll(frames);
+    insertFrames(frames, before);
+    if (!numbered.isEmpty())
+        m_messages.tell(MessageBar::Kind::Information, textOfNumbered(numbered));
 }
 
 void ImportController::insertFrames(Plugin::Frames frames, int before)
@@ -251,7 +257,7 @@ void ImportController::insertFrames(Plugin::Frames frames, int before)
         return;
     Plugin::Frames all = m_session.plugin().frames(*film);
     const int place = qBound(0, before, all.size());
-    FrameNames::makeUnique(frames, all);
+    CopyNames::makeUnique(frames, all);
     for (int i = 0; i < frames.size(); ++i)
         all.insert(place + i, frames.at(i));
     FilmEdit::setFrames(m_session,

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void aFolderOfPicturesBecomesAFilm();
     void aFrameFolderIsReadAsItsFileSays();
     void filesDroppedOnTheStripBecomeFramesAtThatPlace();
+    void photosKeepTheirNamesAndTakenOnesGetANumber();
     void aFileThatIsNoPictureIsNamedAndNothingChanges();
     void theGoodOnesAmongBadFilesAreImported();
     void beyondTheBudgetAQuestionIsAsked();
@@ -200,6 +201,27 @@ void TestWindowImport::filesDroppedOnTheStripBecomeFramesAtThatPlace()
     m_fixture->trigger("undo");
     QCOMPARE(m_fixture->session().film(), &film);
     QCOMPARE(m_fixture->frameColours(film), QList<QColor>({QColor(Qt::red), QColor(Qt::green)}));
+}
+
+void TestWindowImport::photosKeepTheirNamesAndTakenOnesGetANumber()
+{
+    CBaseObject &film = m_fixture->addFilm({Qt::red});
+    m_fixture->page().selectObjects({&film});
+    FrameStrip &strip = m_fixture->window().frames().strip();
+    const QStringList photos = {picture(QStringLiteral("IMG_0001.png"), Qt::blue),
+                                picture(QStringLiteral("IMG_0002.png"), Qt::white)};
+    const QPoint beforeFirst(strip.visualRect(strip.model()->index(0, 0)).left() + 2, 30);
+    m_fixture->drop(*strip.viewport(), beforeFirst, photos);
+    QCOMPARE(m_fixture->frameNames(*m_fixture->session().film()).mid(0, 2),
+             QStringList({QStringLiteral("IMG_0001"), QStringLiteral("IMG_0002")}));
+    QCOMPARE(m_fixture->messages(), QStringList());
+    m_fixture->drop(*strip.viewport(), beforeFirst, photos);
+    QCOMPARE(m_fixture->frameNames(*m_fixture->session().film()).mid(0, 4),
+             QStringList({QStringLiteral("IMG_0001 (2)"), QStringLiteral("IMG_0002 (2)"),
+                          QStringLiteral("IMG_0001"), QStringLiteral("IMG_0002")}));
+    QCOMPARE(m_fixture->messages(),
+             QStringList({QStringLiteral(
+                 "Names that were taken got a number: IMG_0001 (2), IMG_0002 (2)")}));
 }
 
 void TestWindowImport::aFileThatIsNoPictureIsNamedAndNothingChanges()

@@ -74,8 +74,8 @@ void TestWindowOutput::framesAreExportedAsTheCommandWritesThem()
                                       QStringLiteral("-o"), path(QStringLiteral("command"))});
     QCOMPARE(run.status, 0);
     const QStringList files = QDir(path(QStringLiteral("command"))).entryList(QDir::Files);
-    QCOMPARE(files, QStringList({QStringLiteral("config.json"), QStringLiteral("frame-001.png"),
-                                 QStringLiteral("frame-002.png")}));
+    QCOMPARE(files, QStringList({QStringLiteral("1-film_1.png"), QStringLiteral("2-film_2.png"),
+                                 QStringLiteral("config.json")}));
     for (const QString &file : files)
         QCOMPARE(bytesOf(path(QStringLiteral("window/") + file)),
                  bytesOf(path(QStringLiteral("command/") + file)));

@@ -1,9 +1,9 @@
-#include "flipbook/window/import/framenames.h"
+#include "flipbook/window/frames/copynames.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QSet>
 
-void FrameNames::makeUnique(Plugin::Frames &added, const Plugin::Frames &present)
+void CopyNames::makeUnique(Plugin::Frames &added, const Plugin::Frames &present)
 {
     QSet<QString> taken;
     for (const auto &frame : present)
