@@ -39,13 +39,14 @@ StagePlacement placementOf(const OpenedFile &opened, const Page &page)
 }
 
 /// A Failure that names an object becomes one that names the file as well.
-Sprite exported(SpriteExporter &exporter, CBaseObject &object, const QString &path)
+Sprite exported(SpriteExporter &exporter, CBaseObject &object, const QString &path,
+                const QVector<int> &delaysMs)
 {
     AnimatedObject animated(object);
     const QString name =
         animated.name().isEmpty() ? QFileInfo(path).completeBaseName() : animated.name();
     try {
-        return exporter.exported(animated, name);
+        return exporter.exported(animated, name, delaysMs);
     } catch (const Failure &failure) {
         throw Failure{path, QStringLiteral("%1: %2").arg(failure.subject, failure.reason)};
     }
@@ -76,7 +77,7 @@ void runSprite(const QCommandLineParser &line)
     const ProgressLine progress(QStringLiteral("Writing %1").arg(output));
     SpriteExporter exporter(plugin, placementOf(opened, pageOf(object)), withScripts(line),
                             reading.memory());
-    const Sprite sprite = exported(exporter, object, path);
+    const Sprite sprite = exported(exporter, object, path, opened.delaysMs());
     writeFile(output, spritePackage(sprite));
     warn(exporter, output);
 }
@@ -95,9 +96,10 @@ void runProject(const QCommandLineParser &line)
     const QList<CBaseObject *> objects = page.objects();
     ProgressLine progress(QStringLiteral("Writing %1").arg(output), objects.size());
     SpriteExporter exporter(plugin, placementOf(opened, page), withScripts(line), reading.memory());
+    const QVector<int> delaysMs = opened.delaysMs();
     QVector<Sprite> sprites;
     for (CBaseObject *object : objects) {
-        sprites.append(exported(exporter, *object, path));
+        sprites.append(exported(exporter, *object, path, delaysMs));
         progress.setDone(sprites.size());
     }
     writeFile(output, projectPackage(sprites));

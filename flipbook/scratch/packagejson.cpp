@@ -61,8 +61,12 @@ QJsonObject stageJson(const Costume &backdrop)
 QJsonObject spriteJson(const Sprite &sprite)
 {
     QJsonObject json = targetJson(sprite.name, false, sprite.costumes);
-    if (sprite.hasScript)
-        json[QStringLiteral("blocks")] = playScript(sprite.costumes, sprite.playback);
+    if (sprite.hasScript) {
+        const PlayScript script = playScript(sprite);
+        json[QStringLiteral("blocks")] = script.blocks;
+        json[QStringLiteral("variables")] = script.variables;
+        json[QStringLiteral("lists")] = script.lists;
+    }
     json[QStringLiteral("currentCostume")] = sprite.shownCostume;
     json[QStringLiteral("visible")] = true;
     json[QStringLiteral("x")] = sprite.place.x();

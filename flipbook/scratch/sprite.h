@@ -24,8 +24,9 @@ struct Costume {
 
 /// How a sprite shows its costumes when the flag is clicked.
 struct Playback {
-    int intervalMs = 0; ///< time from costume to costume; 0 or less shows the first one only
-    int loopCount = -1; ///< repetitions after the first pass; -1 is forever
+    int intervalMs = 0;    ///< time from costume to costume; 0 or less shows the first one only
+    int loopCount = -1;    ///< repetitions after the first pass; -1 is forever
+    QVector<int> delaysMs; ///< where the costumes have different times: one for each, in ms
 };
 
 struct Sprite {

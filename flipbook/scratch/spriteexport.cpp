@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace Scratch
 {
@@ -59,6 +60,16 @@ void place(Sprite &sprite, const QPointF &exact)
         costume.rotationCenter -= shift;
 }
 
+Playback playbackOf(AnimatedObject &object, const QVector<int> &delaysMs)
+{
+    Playback playback{object.intervalMs(), object.loopCount(), {}};
+    const bool isUneven = std::adjacent_find(delaysMs.cbegin(), delaysMs.cend(),
+                                             std::not_equal_to<>()) != delaysMs.cend();
+    if (isUneven && delaysMs.size() == object.frameCount())
+        playback.delaysMs = delaysMs;
+    return playback;
+}
+
 /// Whether the PNG file @p bytes was written to its end; on a full disk it was not.
 bool isComplete(const QByteArray &bytes)
 {
@@ -76,7 +87,8 @@ SpriteExporter::SpriteExporter(const Plugin &plugin, const StagePlacement &place
 {
 }
 
-Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
+Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name,
+                                const QVector<int> &delaysMs)
 {
     if (object.frameCount() == 0)
         throw Failure{name, QStringLiteral("has no frames, and Scratch does not accept a sprite "
@@ -90,7 +102,7 @@ Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name)
     sprite.name = Names::sprite(name, m_takenNames);
     sprite.direction = 90.0 + base.getRotate();
     sprite.shownCostume = qBound(0, object.shownIndex(), object.frameCount() - 1);
-    sprite.playback = {object.intervalMs(), object.loopCount()};
+    sprite.playback = playbackOf(object, delaysMs);
     sprite.hasScript = m_withScripts;
     sprite.costumes = costumesOf(object, name);
 

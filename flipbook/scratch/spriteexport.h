@@ -27,12 +27,14 @@ public:
     SpriteExporter(const Plugin &plugin, const StagePlacement &placement, bool withScripts,
                    MemoryAccount &memory);
 
-    /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Steps
-    /// through frames of the object, so that all have the sizes of playback; it is stopped
-    /// afterwards and shows the frame that it showed. Throws Failure when the object has no
-    /// frames, when its costumes cannot be written to the temporary folder, or when they would need
-    /// more memory than there is.
-    Sprite exported(AnimatedObject &object, const QString &name);
+    /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Its
+    /// costumes are shown for @p delaysMs milliseconds, one time for each frame; any other number
+    /// of times, such as none, means that the object's interval holds for all. Steps through frames
+    /// of the object, so that all have the sizes of playback; it is stopped afterwards and shows
+    /// the frame that it showed. Throws Failure when the object has no frames, when its costumes
+    /// cannot be written to the temporary folder, or when they would need more memory than there
+    /// is.
+    Sprite exported(AnimatedObject &object, const QString &name, const QVector<int> &delaysMs = {});
 
     /// Messages for the user about the sprites made so far, one sentence each.
     const QStringList &remarks() const { return m_remarks; }

@@ -9,7 +9,7 @@ import { addCostume, makeProject, pack } from './package-parts.mjs';
 import { drawPicture } from './picture.mjs';
 
 const walkerPlays = { intervalMs: 120, loopCount: 1 };
-const runnerPlays = { intervalMs: 50, loopCount: -1 };
+const runnerPlays = { intervalMs: 100, loopCount: -1 };
 
 /** Gradients with every opacity, a hard edge all around, and no symmetry; sizes even and odd. */
 export function samplePictures() {
@@ -28,29 +28,42 @@ function block(opcode, parent, next, inputs = {}, fields = {}) {
     };
 }
 
-function wait(parent, next, intervalMs) {
-    return block('control_wait', parent, next, { DURATION: [1, [5, String(intervalMs / 1000)]] });
+const empty = [4, ''];
+
+function reporter(opcode, parent, first, second) {
+    return block(opcode, parent, null, { NUM1: first, NUM2: second });
 }
 
 /**
- * The script that shows the costumes from the first one at the interval, for the loop count. In the
- * loop the change stands before the wait: a loop ends the machine's step after a change, and a wait
- * behind that would begin one step late.
+ * The script that shows the costumes from the first one at the interval, for the loop count: before
+ * each change it waits for what is missing until its time. With the change that takes two steps.
  */
 function playScript(costumes, { intervalMs, loopCount }) {
     const changes = String(costumes.length * (loopCount + 1) - 1);
-    const inside = { SUBSTACK: [2, 'next'] };
+    const inside = { SUBSTACK: [2, 'wait'] };
     const menu = block('looks_costume', 'first', null, {}, { COSTUME: [costumes[0].name, null] });
+    const days = seconds => [1, [4, String(seconds / 86400)]];
+    const interval = days(intervalMs / 1000);
+    // Half a step early, so that it ends with the nearest step.
+    const first = days(intervalMs / 1000 - 0.016);
+    const due = { VARIABLE: ['due', 'due'] };
     return {
         flag: block('event_whenflagclicked', null, 'first'),
-        first: block('looks_switchcostumeto', 'flag', 'rest', { COSTUME: [1, 'menu'] }),
+        first: block('looks_switchcostumeto', 'flag', 'begin', { COSTUME: [1, 'menu'] }),
         menu: { ...menu, shadow: true },
-        rest: wait('first', 'loop', intervalMs),
+        begin: block('data_setvariableto', 'first', 'set', { VALUE: [3, 'now', empty] }, due),
+        now: block('sensing_dayssince2000', 'begin', null),
+        set: block('data_changevariableby', 'begin', 'loop', { VALUE: first }, due),
         loop: loopCount === -1
-            ? block('control_forever', 'rest', null, inside)
-            : block('control_repeat', 'rest', null, { TIMES: [1, [6, changes]], ...inside }),
-        next: block('looks_nextcostume', 'loop', 'wait'),
-        wait: wait('next', null, intervalMs)
+            ? block('control_forever', 'set', null, inside)
+            : block('control_repeat', 'set', null, { TIMES: [1, [6, changes]], ...inside }),
+        wait: block('control_wait', 'loop', 'next', { DURATION: [3, 'missing', [5, '']] }),
+        missing: reporter('operator_multiply', 'wait', [3, 'days', empty], [1, [4, '86400']]),
+        days: reporter('operator_subtract', 'missing', [3, [12, 'due', 'due'], empty],
+            [3, 'current', empty]),
+        current: block('sensing_dayssince2000', 'days', null),
+        next: block('looks_nextcostume', 'wait', 'more'),
+        more: block('data_changevariableby', 'next', null, { VALUE: interval }, due)
     };
 }
 
@@ -59,7 +72,7 @@ function makeSprite(files, name, [x, y], plays) {
     const costumes = samplePictures()
         .map((picture, index) => addCostume(files, `walk${index + 1}`, picture));
     return {
-        name, isStage: false, variables: {}, lists: {}, broadcasts: {}, comments: {},
+        name, isStage: false, variables: { due: ['due', 0] }, lists: {}, broadcasts: {}, comments: {},
         blocks: playScript(costumes, plays),
         costumes, sounds: [], currentCostume: 1, volume: 100, visible: true, x, y, size: 100,
         direction: 90, draggable: false, rotationStyle: 'all around'

@@ -69,6 +69,11 @@ export class StageBrowser {
         await this.#page.evaluate(([s, c]) => window.stage.showCostume(s, c), [sprite, costume]);
     }
 
+    /** Plays by the browser's own clock; see Stage.playTime(). */
+    playTime(wanted) {
+        return this.#page.evaluate(w => window.stage.playTime(w), wanted);
+    }
+
     /** Gives the stage another size; what it shows grows with it. */
     async resize({ width, height }) {
         await this.#page.evaluate(([w, h]) => window.stage.resize(w, h), [width, height]);

@@ -6,6 +6,7 @@
 class Stage {
     #renderer;
     #machine = new VirtualMachine();
+    #plays = false;
 
     constructor(width, height) {
         this.#renderer = new ScratchRender(document.getElementById('stage'));
@@ -47,6 +48,33 @@ class Stage {
         this.#sprites.forEach((other, index) => other.setVisible(index === sprite));
         this.#sprites[sprite].setDirection(90);
         this.#sprites[sprite].setSize(100);
+    }
+
+    /**
+     * Presses the flag and lets the machine run by itself. Gives the milliseconds until the first
+     * sprite begins the pass after these `passes`, or until it shows the `last` costume of them.
+     */
+    playTime({ passes, last }) {
+        const [sprite] = this.#sprites;
+        const begun = performance.now();
+        let [passed, shown] = [0, 0];
+        if (!this.#plays) {
+            this.#plays = true;
+            this.#machine.start();
+        }
+        this.#machine.greenFlag();
+        return new Promise(resolve => {
+            const timer = setInterval(() => {
+                const costume = sprite.currentCostume;
+                passed += costume < shown ? 1 : 0;
+                shown = costume;
+                if (passed === passes || (passed === passes - 1 && costume === last)) {
+                    clearInterval(timer);
+                    this.#machine.stopAll();
+                    resolve(performance.now() - begun);
+                }
+            }, 2);
+        });
     }
 
     /** The pixels of the stage as base64 text: RGBA, from the lowest row to the highest. */

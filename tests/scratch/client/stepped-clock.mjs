@@ -7,17 +7,28 @@ export const stepTime = 1000 / 30;
 const perReading = 0.5;
 const longestWork = 0.8 * stepTime;
 
-/** Stands in for Date.now() until release() is called. */
+/** Stands in for Date.now(), and for new Date() without a date, until release() is called. */
 export class SteppedClock {
-    #realNow = Date.now;
+    #realDate = globalThis.Date;
     #stepBegan = 1e12;
     #now = 1e12;
 
     constructor() {
-        Date.now = () => {
-            this.#now = Math.min(this.#now + perReading, this.#stepBegan + longestWork);
-            return this.#now;
+        const read = () => this.#read();
+        globalThis.Date = class extends this.#realDate {
+            constructor(...date) {
+                super(...(date.length > 0 ? date : [read()]));
+            }
+
+            static now() {
+                return read();
+            }
         };
+    }
+
+    #read() {
+        this.#now = Math.min(this.#now + perReading, this.#stepBegan + longestWork);
+        return this.#now;
     }
 
     nextStep() {
@@ -26,6 +37,6 @@ export class SteppedClock {
     }
 
     release() {
-        Date.now = this.#realNow;
+        globalThis.Date = this.#realDate;
     }
 }

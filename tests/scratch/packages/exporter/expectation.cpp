@@ -142,6 +142,15 @@ QJsonArray expectedCostumes(const PackageFile &package, const QJsonObject &sprit
     return costumes;
 }
 
+QJsonObject playOf(const AnimatedObject &animated, const QVector<int> &delaysMs)
+{
+    QJsonArray delays;
+    for (int i = 0; i < animated.frameCount(); ++i)
+        delays.append(delaysMs.value(i, animated.intervalMs()));
+    return {{QStringLiteral("delaysMs"), delays},
+            {QStringLiteral("loopCount"), animated.loopCount()}};
+}
+
 QJsonObject expectedSprite(const PackageFile &package, const QJsonObject &sprite,
                            const ExpectedSprite &expected, const QRectF &stage)
 {
@@ -154,8 +163,7 @@ QJsonObject expectedSprite(const PackageFile &package, const QJsonObject &sprite
 
     QJsonValue plays;
     if (expected.plays)
-        plays = QJsonObject{{QStringLiteral("intervalMs"), animated.intervalMs()},
-                            {QStringLiteral("loopCount"), animated.loopCount()}};
+        plays = playOf(animated, expected.delaysMs);
     return {
         {QStringLiteral("name"), expected.name},
         {QStringLiteral("x"), place.x()},

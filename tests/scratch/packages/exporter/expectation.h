@@ -13,6 +13,7 @@ struct ExpectedSprite {
     QString name;             ///< of the sprite
     QStringList costumeNames; ///< empty: the frames have names that Scratch keeps
     bool plays = true;
+    QVector<int> delaysMs; ///< of the frames; empty: the object's interval for each
 };
 
 /// The part of a page that fills the stage: a page itself, or around a lone film the stage.

@@ -72,6 +72,20 @@ void makeOfPlaying(PackageMaker &maker, const QDir &samples)
                      QLatin1String(loops), QStringLiteral("--interval"), QStringLiteral("150")});
         makeBoth(maker, document, name);
     }
+    for (const char *interval : {"20", "33", "250"}) {
+        for (const char *loops : {"forever", "once", "11"}) {
+            const QString name =
+                QStringLiteral("every-%1-ms-%2").arg(QLatin1String(interval), QLatin1String(loops));
+            const QString document = maker.path(name + QLatin1String(".flipbook"));
+            runFlipbook({QStringLiteral("new"), document, QStringLiteral("--force"),
+                         QStringLiteral("--add"),
+                         samples.filePath(QStringLiteral("loop-three.gif"))});
+            runFlipbook({QStringLiteral("edit"), document, QStringLiteral("--loops"),
+                         QLatin1String(loops), QStringLiteral("--interval"),
+                         QLatin1String(interval)});
+            makeBoth(maker, document, name);
+        }
+    }
     const QString uneven = maker.path(QStringLiteral("uneven-kept.flipbook"));
     runFlipbook({QStringLiteral("new"), uneven, QStringLiteral("--force"),
                  QStringLiteral("--keep-timing"), QStringLiteral("--add"),

@@ -9,6 +9,7 @@
 #include "tests/scratch/packages/exporter/expectation.h"
 
 #include <QtCore/QJsonDocument>
+#include <QtGui/QMovie>
 
 namespace
 {
@@ -18,6 +19,16 @@ constexpr qint64 enoughMemory = qint64(1) << 31;
 bool isSprite(const PackageWish &wish)
 {
     return wish.output.endsWith(QLatin1String(".sprite3"));
+}
+
+/// The times of the frames of a GIF, in milliseconds; none of anything else.
+QVector<int> gifDelays(const QString &path)
+{
+    QVector<int> delays;
+    QMovie movie(path, "gif");
+    for (int i = 0; movie.jumpToFrame(i) && movie.currentFrameNumber() == i; ++i)
+        delays.append(movie.nextFrameDelay());
+    return delays;
 }
 
 } // namespace
@@ -64,11 +75,12 @@ QJsonObject PackageMaker::expectation(const PackageWish &wish) const
         objects = {objects.at(wish.object)};
     const bool plays = !wish.options.contains(QStringLiteral("--no-script"));
 
+    const QVector<int> delaysMs = gifDelays(wish.input);
     QVector<ExpectedSprite> sprites;
     for (int i = 0; i < objects.size(); ++i) {
         const QString name = wish.spriteNames.isEmpty() ? AnimatedObject(*objects.at(i)).name()
                                                         : wish.spriteNames.at(i);
-        sprites.append({objects.at(i), name, wish.costumeNames.value(i), plays});
+        sprites.append({objects.at(i), name, wish.costumeNames.value(i), plays, delaysMs});
     }
     return expectationOf(readPackage(path(wish.output)), sprites,
                          stageAround(page.pageRect(), opened.isDocument));
