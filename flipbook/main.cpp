@@ -5,6 +5,7 @@
 #include <QtCore/QFileInfo>
 #include <QtWidgets/QApplication>
 
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <langinfo.h>
@@ -21,14 +22,19 @@ void preferUtf8()
     qputenv("LC_ALL", "C.UTF-8");
 }
 
-/// Whether the arguments ask for the window: there are none, or the first is a file and no command.
+/// Whether an argument is an option; a file may begin with a dash, too.
+bool isOption(const QString &argument)
+{
+    return argument.startsWith(QLatin1Char('-')) && !QFileInfo::exists(argument);
+}
+
+/// Whether the arguments ask for the window: there are none, or files alone.
 bool wantsWindow(const QStringList &arguments)
 {
     if (!hasDisplay())
         return false;
     return arguments.isEmpty() ||
-           (!isCommand(arguments.first()) && !arguments.first().startsWith(QLatin1Char('-')) &&
-            QFileInfo::exists(arguments.first()));
+           (namesFiles(arguments) && std::none_of(arguments.begin(), arguments.end(), isOption));
 }
 
 } // namespace

@@ -2,20 +2,11 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/cli/commandtable.h"
 #include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
-
-namespace
-{
-
-QString dashed(const QString &option)
-{
-    return (option.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + option;
-}
-
-} // namespace
 
 namespace Arguments
 {

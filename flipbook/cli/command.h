@@ -6,6 +6,9 @@
 
 enum ExitStatus { Success = 0, Failed = 1, WrongUsage = 2 };
 
+/// What the arguments of a command are that are no options.
+enum class Operands { Files, Commands, Shells };
+
 /// One command of the command line.
 struct Command {
     QString name;
@@ -14,6 +17,7 @@ struct Command {
     QList<QCommandLineOption> options;
     /// Does the work. @throw UsageError, Failure
     void (*run)(const QCommandLineParser &line);
+    Operands operands = Operands::Files;
 };
 
 Command infoCommand();
@@ -26,6 +30,8 @@ Command recordCommand();
 Command editCommand();
 Command spriteCommand();
 Command projectCommand();
+Command helpCommand();
+Command completionCommand();
 
 /// The options that every command understands.
 QList<QCommandLineOption> commonOptions();

@@ -2,45 +2,17 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/version.h"
-#include "flipbook/cli/command.h"
+#include "flipbook/cli/commandtable.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/cli/helptext.h"
 #include "flipbook/cli/quickinfo.h"
 
-#include <algorithm>
+#include <QtCore/QFileInfo>
+
 #include <new>
 
 namespace
 {
-
-// In the order in which the help lists them.
-QList<Command> commands()
-{
-    return {infoCommand(),   sheetCommand(),  playCommand(),   newCommand(),    editCommand(),
-            renderCommand(), framesCommand(), recordCommand(), spriteCommand(), projectCommand()};
-}
-
-QString overview()
-{
-    QString text = QStringLiteral("Usage: flipbook COMMAND [ARGUMENT]...\n"
-                                  "Inspects, plays, edits and exports animated images.\n\n"
-                                  "Commands:\n");
-    const QList<Command> known = commands();
-    for (const Command &command : known)
-        text += QStringLiteral("  %1 %2\n      %3\n")
-                    .arg(command.name, command.arguments, command.summary);
-    text += QStringLiteral("\n'flipbook COMMAND --help' describes a command;\n"
-                           "'flipbook --version' prints the version.");
-    return text;
-}
-
-QString helpOf(const Command &command, const QCommandLineParser &line)
-{
-    // The parser's own first line names the program by its path and leaves the command out.
-    const QString text = line.helpText();
-    const QString options = text.mid(text.indexOf(QStringLiteral("\n\n")) + 2);
-    return QStringLiteral("Usage: flipbook %1 %2\n%3\n\n%4")
-        .arg(command.name, command.arguments, command.summary, options.trimmed());
-}
 
 int wrongUsage(const QString &reason, const QString &helpFor)
 {
@@ -65,17 +37,51 @@ int guarded(const Command &command, const QCommandLineParser &line)
     return Failed;
 }
 
+/// What the parser takes for options, as the user wrote it: "-json" is four of them.
+QString asWritten(const QString &option, const QStringList &arguments)
+{
+    if (option.size() == 1) {
+        for (const QString &word : arguments) {
+            const bool isLong = word.size() > 2 && word.startsWith(QLatin1Char('-')) &&
+                                !word.startsWith(QLatin1String("--"));
+            if (isLong && word.contains(option))
+                return word;
+        }
+    }
+    return dashed(option);
+}
+
+QString parsingError(const Command &command, const QCommandLineParser &line,
+                     const QStringList &arguments)
+{
+    const QStringList unknown = line.unknownOptionNames();
+    if (unknown.isEmpty())
+        return line.errorText();
+    QStringList known;
+    const QList<QCommandLineOption> options = optionsOf(command);
+    for (const QCommandLineOption &option : options) {
+        const QStringList names = option.names();
+        for (const QString &name : names) {
+            if (name.size() > 1)
+                known << dashed(name);
+        }
+    }
+    const QString word = asWritten(unknown.first(), arguments);
+    const QString meant = word.startsWith(QLatin1String("--")) ? word : QLatin1Char('-') + word;
+    return QStringLiteral("'%1' is not an option of %2").arg(word, command.name) +
+           (word.size() > 2 ? didYouMean(meant, known) : QString());
+}
+
 int runCommand(const Command &command, const QStringList &arguments)
 {
     QCommandLineParser line;
-    line.addOptions(command.options);
-    line.addOptions(commonOptions());
+    line.addOptions(optionsOf(command));
     // The parser takes the first word, the command, for the name of the program.
     if (!line.parse(arguments))
-        return wrongUsage(line.errorText(), command.name);
+        return wrongUsage(parsingError(command, line, arguments), command.name);
     Console::setVerbose(line.isSet(QStringLiteral("verbose")));
     if (line.isSet(QStringLiteral("help"))) {
-        Console::print(helpOf(command, line));
+        Console::print(helpText(command));
         return Success;
     }
     if (line.isSet(QStringLiteral("version"))) {
@@ -91,19 +97,28 @@ int dispatch(const QStringList &arguments)
         return wrongUsage(QStringLiteral("a command is missing"), QString());
     const QString &first = arguments.first();
     if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
-        Console::print(overview());
+        Console::print(overviewText());
         return Success;
     }
     if (first == QLatin1String("--version")) {
         Console::print(programAndVersion());
         return Success;
     }
-    const QList<Command> known = commands();
-    const auto command = std::find_if(known.begin(), known.end(),
-                                      [&first](const Command &each) { return each.name == first; });
-    if (command == known.end())
-        return wrongUsage(QStringLiteral("'%1' is not a command").arg(first), QString());
-    return runCommand(*command, arguments);
+    if (namesFiles(arguments))
+        return runCommand(infoCommand(), QStringList(infoCommand().name) + arguments);
+    if (const Command *command = findCommand(first))
+        return runCommand(*command, arguments);
+    const QStringList known = commandNames()
+                              << QStringLiteral("--help") << QStringLiteral("--version");
+    return wrongUsage(QStringLiteral("'%1' is neither a command nor a file").arg(first) +
+                          didYouMean(first, known),
+                      QString());
+}
+
+/// Whether a command prints what the program knows by itself.
+bool isOnlyText(const QString &command)
+{
+    return command == helpCommand().name || command == completionCommand().name;
 }
 
 int statusWhenWritten(int status)
@@ -124,19 +139,22 @@ int runCommandLine(const QStringList &arguments)
 
 bool mayRunWithoutApplication(const QStringList &arguments)
 {
-    return arguments.value(0) == infoCommand().name;
+    const QString first = arguments.value(0);
+    return first == infoCommand().name || isOnlyText(first);
 }
 
 std::optional<int> runWithoutApplication(const QStringList &arguments)
 {
+    if (isOnlyText(arguments.value(0)))
+        return runCommandLine(arguments);
     if (!answerQuickInfo(arguments))
         return std::nullopt;
     return statusWhenWritten(Success);
 }
 
-bool isCommand(const QString &word)
+bool namesFiles(const QStringList &arguments)
 {
-    const QList<Command> known = commands();
-    return std::any_of(known.begin(), known.end(),
-                       [&word](const Command &command) { return command.name == word; });
+    const QString first = arguments.value(0);
+    return !first.isEmpty() && !first.startsWith(QLatin1Char('-')) && !findCommand(first) &&
+           QFileInfo::exists(first);
 }

@@ -16,5 +16,6 @@ bool mayRunWithoutApplication(const QStringList &arguments);
 /// status of the process, or none if runCommandLine() has to do it; nothing is printed then.
 std::optional<int> runWithoutApplication(const QStringList &arguments);
 
-/// Whether @p word names a command.
-bool isCommand(const QString &word);
+/// Whether the arguments begin with a file and name no command. Without a window they are
+/// described.
+bool namesFiles(const QStringList &arguments);

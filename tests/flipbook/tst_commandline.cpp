@@ -15,6 +15,11 @@ private Q_SLOTS:
     void initTestCase();
     void helpAndVersionAreResults_data();
     void helpAndVersionAreResults();
+    void helpDescribesACommand();
+    void aFileWithoutACommandIsDescribedWhereThereIsNoDisplay();
+    void optionsAreTakenWithADisplayToo();
+    void theOutputHasALongNameToo_data();
+    void theOutputHasALongNameToo();
     void wrongUsageHasAStatusOfItsOwn_data();
     void wrongUsageHasAStatusOfItsOwn();
     void aResultThatCannotBeWrittenIsAFailure();
@@ -66,6 +71,58 @@ void TestCommandLine::helpAndVersionAreResults()
     QCOMPARE(run.err, QString());
 }
 
+void TestCommandLine::helpDescribesACommand()
+{
+    const QStringList words = {QStringLiteral("sheet"), QStringLiteral("--help")};
+    const FlipbookRun described = flipbook({QStringLiteral("help"), words.first()});
+    QCOMPARE(described.status, 0);
+    QCOMPARE(described.err, QString());
+    QCOMPARE(described.out, flipbook(words).out);
+    QCOMPARE(flipbook({QStringLiteral("help")}).out, flipbook({QStringLiteral("--help")}).out);
+}
+
+void TestCommandLine::aFileWithoutACommandIsDescribedWhereThereIsNoDisplay()
+{
+    const FlipbookRun run = flipbook({m_film});
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, flipbook({QStringLiteral("info"), m_film}).out);
+    QVERIFY(run.out.contains(QStringLiteral("frames    2, named film_1 to film_2\n")));
+    QCOMPARE(flipbook({m_film, QStringLiteral("--json")}).json().value(QStringLiteral("frames")),
+             QJsonValue(2));
+}
+
+void TestCommandLine::optionsAreTakenWithADisplayToo()
+{
+    // The window knows no options: the command is meant.
+    const FlipbookRun run =
+        flipbook({m_film, QStringLiteral("--json")}, {QStringLiteral("DISPLAY=:nowhere")});
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.json().value(QStringLiteral("frames")), QJsonValue(2));
+}
+
+void TestCommandLine::theOutputHasALongNameToo_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("two words") << QStringLiteral("sheet FILM --output OUT.png");
+    QTest::newRow("an equals sign") << QStringLiteral("sheet FILM --output=OUT.png");
+    QTest::newRow("a sprite") << QStringLiteral("sprite FILM --output OUT.sprite3");
+    QTest::newRow("a project") << QStringLiteral("project FILM --output OUT.sb3");
+    QTest::newRow("a folder") << QStringLiteral("frames FILM --output OUT");
+}
+
+void TestCommandLine::theOutputHasALongNameToo()
+{
+    QFETCH(QString, arguments);
+    const QString name = path(QStringLiteral("long"));
+    arguments.replace(QStringLiteral("FILM"), m_film).replace(QStringLiteral("OUT"), name);
+    const FlipbookRun run = flipbook(arguments.split(QLatin1Char(' ')));
+    QCOMPARE(run.out + run.err, QString());
+    QCOMPARE(run.status, 0);
+    const QString output = arguments.mid(arguments.indexOf(name));
+    QVERIFY(QFileInfo::exists(output));
+}
+
 void TestCommandLine::wrongUsageHasAStatusOfItsOwn_data()
 {
     QTest::addColumn<QString>("arguments"); // FILM is replaced by a valid file
@@ -74,10 +131,22 @@ void TestCommandLine::wrongUsageHasAStatusOfItsOwn_data()
         QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(reason);
     };
     row("", "a command is missing");
-    row("frob FILM", "'frob' is not a command");
+    row("frob FILM", "'frob' is neither a command nor a file");
     row("info", "a file is missing");
     row("info FILM other.gif", "'other.gif' is one file too many");
-    row("info FILM --frob", "Unknown option 'frob'.");
+    row("shet FILM", "'shet' is neither a command nor a file; did you mean 'sheet'?");
+    row("--hlep", "'--hlep' is neither a command nor a file; did you mean '--help'?");
+    row("info FILM --frob", "'--frob' is not an option of info");
+    row("info FILM --jsn", "'--jsn' is not an option of info; did you mean '--json'?");
+    row("info FILM -json", "'-json' is not an option of info; did you mean '--json'?");
+    row("info FILM -x", "'-x' is not an option of info");
+    row("FILM --jsn", "'--jsn' is not an option of info; did you mean '--json'?");
+    row("help shet", "'shet' is not a command; did you mean 'sheet'?");
+    row("help sheet play", "'play' is one word too many");
+    row("completion", "the name of a shell is missing: bash or zsh");
+    row("completion fish", "'fish' is neither 'bash' nor 'zsh'");
+    row("completion bash zsh", "'zsh' is one word too many");
+    row("sheet FILM --output a.png -o b.png", "-o is given twice");
     row("info FILM --max-memory 12Q", "--max-memory takes a size such as 64M, not '12Q'");
     row("info FILM --max-memory 1M --max-memory 2M", "--max-memory is given twice");
     row("sheet FILM", "-o is missing");

@@ -212,8 +212,8 @@ void TestEditRefusals::wrongUsageIsToldBeforeAnythingIsRead_data()
     row("--type Normal", "--type Normal: 'Normal' is neither 'normal' nor 'background'");
     row("--mirror=yes", "Unexpected value after '--mirror'.");
     row("--flip=", "Unexpected value after '--flip'.");
-    row("--shuffle", "Unknown option 'shuffle'.");
-    row("--page 1", "Unknown option 'page'.");
+    row("--shuffle", "'--shuffle' is not an option of edit");
+    row("--page 1", "'--page' is not an option of edit");
     row("another.flipbook", "'another.flipbook' is one file too many");
 }
 
