@@ -253,7 +253,7 @@ int Page::indexOf(const CBaseObject *object) const
                                         [this](const CBaseObject *below, int order) {
                                             return m_entries.value(below).order < order;
                                         });
-    return int(place - list.begin());
+    return place - list.begin();
 }
 
 /// Puts an object on top of a layer.

@@ -299,7 +299,7 @@ void TestDocumentFile::picturesBeyondTheBudgetAreRefused()
     const QByteArray other = Bombs::png({200, 300});
     const QString small = m_fixture->path(QStringLiteral("small.flipbook"));
     Bombs::writeDocument(small, {Bombs::stateWith({one, other, one})}, {one, other});
-    constexpr qint64 needed = 4 * 240000;
+    constexpr qint64 needed = qint64(4) * 240000;
     Reading tooLittle(needed, false);
     QVERIFY_EXCEPTION_THROWN(loadDocument(m_fixture->plugin(), small, tooLittle), OverBudget);
     Reading enough(needed + 100000, false);

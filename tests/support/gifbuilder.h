@@ -22,7 +22,7 @@ public:
         /// A palette of the frame alone: 0 yellow, 1 cyan, 2 magenta, 3 black.
         bool hasOwnPalette = false;
         /// The palette index of each pixel, counted row by row; colorIndex for all when empty.
-        std::function<int(int pixel)> colorAt = {};
+        std::function<int(int pixel)> colorAt = nullptr;
     };
 
     /// A palette of four colours: 0 red, 1 green, 2 blue, 3 white.

@@ -12,7 +12,10 @@ bool hasFailed = false;
 
 [[maybe_unused]] bool failsNow()
 {
-    if (countdown <= 0 || --countdown > 0)
+    if (countdown <= 0)
+        return false;
+    --countdown;
+    if (countdown > 0)
         return false;
     hasFailed = true;
     return true;
@@ -48,23 +51,23 @@ bool FailingAllocations::isPossible()
 
 // The names under which the C library keeps its own functions.
 extern "C" {
-void *__libc_malloc(std::size_t size);
-void *__libc_calloc(std::size_t count, std::size_t size);
-void *__libc_realloc(void *memory, std::size_t size);
+void *libraryMalloc(std::size_t size) __asm__("__libc_malloc");
+void *libraryCalloc(std::size_t count, std::size_t size) __asm__("__libc_calloc");
+void *libraryRealloc(void *memory, std::size_t size) __asm__("__libc_realloc");
 
 __attribute__((visibility("default"))) void *malloc(std::size_t size)
 {
-    return failsNow() ? nullptr : __libc_malloc(size);
+    return failsNow() ? nullptr : libraryMalloc(size);
 }
 
 __attribute__((visibility("default"))) void *calloc(std::size_t count, std::size_t size)
 {
-    return failsNow() ? nullptr : __libc_calloc(count, size);
+    return failsNow() ? nullptr : libraryCalloc(count, size);
 }
 
 __attribute__((visibility("default"))) void *realloc(void *memory, std::size_t size)
 {
-    return failsNow() ? nullptr : __libc_realloc(memory, size);
+    return failsNow() ? nullptr : libraryRealloc(memory, size);
 }
 }
 

@@ -238,7 +238,8 @@ void TestBackgroundTile::everyPixelIsAsIfPaintedFourTimes()
     // Equal pixels may differ below a transparent alpha.
     const QImage tile = BackgroundTile::tile(frame, size);
     for (int y = 0; y < tile.height(); ++y)
-        QCOMPARE(memcmp(tile.constScanLine(y), expected.constScanLine(y), size_t(8) * width), 0);
+        QCOMPARE(
+            memcmp(tile.constScanLine(y), expected.constScanLine(y), size_t(8) * size_t(width)), 0);
 }
 
 void TestBackgroundTile::theObjectWorksItsPartOut_data()

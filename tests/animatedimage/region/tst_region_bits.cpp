@@ -85,7 +85,7 @@ void TestRegionBits::aLineOfFivePixels()
 
 void TestRegionBits::aLineLongerThanAWord()
 {
-    std::vector<uchar> bytes(66 * 4, 77);
+    std::vector<uchar> bytes(size_t(66) * 4, 77);
     for (int x = 0; x < 66; ++x)
         bytes[4 * size_t(x) + 3] = x == 64 ? 0 : 255;
     const Words expected{all, 0b10};
@@ -95,7 +95,7 @@ void TestRegionBits::aLineLongerThanAWord()
 
 void TestRegionBits::aGuessChangesNothing()
 {
-    std::vector<uchar> bytes(64 * 4, 0);
+    std::vector<uchar> bytes(size_t(64) * 4, 0);
     for (const quint64 guess : {quint64(0), all, quint64(5)})
         QCOMPARE(bitsOf({bytes.data(), 64, 4, 1}, guess), Words{0});
     bytes[4 * 17 + 3] = 9;

@@ -21,7 +21,7 @@ namespace
 int number(const char *variable)
 {
     const char *text = std::getenv(variable);
-    return text ? std::atoi(text) : 0;
+    return text ? int(std::strtol(text, nullptr, 10)) : 0;
 }
 
 /// Whether this call of @p function is the one that fails.
