@@ -4,6 +4,7 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/document/documentfile.h"
+#include "flipbook/document/documentlock.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/session.h"
@@ -15,6 +16,7 @@
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 
 #include <new>
 
@@ -40,6 +42,7 @@ FileController::FileController(Session &session, ActionSet &actions, MessageBar 
     , m_messages(messages)
     , m_window(window)
     , m_recent(window)
+    , m_watch(this)
 {
     const auto add = [&actions, this](const ActionSet::Look &look, auto act) {
         connect(actions.add(look), &QAction::triggered, this, act);
@@ -61,6 +64,7 @@ FileController::FileController(Session &session, ActionSet &actions, MessageBar 
         &FileController::saveAs);
     actions.add(QStringLiteral("open-recent"), m_recent.menu()->menuAction());
     connect(&m_recent, &RecentFiles::chosen, this, &FileController::open);
+    connect(&m_watch, &FileWatch::changed, this, &FileController::tellOfChange);
 }
 
 QString FileController::folder() const
@@ -77,6 +81,7 @@ void FileController::startNew()
     m_messages.clear();
     m_isIncomplete = false;
     m_marker.take(QString());
+    m_watch.note(QString(), {});
     m_session.takeUp(Session::newDocument(), QString());
 }
 
@@ -90,11 +95,20 @@ void FileController::chooseAndOpen()
 
 bool FileController::open(const QString &path)
 {
-    if (!mayLose())
-        return false;
+    return mayLose() && load(path);
+}
+
+bool FileController::reload()
+{
+    return load(m_session.path());
+}
+
+bool FileController::load(const QString &path)
+{
     QApplication::setOverrideCursor(Qt::WaitCursor);
     QString problem;
     LoadedDocument loaded;
+    const FileStamp stamp = FileStamp::of(path);
     try {
         Reading reading(MemoryBudget::Default, false);
         loaded = loadDocument(m_session.plugin(), path, reading);
@@ -112,6 +126,7 @@ bool FileController::open(const QString &path)
     m_session.takeUp(std::move(loaded.document), path);
     m_recent.add(path);
     markOpen(path);
+    m_watch.note(path, stamp);
     if (!loaded.warnings.isEmpty()) {
         m_messages.tell(MessageBar::Kind::Warning,
                         QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(),
@@ -145,21 +160,64 @@ bool FileController::saveAs()
 
 bool FileController::saveTo(const QString &path)
 {
-    try {
-        saveDocument(m_session.document(), path);
-    } catch (const Failure &failure) {
-        m_messages.tell(MessageBar::Kind::Error, told(failure));
-        return false;
-    } catch (const std::bad_alloc &) {
-        m_messages.tell(MessageBar::Kind::Error, tr("%1: there is not enough memory").arg(path));
-        return false;
+    Written written = write(path);
+    while (written == Written::NotOverChanges && mayOverwrite()) {
+        m_watch.note(path, FileStamp::of(path));
+        written = write(path);
     }
+    if (written != Written::Whole)
+        return false;
     if (path != m_session.path())
         markOpen(path);
     m_session.noteSaved(path);
     m_isIncomplete = false;
     m_recent.add(path);
     return true;
+}
+
+FileController::Written FileController::write(const QString &path)
+{
+    constexpr int maxWaitMs = 2000;
+    try {
+        // A command that edits the document now ends first, and what it wrote is a change.
+        const DocumentLock lock(path, maxWaitMs);
+        if (path == m_session.path() && m_watch.isChanged())
+            return Written::NotOverChanges;
+        saveDocument(m_session.document(), path);
+        m_watch.note(path, FileStamp::of(path));
+        return Written::Whole;
+    } catch (const Failure &failure) {
+        m_messages.tell(MessageBar::Kind::Error, told(failure));
+    } catch (const std::bad_alloc &) {
+        m_messages.tell(MessageBar::Kind::Error, tr("%1: there is not enough memory").arg(path));
+    }
+    return Written::Not;
+}
+
+void FileController::tellOfChange()
+{
+    const QString name = QFileInfo(m_session.path()).fileName();
+    const auto again = [this] { reload(); };
+    if (m_session.isDirty()) {
+        m_messages.tell(MessageBar::Kind::Warning,
+                        tr("Another program has changed %1, and so have you.").arg(name),
+                        {{tr("Reload and lose my changes"), again}});
+    } else {
+        m_messages.tell(MessageBar::Kind::Information,
+                        tr("Another program has changed %1.").arg(name), {{tr("Reload"), again}});
+    }
+}
+
+bool FileController::mayOverwrite()
+{
+    QMessageBox question(QMessageBox::Warning, tr("The file has changed"),
+                         tr("Another program has changed %1 since it was opened. Overwrite it?")
+                             .arg(m_session.title()),
+                         QMessageBox::Save | QMessageBox::Cancel, &m_window);
+    question.setInformativeText(tr("If you overwrite it, the other program's changes are lost."));
+    question.button(QMessageBox::Save)->setText(tr("Overwrite"));
+    question.setDefaultButton(QMessageBox::Cancel);
+    return question.exec() == QMessageBox::Save;
 }
 
 void FileController::markOpen(const QString &path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "flipbook/window/filewatch.h"
 #include "flipbook/window/recentfiles.h"
 #include "flipbook/window/recovery/openmarker.h"
 
@@ -21,6 +22,8 @@ public:
     /// Opens the document at @p path in the place of the one that is open, after the question
     /// about unsaved work. What goes wrong is told in the message bar; the document stays then.
     bool open(const QString &path);
+    /// Reads the document's file again, without a question. The document stays if that fails.
+    bool reload();
     void startNew();
     bool save();
     bool saveAs();
@@ -29,7 +32,12 @@ public:
 
 private:
     void chooseAndOpen();
+    bool load(const QString &path);
     bool saveTo(const QString &path);
+    enum class Written { Whole, Not, NotOverChanges };
+    Written write(const QString &path);
+    void tellOfChange();
+    bool mayOverwrite();
     void markOpen(const QString &path);
     QString folder() const;
 
@@ -38,5 +46,6 @@ private:
     QWidget &m_window;
     RecentFiles m_recent;
     OpenMarker m_marker;
+    FileWatch m_watch;
     bool m_isIncomplete = false; ///< not all of the document's file could be read
 };

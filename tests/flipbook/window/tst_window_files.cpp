@@ -1,5 +1,6 @@
 #include "flipbook/document/documentfile.h"
 #include "flipbook/window/filecontroller.h"
+#include "flipbook/window/filewatch.h"
 #include "flipbook/window/recentfiles.h"
 #include "framework/framework.h"
 #include "tests/flipbook/documentfixture.h"
@@ -29,6 +30,10 @@ private Q_SLOTS:
     void unsavedWorkIsNotLostWhenTheQuestionIsCancelled();
     void discardLosesIt();
     void aDocumentWithMissingPicturesIsNotSavedOverItsFile();
+    void aChangeByAnotherProgramIsToldAndTheFileReadAgain();
+    void ownSavesAreNoChangeByAnotherProgram();
+    void aChangedFileIsNotOverwrittenWithoutAQuestion();
+    void aFileThatIsGoneIsSavedAgain();
     void recentFilesAreListedAndMissingOnesGreyed();
     void panelsCanBeHiddenAndComeBackByResetLayout();
     void theLayoutIsRemembered();
@@ -161,6 +166,60 @@ void TestWindowFiles::aDocumentWithMissingPicturesIsNotSavedOverItsFile()
     m_fixture->window().files().save();
     QVERIFY(asked);
     QCOMPARE(bytesOf(path), bytes);
+}
+
+void TestWindowFiles::aChangeByAnotherProgramIsToldAndTheFileReadAgain()
+{
+    const QString path = saved(QStringLiteral("a.flipbook"));
+    QVERIFY(m_fixture->window().files().open(path));
+    QCOMPARE(m_fixture->page().objects().size(), 1);
+    saveDocument(*Session::newDocument(), path);
+    QTRY_COMPARE(m_fixture->messages(),
+                 QStringList({QStringLiteral("Another program has changed a.flipbook.")}));
+    m_fixture->choose(QStringLiteral("Reload"));
+    QVERIFY(m_fixture->page().objects().isEmpty());
+    QVERIFY(m_fixture->messages().isEmpty());
+}
+
+void TestWindowFiles::ownSavesAreNoChangeByAnotherProgram()
+{
+    QVERIFY(m_fixture->window().files().open(saved(QStringLiteral("a.flipbook"))));
+    QSignalSpy changes(m_fixture->window().findChild<FileWatch *>(), &FileWatch::changed);
+    m_fixture->drag({12, 21}, {62, 71});
+    m_fixture->trigger("save");
+    saveDocument(*Session::newDocument(), m_fixture->session().path());
+    // The events of the own save come before those of the other.
+    QTRY_COMPARE(changes.count(), 1);
+    QCOMPARE(m_fixture->messages(),
+             QStringList({QStringLiteral("Another program has changed a.flipbook.")}));
+}
+
+void TestWindowFiles::aChangedFileIsNotOverwrittenWithoutAQuestion()
+{
+    const QString path = saved(QStringLiteral("a.flipbook"));
+    QVERIFY(m_fixture->window().files().open(path));
+    saveDocument(*Session::newDocument(), path);
+    const QByteArray others = bytesOf(path);
+    m_fixture->drag({12, 21}, {62, 71});
+    m_fixture->answerNext(QMessageBox::Cancel);
+    m_fixture->trigger("save");
+    QCOMPARE(bytesOf(path), others);
+    QVERIFY(m_fixture->window().isWindowModified());
+    m_fixture->answerNext(QMessageBox::Save);
+    m_fixture->trigger("save");
+    QVERIFY(bytesOf(path) != others);
+    QVERIFY(!m_fixture->window().isWindowModified());
+}
+
+void TestWindowFiles::aFileThatIsGoneIsSavedAgain()
+{
+    const QString path = saved(QStringLiteral("a.flipbook"));
+    QVERIFY(m_fixture->window().files().open(path));
+    QFile::remove(path);
+    m_fixture->drag({12, 21}, {62, 71});
+    m_fixture->trigger("save");
+    QVERIFY(QFile::exists(path));
+    QVERIFY(!m_fixture->window().isWindowModified());
 }
 
 void TestWindowFiles::recentFilesAreListedAndMissingOnesGreyed()
