@@ -80,7 +80,8 @@ void TestNearest::distancesAreThoseOfTheSlowWay()
     for (int i = 0; i < 1000; ++i) {
         const QString one = randomWord(random);
         const QString two = randomWord(random);
-        QVERIFY2(editDistance(one, two) == slowDistance(one, two), qPrintable(one + QLatin1Char('/') + two));
+        QVERIFY2(editDistance(one, two) == slowDistance(one, two),
+                 qPrintable(one + QLatin1Char('/') + two));
     }
 }
 
