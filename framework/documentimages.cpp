@@ -63,7 +63,7 @@ QList<QImage> Document::readImages(QDataStream &stream)
         if (stream.status() != QDataStream::Ok)
             break;
         if (kind == quint8(Kind::Png))
-            images.append(PictureCodec::decode(content));
+            images.append(PictureCodec::decode(content).image);
         else if (kind == quint8(Kind::Digest))
             images.append(storedImage(QString::fromLatin1(content), decoded));
         else
@@ -114,7 +114,7 @@ QImage Document::imageOfJson(const QJsonObject &json, Decoded &decoded)
     // Strict: what is not the text of a picture would hide one from whoever looks at it before.
     const auto png = QByteArray::fromBase64Encoding(json.value(PngMember).toString().toLatin1(),
                                                     QByteArray::AbortOnBase64DecodingErrors);
-    return png ? PictureCodec::decode(*png) : QImage();
+    return png ? PictureCodec::decode(*png).image : QImage();
 }
 
 QImage Document::storedImage(const QString &digest, Decoded &decoded)

@@ -52,12 +52,11 @@ bool ImageStore::addPng(const QString &digest, const QByteArray &bytes)
 
 QImage ImageStore::image(const QString &digest) const
 {
-    bool isOwn = false;
-    const QImage image = PictureCodec::decode(m_pngs.value(digest), &isOwn);
+    const PictureCodec::Decoded decoded = PictureCodec::decode(m_pngs.value(digest));
     // A file of another program is encoded again if added, so that equal pixels have equal bytes.
-    if (isOwn)
-        m_known.insert(image.cacheKey(), digest);
-    return image;
+    if (decoded.isOwn)
+        m_known.insert(decoded.image.cacheKey(), digest);
+    return decoded.image;
 }
 
 QByteArray ImageStore::png(const QString &digest) const

@@ -38,10 +38,10 @@ QVector<double> numbersIn(const QString &content, int count)
     const QStringList texts = content.split(NumberSeparator);
     QVector<double> numbers;
     for (const QString &text : texts) {
-        double number = 0.0;
-        if (!parseNumberText(text, number))
+        const std::optional<double> number = parseNumberText(text);
+        if (!number)
             return {};
-        numbers.append(number);
+        numbers.append(*number);
     }
     return numbers.size() == count ? numbers : QVector<double>();
 }

@@ -16,7 +16,7 @@ QString numberText(double value)
     return QString::number(value, 'g', QLocale::FloatingPointShortest);
 }
 
-bool parseNumberText(const QString &text, double &value)
+std::optional<double> parseNumberText(const QString &text)
 {
     bool ok = true;
     double parsed = 0.0;
@@ -30,7 +30,6 @@ bool parseNumberText(const QString &text, double &value)
         parsed = text.toDouble(&ok);
     // Other spellings of the same number are not ours.
     if (!ok || numberText(parsed) != text)
-        return false;
-    value = parsed;
-    return true;
+        return std::nullopt;
+    return parsed;
 }

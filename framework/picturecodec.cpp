@@ -72,16 +72,13 @@ QByteArray encode(const QImage &image)
     return writer.write(carrier) ? png : QByteArray();
 }
 
-QImage decode(const QByteArray &png, bool *isOwn)
+Decoded decode(const QByteArray &png)
 {
-    if (isOwn)
-        *isOwn = false;
     // The PNG library would complain about the lack of bytes on standard error.
     if (png.isEmpty() || !hasPlausibleChunks(png))
         return {};
     QByteArray bytes = png;
     QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, PngFormat);
     reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(false);
@@ -92,9 +89,7 @@ QImage decode(const QByteArray &png, bool *isOwn)
         return {};
     const QString format = carrier.text(formatKey());
     const QImage image = PictureFormat::restored(carrier, format);
-    if (isOwn)
-        *isOwn = !format.isEmpty() && format == PictureFormat::name(image);
-    return image;
+    return {image, !format.isEmpty() && format == PictureFormat::name(image)};
 }
 
 } // namespace PictureCodec

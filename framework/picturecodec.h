@@ -13,9 +13,12 @@ namespace PictureCodec
 /// Empty for a null image.
 QByteArray encode(const QImage &image);
 
-/// A null image if the bytes are not a PNG, are damaged, or declare a size that they cannot hold.
-/// If @p isOwn is not null, it receives whether encode() wrote the file: encode() then gives the
-/// same bytes for the image.
-QImage decode(const QByteArray &png, bool *isOwn = nullptr);
+struct Decoded {
+    /// Null if the bytes are not a PNG, are damaged, or declare a size that they cannot hold.
+    QImage image;
+    /// Whether encode() wrote the file: it then gives the same bytes for the image.
+    bool isOwn;
+};
+Decoded decode(const QByteArray &png);
 
 } // namespace PictureCodec

@@ -22,12 +22,11 @@ QJsonValue jsonOfNumber(double number)
     return plain ? QJsonValue(number) : QJsonValue(numberText(number));
 }
 
-bool readNumber(const QJsonValue &json, double &number)
+std::optional<double> numberOf(const QJsonValue &json)
 {
     if (json.isString())
-        return parseNumberText(json.toString(), number);
-    number = json.toDouble();
-    return json.isDouble();
+        return parseNumberText(json.toString());
+    return json.isDouble() ? std::optional<double>(json.toDouble()) : std::nullopt;
 }
 
 QJsonArray jsonOfNumbers(std::initializer_list<double> numbers)
@@ -46,10 +45,10 @@ QVector<double> numbersOf(const QJsonValue &json, int count)
     if (elements.size() != count)
         return {};
     for (const QJsonValue &element : elements) {
-        double number = 0.0;
-        if (!readNumber(element, number))
+        const std::optional<double> number = numberOf(element);
+        if (!number)
             return {};
-        numbers.append(number);
+        numbers.append(*number);
     }
     return numbers;
 }
@@ -113,8 +112,8 @@ QVariant typedValue(const QString &name, const QJsonValue &json)
     if (name == QLatin1String("qlonglong"))
         return longLongOf(json);
     if (name == QLatin1String("double")) {
-        double number = 0.0;
-        return readNumber(json, number) ? QVariant(number) : QVariant();
+        const std::optional<double> number = numberOf(json);
+        return number ? QVariant(*number) : QVariant();
     }
     if (name == QLatin1String("QString"))
         return json.isString() ? QVariant(json.toString()) : QVariant();

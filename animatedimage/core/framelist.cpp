@@ -11,10 +11,11 @@ namespace FrameList
 namespace
 {
 
-/// The object's name with the number of a frame that is appended, as far as that is free.
+/// The object's name with the lowest number that is free.
 QString numberedObjectName(const Frames &frames, const QString &objectName)
 {
-    return freeName(frames, FrameNames::numbered(objectName, frames.size() + 1), false);
+    // Whatever number were in the name would be replaced by a free one.
+    return freeName(frames, objectName + QLatin1Char('_'), false);
 }
 
 QImage filled(const QSize &size, QImage::Format format, const QColor &color)

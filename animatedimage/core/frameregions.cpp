@@ -2,6 +2,7 @@
 
 #include "animatedimage/core/hitpath.h"
 
+#include <limits>
 #include <new>
 
 namespace
@@ -19,8 +20,9 @@ bool holdsRegion(const CAnimatedPortrait &frame)
 const QPainterPath &notedPath()
 {
     static const QPainterPath path = [] {
+        constexpr double farAway = std::numeric_limits<float>::lowest();
         QPainterPath mark = HitPath::empty();
-        mark.moveTo(-1.0, -1.0);
+        mark.moveTo(farAway, farAway);
         return mark;
     }();
     return path;
@@ -49,7 +51,7 @@ OpaqueRegion::Measured heldRegion(const CAnimatedPortrait &frame)
     return {OpaqueRegion::Rects(frame.rects.begin(), frame.rects.end()), frame.regionSize};
 }
 
-/// Without memory for its region, a frame has none.
+/// Without memory for its region, a frame has none for now.
 void holdRegion(CAnimatedPortrait &frame, const View &view)
 {
     try {
@@ -58,7 +60,7 @@ void holdRegion(CAnimatedPortrait &frame, const View &view)
         frame.regionSize = region.size;
     } catch (const std::bad_alloc &) {
         frame.rects = QList<QRect>();
-        frame.regionSize = QSize(0, 0);
+        frame.regionSize = QSize();
     }
 }
 

@@ -3,13 +3,6 @@
 namespace HitPath
 {
 
-namespace
-{
-
-constexpr int ElementsPerRect = 5;
-
-} // namespace
-
 // It is a separate call because GCC 12 drops the rounding where it works on the two coordinates
 // of a point at once.
 [[gnu::noinline]] float nearestFloat(double value)
@@ -31,7 +24,7 @@ QPainterPath of(const OpaqueRegion::Rects &rects, const QSize &measured, const Q
         return path;
     const float sx = nearestFloat(size.width() / measured.width());
     const float sy = nearestFloat(size.height() / measured.height());
-    path.reserve(ElementsPerRect * int(rects.size()));
+    path.reserve(5 * int(rects.size())); // the points of each rectangle
     for (const QRect &rect : rects) {
         path.addRect(double(float(rect.left()) * sx), double(float(rect.top()) * sy),
                      double(float(rect.width()) * sx), double(float(rect.height()) * sy));

@@ -183,8 +183,7 @@ template<typename List>
 List rectsOf(const QImage &image, int threshold)
 {
     constexpr int greatest = 255;
-    const int bytesPerPixel = image.depth() / 8;
-    if ((bytesPerPixel != 1 && bytesPerPixel != 4) || threshold > greatest)
+    if ((image.depth() != 8 && image.depth() != 32) || threshold > greatest)
         return {};
     if (threshold <= 0)
         return {wholeOf(image.size())};

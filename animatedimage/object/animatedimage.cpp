@@ -31,7 +31,7 @@ CAnimatedImage::CAnimatedImage(int objectId, bool editable, QGraphicsItem *paren
     , m_animatedType(-1)
     , m_savedRunning(false)
     , m_savedIndex(0)
-    , m_handleSize(1.0)
+    , m_handleSize(getHandleSize())
 {
     m_objName = QStringLiteral("animated image");
     m_rectStale = true;
@@ -39,10 +39,8 @@ CAnimatedImage::CAnimatedImage(int objectId, bool editable, QGraphicsItem *paren
 
     m_shiftTimer = new QTimer(this);
     m_shiftTimer->setInterval(m_shiftInterval);
-    m_shiftTimer->setSingleShot(false);
     connect(m_shiftTimer, SIGNAL(timeout()), this, SLOT(onShiftTimeout()));
 
-    m_handleSize = getHandleSize();
     LiveObjects::add(this);
 }
 

@@ -93,6 +93,6 @@ void CAnimatedImage::Requests::insertAfter(int index, const CAnimatedPortrait &f
 {
     const int place = FrameList::placeAfter(index, object.m_portraits.size());
     object.framesWithSizes().insert(place, frame);
-    object.updateRegion(place, true);
+    object.measureOnce(place);
     RequestStream::answer(stream, qint32(place), frame.image, thumbnails());
 }

@@ -3,7 +3,6 @@
 #include "animatedimage/object/animatedimage.h"
 
 #include <QtCore/QJsonDocument>
-#include <QtCore/QTimer>
 
 #include <new>
 
@@ -57,11 +56,8 @@ try {
     }
     if (changes.contains(SettingId::ShiftInterval)) {
         const int interval = changes.value(SettingId::ShiftInterval).toInt();
-        if (interval != m_shiftInterval) {
+        if (interval != m_shiftInterval)
             setShiftInterval(interval);
-            if (m_isRunning && m_shiftInterval > 0)
-                m_shiftTimer->start();
-        }
     }
     // Switched off means once through, not the count of before.
     if (changes.contains(SettingId::LoopCount))

@@ -50,15 +50,16 @@ Frames readFrames(QDataStream &stream)
 }
 
 struct Types {
-    qint32 before = 0;
-    qint32 after = 0;
+    qint32 before;
+    qint32 after;
 };
 
 Types readTypes(QDataStream &stream)
 {
-    Types types;
-    stream >> types.before >> types.after;
-    return types;
+    qint32 before = 0;
+    qint32 after = 0;
+    stream >> before >> after;
+    return {before, after};
 }
 
 /// A macro of the host, unless one is open already. It is closed even without memory.
@@ -155,7 +156,7 @@ void CAnimatedImage::UndoableEdits::setFrameList(const Frames &frames) const
     object.m_portraits.clear();
     object.addFrames(frames);
     object.m_runningIndex = 0;
-    object.updateRegion(0, true);
+    object.measureOnce(0);
     if (object.isBackgroundType())
         object.generateBGImage(0);
     object.notifyObjPropertyChanged(PropertyChange::ShownContent, QString());

@@ -46,8 +46,11 @@ private Q_SLOTS:
     void nothingIsWorkedOutByImportAndPlayback();
     void theShapeIsWorkedOutForTheFrameShown();
     void resizingLeavesFramesAlone();
+    void aSecondUpdateLeavesTheListAsItIs();
+    void theShapeIsRememberedWithoutMemory();
     void withoutMemoryTheShapeIsEmptyAndComesBack();
     void withoutMemoryACopiedFrameHasNoRegion();
+    void aFrameWithoutARegionIsMeasuredAgain();
 };
 
 namespace
@@ -119,6 +122,30 @@ void TestLazyFrames::resizingLeavesFramesAlone()
     QCOMPARE(stage->shape().boundingRect(), QRectF(10, 0, 20, 10));
 }
 
+void TestLazyFrames::aSecondUpdateLeavesTheListAsItIs()
+{
+    Stage stage(solidFrames({{8, 6}, {6, 8}}));
+    stage->setSize(QSizeF(30, 20), false, true);
+    // A list that is gone through frame by frame would not be shared any more.
+    const QList<CAnimatedPortrait> shared = stage.probe.storedFrames();
+    stage->setSize(QSizeF(40, 50), false, true);
+    QVERIFY(stage.probe.storedFrames().isSharedWith(shared));
+}
+
+void TestLazyFrames::theShapeIsRememberedWithoutMemory()
+{
+    Stage stage;
+    const QImage picture = checkered();
+    stage->loadFromImage(&picture);
+    stage.document.setAlternateMode(1);
+    const int all = 5 * 32 * 128;
+    QCOMPARE(stage->shape().elementCount(), all);
+    mostBytes = 20000; // 4096 rectangles take 65536
+    const QPainterPath remembered = stage->shape();
+    mostBytes = 0;
+    QCOMPARE(remembered.elementCount(), all);
+}
+
 void TestLazyFrames::withoutMemoryTheShapeIsEmptyAndComesBack()
 {
     Stage stage;
@@ -151,6 +178,24 @@ void TestLazyFrames::withoutMemoryACopiedFrameHasNoRegion()
     QCOMPARE(stage.probe.frames().size(), 2);
     QCOMPARE(stage.probe.frame(0).rects.size(), 0);
     QCOMPARE(stage.probe.frame(1).rects.size(), 32 * 128);
+}
+
+void TestLazyFrames::aFrameWithoutARegionIsMeasuredAgain()
+{
+    Stage stage;
+    Stage other;
+    const QImage picture = checkered();
+    stage->loadFromImage(&picture);
+    other->setMirror(true, true);
+    auto *source = static_cast<CGDRootObject *>(other.image);
+    mostBytes = 20000;
+    Request(Request::packed(reinterpret_cast<qint64>(source)))
+        .set(stage.image, SpecialPropertyId::CopyFromObject);
+    mostBytes = 0;
+    stage.document.setAlternateMode(1);
+    QVERIFY(stage->shape().isEmpty());
+    stage->setSize(QSizeF(128, 256), false, true);
+    QCOMPARE(stage->shape().elementCount(), 5 * 32 * 128);
 }
 
 QTEST_MAIN(TestLazyFrames)

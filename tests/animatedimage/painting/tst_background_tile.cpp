@@ -41,6 +41,7 @@ private Q_SLOTS:
     void theObjectWorksItsPartOut();
     void thePatternsPositionDoesNotMoveTheObject();
     void withoutAPageAllOfItIsVisible();
+    void thePageIsAskedBeforeTheTileIsMade();
     void theTileIsThatOfTheFrameAskedFor();
     void anIndexOutsideTheListGivesNoTile_data();
     void anIndexOutsideTheListGivesNoTile();
@@ -283,6 +284,31 @@ void TestBackgroundTile::withoutAPageAllOfItIsVisible()
     stage->regenBGImage();
     QCOMPARE(stage.probe.bgRect(), QRectF(0.0, 0.0, 200.0, 100.0));
     QCOMPARE(stage.probe.bgImage().size(), QSize(400, 200));
+}
+
+void TestBackgroundTile::thePageIsAskedBeforeTheTileIsMade()
+{
+    struct WatchedPage : Page {
+        explicit WatchedPage(Stage &shown)
+            : Page(QRectF(0, 0, 800, 600), &shown.document)
+            , stage(shown)
+        {
+        }
+        QRectF pageRect() const override
+        {
+            hadTile.append(!stage.probe.bgImage().isNull());
+            return Page::pageRect();
+        }
+        Stage &stage;
+        mutable QVector<bool> hadTile;
+    };
+    Stage stage(solidFrames({{8, 6}}));
+    WatchedPage page(stage);
+    page.addObject(stage.image);
+    page.hadTile.clear();
+    stage->regenBGImage();
+    QCOMPARE(page.hadTile, QVector<bool>{false});
+    QCOMPARE(stage.probe.bgImage().size(), QSize(16, 12));
 }
 
 void TestBackgroundTile::theTileIsThatOfTheFrameAskedFor()
