@@ -71,6 +71,54 @@ class Rules(unittest.TestCase):
                          ["m_list->clear(); m_a = m_b;"])
         self.assertEqual(after("a.insert(b, c);\na.insert(d, e);", "exchanged"), [])
 
+    def exchanges(self, *lines):
+        return len(after("\n".join(lines), "exchanged"))
+
+    def test_members_of_one_json_object_are_in_no_order(self):
+        self.assertEqual(self.exchanges("(void)json[A];", "(void)json[B];"), 0)
+        self.assertEqual(self.exchanges("(void)json[A];", "(void)other[B];"), 1)
+        self.assertEqual(self.exchanges("a.insert(b, c);", "a.insert(b, d);"), 1)
+        self.assertEqual(after("return QJsonObject{{a, b}, {c, d}};", "arguments", "Json f()"),
+                         ["return QJsonObject{{b, a}, {c, d}};",
+                          "return QJsonObject{{a, b}, {d, c}};"])
+        self.assertEqual(len(after("const QJsonObject x{{a, b}, {c, d}};", "arguments")), 2)
+        self.assertEqual(len(after("return List{{a, b}, {c, d}};", "arguments", "List f()")), 3)
+
+    def test_connections_and_properties_of_qt_are_in_no_order(self):
+        first = "connect(a, &A::one, this, [] { run(); });"
+        self.assertEqual(self.exchanges(first, "connect(a, &A::other, this, [] { go(); });"), 0)
+        self.assertEqual(self.exchanges(first, "connect(a, &A::one, this, [] { go(); });"), 1)
+        self.assertEqual(self.exchanges("t->setInterval(5);", "t->setSingleShot(true);"), 0)
+        self.assertEqual(self.exchanges("t->setInterval(5);", "t->setInterval(6);"), 1)
+        self.assertEqual(self.exchanges("t->setInterval(f());", "t->setSingleShot(true);"), 1)
+        self.assertEqual(self.exchanges("t->setSize(5);", "t->setSingleShot(true);"), 1)
+
+    def test_statements_that_share_only_what_they_read_are_in_no_order(self):
+        self.assertEqual(self.exchanges("every &= word;", "any |= word;"), 0)
+        self.assertEqual(self.exchanges("every &= word;", "any |= every;"), 1)
+        self.assertEqual(self.exchanges("list.append(got);", "left -= quint32(got);"), 0)
+        self.assertEqual(self.exchanges("list.append(left);", "left -= got;"), 1)
+        self.assertEqual(self.exchanges("list.append(got);", "left -= taken(got);"), 1)
+        self.assertEqual(self.exchanges("list.append(got);", "left -= other = got;"), 1)
+
+    def test_a_local_value_does_not_depend_on_other_calls(self):
+        head = ["const A *before = nullptr;", "const bool isNew = b();", "int y = c();"]
+        last = "before = isNew ? &a : nullptr;"
+        self.assertEqual(self.exchanges(*head, "run(a);", last), 0)
+        self.assertEqual(self.exchanges(*head, "run(before);", last), 1)
+        self.assertEqual(self.exchanges(*head, "run(a);", "before = m_isNew ? &a : nullptr;"), 1)
+        self.assertEqual(self.exchanges(*head, "run(a);", "y = a;"), 1)
+        self.assertEqual(self.exchanges(*head, "run(a);", "m_isNew = isNew;"), 1)
+        self.assertEqual(self.exchanges(*head, "call([&] { y = 1; });", "run(a);", last), 2)
+        self.assertEqual(self.exchanges("int &x = m_x;", "run(a);", "x = 4;"), 1)
+        self.assertEqual(self.exchanges("int x = 1;", "call(&x);", "run(a);", "x = 4;"), 2)
+
+    def test_initial_values_that_a_conversion_overwrites_stay(self):
+        self.assertEqual(after("bool ok = false;\nx = text.toInt(&ok);", "truth"), [])
+        self.assertEqual(len(after("bool ok = true;\nif (a)\n    x = text.toInt(&ok);\nrun(ok);",
+                                   "truth")), 1)
+        self.assertEqual(len(after("bool ok = true;\nfind(&ok);", "truth")), 1)
+
     def test_initial_values_that_a_stream_overwrites_stay(self):
         self.assertEqual(after("int x = 0;\nstream >> x;\nrun(x);", "constant"), [])
         self.assertEqual(after("bool x = true;\nint y = 0;\ndata >> y >> x;", "truth"), [])

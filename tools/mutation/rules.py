@@ -4,7 +4,7 @@ import hashlib
 import re
 from dataclasses import dataclass
 
-from . import lexer
+from . import lexer, order
 
 BOUNDARY = {"<": "<=", "<=": "<", ">": ">=", ">=": ">"}
 OPPOSITE = {"<": ">=", "<=": ">", ">": "<=", ">=": "<", "==": "!=", "!=": "=="}
@@ -20,6 +20,9 @@ CONTROL = {"if", "for", "while", "switch", "return", "catch"}
 # Calls that only tell developers something, or set memory aside.
 UNTOUCHED = {"qDebug", "qWarning", "qCritical", "qCDebug", "Q_ASSERT", "Q_UNUSED", "static_assert",
              "assert", "Q_ASSERT_X", "reserve"}
+
+# Conversions of texts to numbers, which take the address of a bool.
+CONVERSION = re.compile(r"to(U?Int|U?Long(Long)?|U?Short|Double|Float)")
 
 
 @dataclass
@@ -64,6 +67,7 @@ class _Maker:
         self.file = file
         self.source = source
         self.tokens = source.tokens
+        self.order = order.Order(source)
         self.untouched = self._untouched()
 
     def all(self):
@@ -105,14 +109,20 @@ class _Maker:
                 used = [i for i in range(later.first, later.last + 1)
                         if self.tokens[i].text == name]
                 if used:
-                    if self._is_set(used[0]):
+                    if self._is_set(used[0], later):
                         yield equals + 1
                     break
 
-    def _is_set(self, index):
-        """Whether the name at @p index is set there: "stream >> x", "read(stream, x)"."""
+    def _is_set(self, index, statement):
+        """Whether the name at @p index is set there: "stream >> x", "read(stream, x)",
+        "text.toInt(&x)"."""
         if self.source.is_word(index - 1, ">>"):
             return True
+        # Qt's conversions of texts say in any case whether they could.
+        is_address = self.source.is_word(index - 1, "&") and self.source.is_word(index - 2, "(")
+        if is_address and statement.kind != "control":
+            if CONVERSION.fullmatch(self.tokens[index - 3].text):
+                return True
         around = [i for i, token in enumerate(self.tokens[:index])
                   if token.text == "(" and self.source.partner.get(i, 0) > index]
         return bool(around) and self.source.is_word(around[-1] - 1, "read", "memcpy")
@@ -197,7 +207,11 @@ class _Maker:
         if not self._is_call(index):
             return
         parts = self._parts(index)
+        # The members of a JSON object are kept in the order of their keys.
+        has_keys = self.source.is_word(index, "{") and self._is_of_type(index, "QJsonObject")
         for (first, last), (next_first, next_last) in zip(parts, parts[1:]):
+            if has_keys and self._key(first) != self._key(next_first):
+                continue
             start, middle = self.tokens[first].start, self.tokens[last].end
             resumed, end = self.tokens[next_first].start, self.tokens[next_last].end
             text = self.source.text
@@ -205,6 +219,16 @@ class _Maker:
             if " ".join(one.split()) != " ".join(other.split()):
                 swapped = other + text[middle:resumed] + one
                 yield self._mutant(first, "arguments", start, end, swapped)
+
+    def _is_of_type(self, index, name):
+        """Whether a value of the type @p name begins at @p index: "Name{", or "Name x{"."""
+        is_variable = self.tokens[index - 1].kind == "name" and self.source.is_word(index - 2, name)
+        return is_variable or self.source.is_word(index - 1, name)
+
+    def _key(self, index):
+        """The first of the two values in the braces at @p index."""
+        first, last = self._parts(index)[0] if self.source.is_word(index, "{") else (index, index)
+        return " ".join(t.text for t in self.tokens[first : last + 1])
 
     def _is_call(self, index):
         """A call or a list of values, not the parameters of a function or of a lambda."""
@@ -244,7 +268,9 @@ class _Maker:
             if statement.kind in ("expression", "control") and not function.is_lambda:
                 yield self._returned(statement, function)
         for one, other in zip(block.statements, block.statements[1:]):
-            if one.kind == other.kind == "expression" and self._may_depend(one, other):
+            if {one.first, other.first} & self.untouched or one.kind != other.kind:
+                continue
+            if one.kind == "expression" and self.order.may_matter(one, other, function):
                 yield self._exchanged(one, other)
 
     def _dropped(self, statement):
@@ -262,45 +288,3 @@ class _Maker:
         text = self.source.text
         swapped = text[resumed:end] + text[middle:resumed] + text[start:middle]
         return self._mutant(one.first, "exchanged", start, end, swapped)
-
-    def _may_depend(self, one, other):
-        """Whether the order of two statements may matter. It does not for two assignments of which
-        neither uses what the other sets, nor for two statements that reach different variables
-        alone."""
-        if {one.first, other.first} & self.untouched:
-            return False
-        targets = [self._target(statement) for statement in (one, other)]
-        texts = [self._text(statement) for statement in (one, other)]
-        if texts[0] == texts[1]:
-            return False
-        # Members of one object that is kept in the order of its keys.
-        called = [text.split(" (")[0] for text in texts]
-        if called[0] == called[1] and called[0].endswith(". insert"):
-            return False
-        if all(targets):
-            padded = [f" {text} " for text in texts]
-            return f" {targets[0]} " in padded[1] or f" {targets[1]} " in padded[0]
-        names = [{t.text for t in self.tokens[s.first : s.last] if t.kind == "name"}
-                 for s in (one, other)]
-        if not names[0] & names[1] and self._is_local(one) and self._is_local(other):
-            return False
-        return True
-
-    def _is_local(self, statement):
-        """Whether a statement only reaches the variables that it names: "x = y", "x.clear()"."""
-        for index in range(statement.first, statement.last):
-            if self.source.is_word(index, "->"):
-                return False
-            is_call = self.source.is_word(index + 1, "(") and self.tokens[index].kind == "name"
-            if is_call and not self.source.is_word(index - 1, "."):
-                return False
-        return True
-
-    def _text(self, statement):
-        return " ".join(t.text for t in self.tokens[statement.first : statement.last + 1])
-
-    def _target(self, statement):
-        for index in range(statement.first, statement.last):
-            if self.tokens[index].text == "=":
-                return " ".join(t.text for t in self.tokens[statement.first : index])
-        return ""

@@ -232,6 +232,14 @@ class Workshop:
             self.identities.write_text(json.dumps(self.known))
         return self.known[key]
 
+    def optimised(self, source_object):
+        """The digest of what the sources, as they are, are compiled to by the optimiser."""
+        key = self.ingredients(source_object) + " optimised"
+        if key not in self.known:
+            compiled = self.compile(source_object, self.altered.with_name("optimised"), " -O2")
+            self.known[key] = digest_of(compiled.read_bytes()) if compiled else ""
+        return self.known[key]
+
     @contextlib.contextmanager
     def linked(self, output, replaced, extra=()):
         """Within this @p output is linked with other objects in the places of some of its own;
