@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """What tools/mutate changes in a source, and what it leaves alone."""
 
+import contextlib
 import sys
 import tempfile
 import unittest
@@ -9,7 +10,7 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
 
-from mutation import ledger, rules, selection  # noqa: E402
+from mutation import campaign, ledger, rules, selection  # noqa: E402
 
 
 def changes(text, rule=None):
@@ -194,6 +195,62 @@ class Selection(unittest.TestCase):
         first = self.queues(1)["framework/long.cpp"]
         kinds = {m.rule for m in first}
         self.assertEqual({m.rule for m in first[: len(kinds)]}, kinds)
+
+
+class Shop:
+    """Compiles nothing: what an optimised source gives is its text without white space."""
+
+    library_files = ["lib.so"]
+    links = {"lib.so": ["a.o"]}
+
+    def __init__(self, text):
+        self.text = text
+
+    def users_of(self, file, output):
+        return ["a.o"]
+
+    @contextlib.contextmanager
+    def changed(self, file, text):
+        before, self.text = self.text, text
+        yield
+        self.text = before
+
+    @contextlib.contextmanager
+    def linked(self, output, replaced):
+        yield True
+
+    def optimised(self, part):
+        return "".join(self.text.split())
+
+
+class Tests:
+    """Those that look at a mutant, none of which notices anything."""
+
+    def __init__(self, count):
+        self.all = [{"name": str(i)} for i in range(count)]
+
+    def tests_for(self, mutant):
+        return self.all
+
+
+class Equivalents(unittest.TestCase):
+    def outcome(self, test_count, original, mutated):
+        worker = campaign.Worker.__new__(campaign.Worker)
+        worker.shop, worker.reach = Shop(mutated), Tests(test_count)
+        self.ran = []
+        worker._failure = lambda test, mutant, replaced: self.ran.append(test["name"])
+        mutant = rules.mutants("a.cpp", "void f()\n{\n    a(1);\n}\n")[0]
+        return worker._tried(mutant, original, {"a.o": "changed.o"}, {})[0]
+
+    def test_what_the_optimiser_makes_the_same_of_does_not_count(self):
+        self.assertEqual(self.outcome(1, "a b", "ab"), ledger.DISCARDED)
+        self.assertEqual(self.outcome(9, "a b", "ab"), ledger.DISCARDED)
+        self.assertEqual(self.ran, ["0", "1", "2", "3"])
+
+    def test_what_it_makes_something_else_of_survives_if_no_test_notices(self):
+        self.assertEqual(self.outcome(1, "ab", "ba"), ledger.SURVIVED)
+        self.assertEqual(self.outcome(9, "ab", "ba"), ledger.SURVIVED)
+        self.assertEqual(len(self.ran), 9)
 
 
 class Accepted(unittest.TestCase):
