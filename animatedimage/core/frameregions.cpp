@@ -1,8 +1,5 @@
 #include "animatedimage/core/frameregions.h"
 
-#include "animatedimage/core/hitpath.h"
-
-#include <limits>
 #include <new>
 
 namespace
@@ -15,22 +12,66 @@ bool holdsRegion(const CAnimatedPortrait &frame)
     return frame.regionSize.isValid();
 }
 
-/// The placeholder of a noted path: it is empty, and starts where no other empty one does. A
-/// path that the frame holds may be empty too. All frames share this one.
-const QPainterPath &notedPath()
+/// Exact, unlike the comparison of sizes in Qt.
+bool isSameSize(const QSizeF &a, const QSizeF &b)
 {
-    static const QPainterPath path = [] {
-        constexpr double farAway = std::numeric_limits<float>::lowest();
-        QPainterPath mark = HitPath::empty();
-        mark.moveTo(farAway, farAway);
-        return mark;
-    }();
+    return a.width() == b.width() && a.height() == b.height();
+}
+
+bool isTurnedAlike(const View &a, const View &b)
+{
+    return a.mirrored == b.mirrored && a.flipped == b.flipped;
+}
+
+// A note is a path that begins left of and above the origin, further if the frame is mirrored or
+// flipped. A size of its own is the end of a line. Nothing else that a frame holds is so short and
+// begins there.
+constexpr int MostNoteElements = 2;
+
+QPointF beginningOfNote(const View &turn)
+{
+    return {turn.mirrored ? -2.0 : -1.0, turn.flipped ? -2.0 : -1.0};
+}
+
+QPainterPath newNote(const View &turn)
+{
+    QPainterPath path = HitPath::empty();
+    path.moveTo(beginningOfNote(turn));
+    return path;
+}
+
+/// The note of a frame that has the size of all frames. Frames share it.
+const QPainterPath &note(const View &turn)
+{
+    static const QPainterPath notes[] = {
+        newNote({QSizeF(), false, false}), newNote({QSizeF(), false, true}),
+        newNote({QSizeF(), true, false}), newNote({QSizeF(), true, true})};
+    return notes[(turn.mirrored ? 2 : 0) + (turn.flipped ? 1 : 0)];
+}
+
+QPainterPath noteWithSize(const View &view)
+{
+    QPainterPath path = newNote(view);
+    path.lineTo(view.size.width(), view.size.height());
     return path;
 }
 
 bool isNoted(const QPainterPath &path)
 {
-    return path.elementCount() == 1 && path.currentPosition() == notedPath().currentPosition();
+    return path.elementCount() > 0 && path.elementCount() <= MostNoteElements &&
+           path.elementAt(0).x < 0.0;
+}
+
+bool hasOwnSize(const QPainterPath &note)
+{
+    return note.elementCount() == MostNoteElements;
+}
+
+/// How the frame with @p note is mirrored and flipped.
+View turnOf(const QPainterPath &note)
+{
+    const QPainterPath::Element beginning = note.elementAt(0);
+    return {QSizeF(), beginning.x < -1.0, beginning.y < -1.0};
 }
 
 /// The opaque rectangles of @p picture as it is painted, mirrored and flipped.
@@ -75,12 +116,27 @@ void holdPath(CAnimatedPortrait &frame, const View &view)
     }
 }
 
+/// How @p frame is turned after an update by @p view. Without new measuring, a region stays as the
+/// object was turned when it was measured.
+View turnAfter(const CAnimatedPortrait &frame, const View &view, bool recompute)
+{
+    const bool stays = !recompute && FrameRegions::isUpdated(frame) && isNoted(frame.path);
+    return stays ? turnOf(frame.path) : view;
+}
+
+void forgetRegion(CAnimatedPortrait &frame)
+{
+    if (!holdsRegion(frame))
+        return;
+    frame.rects = QList<QRect>();
+    frame.regionSize = QSize();
+}
+
 } // namespace
 
 bool FrameRegions::View::operator==(const View &other) const
 {
-    return size.width() == other.size.width() && size.height() == other.size.height() &&
-           mirrored == other.mirrored && flipped == other.flipped;
+    return isSameSize(size, other.size) && isTurnedAlike(*this, other);
 }
 
 bool FrameRegions::isUpdated(const CAnimatedPortrait &frame)
@@ -88,114 +144,155 @@ bool FrameRegions::isUpdated(const CAnimatedPortrait &frame)
     return frame.path.fillRule() == Qt::WindingFill;
 }
 
-/// Leaves @p frame as one whose path, and with @p recompute whose region, is noted.
-void FrameRegions::note(CAnimatedPortrait &frame, bool recompute) const
-{
-    if (recompute && holdsRegion(frame)) {
-        frame.rects = QList<QRect>();
-        frame.regionSize = QSize();
-    }
-    if (!isNoted(frame.path))
-        frame.path = notedPath();
-}
-
 void FrameRegions::updateAll(Frames &frames, const View &view, bool recompute)
 {
-    const bool turns = view.mirrored != m_view.mirrored || view.flipped != m_view.flipped;
-    if (recompute || turns || m_hasOthers) {
+    if (recompute || m_hasOthers) {
         for (CAnimatedPortrait &frame : frames) {
-            // Without new measuring, a region stays as the object was turned at that time.
-            if (!recompute && turns && isUpdated(frame) && !holdsRegion(frame))
-                holdRegion(frame, m_view);
-            note(frame, recompute);
+            const View turn = turnAfter(frame, view, recompute);
+            if (recompute)
+                forgetRegion(frame);
+            frame.path = note(turn);
         }
     }
-    m_view = view;
+    m_size = view.size;
     m_hasOthers = false;
 }
 
 void FrameRegions::updateOne(CAnimatedPortrait &frame, const View &view, bool recompute)
 {
-    const bool isMeasured = isUpdated(frame) && !recompute;
-    if (isMeasured && view != m_view && !holdsRegion(frame))
-        holdRegion(frame, m_view);
-    note(frame, recompute);
-    if (view == m_view)
+    View turned = turnAfter(frame, view, recompute);
+    if (recompute)
+        forgetRegion(frame);
+    if (isSameSize(view.size, m_size)) {
+        frame.path = note(turned);
         return;
-    if (!isMeasured)
-        holdRegion(frame, view);
-    holdPath(frame, view);
+    }
+    turned.size = view.size;
+    frame.path = noteWithSize(turned);
     m_hasOthers = true;
 }
 
-QPainterPath FrameRegions::pathOf(const CAnimatedPortrait &frame)
+/// What the note of @p frame says.
+FrameRegions::View FrameRegions::viewOf(const CAnimatedPortrait &frame) const
 {
-    if (!isNoted(frame.path))
-        return frame.path;
-    if (!isShown(frame))
-        show(frame);
-    if (!m_shown.hasPath || m_shown.view != m_view) {
+    View view = turnOf(frame.path);
+    view.size = m_size;
+    if (hasOwnSize(frame.path)) {
+        const QPointF size = frame.path.currentPosition();
+        view.size = QSizeF(size.x(), size.y());
+    }
+    return view;
+}
+
+QPainterPath FrameRegions::pathOf(const CAnimatedPortrait &frame,
+                                  const std::optional<HitPath::Handles> &handles)
+{
+    if (!isNoted(frame.path)) {
+        QPainterPath path = frame.path;
+        if (handles)
+            HitPath::addHandles(path, *handles);
+        return path;
+    }
+    const View view = viewOf(frame);
+    if (!isShown(frame, view))
+        show(frame, view);
+    if (!m_shown.hasPath || m_shown.view != view || !(m_shown.handles == handles)) {
         // What was shown goes first: memory is for one path.
         m_shown.hasPath = false;
         m_shown.path = QPainterPath();
-        m_shown.path = HitPath::of(m_shown.region.rects, m_shown.region.size, m_view.size);
-        m_shown.view = m_view;
+        m_shown.path =
+            HitPath::of(m_shown.region.rects, m_shown.region.size, view.size, handles.has_value());
+        if (handles)
+            HitPath::addHandles(m_shown.path, *handles);
+        m_shown.view = view;
+        m_shown.handles = handles;
         m_shown.hasPath = true;
     }
-    return m_shown.path;
+    const QPainterPath path = m_shown.path;
+    keepShown();
+    return path;
 }
 
 /// Whether the region of @p frame is the one that was asked for last.
-bool FrameRegions::isShown(const CAnimatedPortrait &frame) const
+bool FrameRegions::isShown(const CAnimatedPortrait &frame, const View &view) const
 {
     if (holdsRegion(frame)) {
         return m_shown.isHeld && m_shown.held.isSharedWith(frame.rects) &&
                m_shown.region.size == frame.regionSize;
     }
     return !m_shown.isHeld && m_shown.picture == frame.image.cacheKey() &&
-           m_shown.view.mirrored == m_view.mirrored && m_shown.view.flipped == m_view.flipped;
+           isTurnedAlike(m_shown.view, view);
 }
 
-void FrameRegions::show(const CAnimatedPortrait &frame)
+void FrameRegions::show(const CAnimatedPortrait &frame, const View &view)
 {
-    m_shown = Shown();
+    dropShown();
     if (holdsRegion(frame)) {
         m_shown.region = heldRegion(frame);
         m_shown.held = frame.rects;
         m_shown.isHeld = true;
     } else {
-        m_shown.region = regionOf(frame.image, m_view);
-        m_shown.view = m_view;
+        m_shown.region = regionOf(frame.image, view);
+        m_shown.view = view;
         m_shown.picture = frame.image.cacheKey();
     }
+}
+
+/// Counts what is shown, and keeps it if there is room for it.
+void FrameRegions::keepShown()
+{
+    m_budget.giveBack(m_shownBytes);
+    m_shownBytes = qint64(m_shown.region.rects.capacity() * sizeof(QRect)) +
+                   qint64(m_shown.path.elementCount()) * qint64(sizeof(QPainterPath::Element));
+    if (m_budget.take(m_shownBytes))
+        return;
+    m_shownBytes = 0;
+    m_shown = Shown();
+}
+
+void FrameRegions::dropShown()
+{
+    m_budget.giveBack(m_shownBytes);
+    m_shownBytes = 0;
+    m_shown = Shown();
 }
 
 void FrameRegions::workOut(Frames &frames)
 {
     const CAnimatedPortrait *before = nullptr;
+    QPainterPath noteBefore;
     for (CAnimatedPortrait &frame : frames) {
         if (!isNoted(frame.path))
             continue;
+        const QPainterPath noteOfFrame = frame.path;
+        const bool isMeasured = holdsRegion(frame);
         // Frames in a row often share one picture, so that it is shown longer.
-        if (!holdsRegion(frame) && before && before->image.cacheKey() == frame.image.cacheKey()) {
+        if (!isMeasured && before && before->image.cacheKey() == frame.image.cacheKey() &&
+            noteBefore == noteOfFrame) {
             frame.rects = before->rects;
             frame.regionSize = before->regionSize;
             frame.path = before->path;
             continue;
         }
-        const bool isNoted = !holdsRegion(frame);
-        if (isNoted)
-            holdRegion(frame, m_view);
-        holdPath(frame, m_view);
-        before = isNoted ? &frame : nullptr;
+        const View view = viewOf(frame);
+        if (!isMeasured)
+            holdRegion(frame, view);
+        holdPath(frame, view);
+        before = isMeasured ? nullptr : &frame;
+        noteBefore = noteOfFrame;
     }
     m_hasOthers = true;
 }
 
-void FrameRegions::merge(Frames &own, const FrameRegions &theirs)
+void FrameRegions::follow(Frames &own, const FrameRegions &theirs)
 {
-    if (!own.isEmpty() && m_view != theirs.m_view)
-        workOut(own);
-    m_view = theirs.m_view;
+    if (!isSameSize(m_size, theirs.m_size)) {
+        for (CAnimatedPortrait &frame : own) {
+            if (isNoted(frame.path))
+                frame.path = noteWithSize(viewOf(frame));
+        }
+        m_hasOthers = m_hasOthers || !own.isEmpty();
+    }
+    m_size = theirs.m_size;
     m_hasOthers = m_hasOthers || theirs.m_hasOthers;
 }

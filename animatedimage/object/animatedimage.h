@@ -233,7 +233,6 @@ private:
     // shape.cpp
     Q_DECL_HIDDEN FrameRegions::View view() const;
     Q_DECL_HIDDEN void measureOnce(int index);
-    Q_DECL_HIDDEN void addHandles(QPainterPath &path) const;
 
     // The fields, in the order in which hosts know them. "Settings" are the user's, saved with the
     // object; "edits" are special properties.

@@ -3,6 +3,7 @@
 #include "animatedimage/object/animatedimage.h"
 
 #include <new>
+#include <optional>
 
 QList<QRect> CAnimatedImage::rectsFromImage(const QImage &image, int threshold)
 try {
@@ -56,32 +57,16 @@ QPainterPath CAnimatedImage::shape() const
     if (!m_hasShape)
         return {};
     try {
-        QPainterPath path;
-        if (isFrame(m_runningIndex))
-            path = m_regions.pathOf(m_portraits.at(m_runningIndex));
+        std::optional<HitPath::Handles> handles;
         if (!isAlternateMode())
-            addHandles(path);
+            handles = HitPath::Handles{m_rect, m_handleSize};
+        if (isFrame(m_runningIndex))
+            return m_regions.pathOf(m_portraits.at(m_runningIndex), handles);
+        QPainterPath path;
+        if (handles)
+            HitPath::addHandles(path, *handles);
         return path;
     } catch (const std::bad_alloc &) {
         return {};
     }
-}
-
-/// Adds the grab areas of the eight resize handles and of the rotation handle above the object.
-void CAnimatedImage::addHandles(QPainterPath &path) const
-{
-    const double radius = 2.0 + m_handleSize;
-    const auto addHandle = [&path, radius](double x, double y) {
-        path.addEllipse(QRectF(x - radius, y - radius, 2.0 * radius, 2.0 * radius));
-    };
-    const QSizeF size = m_rect.size();
-    for (int row = 0; row < 3; ++row) {
-        for (int column = 0; column < 3; ++column) {
-            if (row == 1 && column == 1)
-                continue;
-            addHandle(size.width() * column * 0.5, size.height() * row * 0.5);
-        }
-    }
-    addHandle(double(HitPath::nearestFloat(0.5 * size.width() + m_rect.left())),
-              double(HitPath::nearestFloat(m_rect.top() - 2.0 * m_handleSize)));
 }

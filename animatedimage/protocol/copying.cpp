@@ -15,7 +15,7 @@ bool CAnimatedImage::Requests::copyFromObject() const
 /// be this object: its frames are then appended once.
 void CAnimatedImage::Requests::takeOver(CAnimatedImage &other) const
 {
-    object.m_regions.merge(object.m_portraits, other.m_regions);
+    object.m_regions.follow(object.m_portraits, other.m_regions);
     QByteArray state;
     QDataStream out(&state, QIODevice::WriteOnly);
     other.CBaseObject::save(out);

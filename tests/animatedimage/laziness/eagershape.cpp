@@ -39,6 +39,25 @@ void measure(CAnimatedPortrait &frame, bool mirrored, bool flipped)
     }
 }
 
+/// Adds the grab areas of the eight resize handles and of the rotation handle above the object.
+void addHandles(QPainterPath &path, const QRectF &rect, double handleSize)
+{
+    const double radius = 2.0 + handleSize;
+    const auto addHandle = [&path, radius](double x, double y) {
+        path.addEllipse(QRectF(x - radius, y - radius, 2.0 * radius, 2.0 * radius));
+    };
+    const QSizeF size = rect.size();
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            if (row == 1 && column == 1)
+                continue;
+            addHandle(size.width() * column * 0.5, size.height() * row * 0.5);
+        }
+    }
+    addHandle(double(nearestFloat(0.5 * size.width() + rect.left())),
+              double(nearestFloat(rect.top() - 2.0 * handleSize)));
+}
+
 } // namespace
 
 QList<QRect> CAnimatedImage::rectsFromImage(const QImage &image, int threshold)
@@ -108,25 +127,6 @@ QPainterPath CAnimatedImage::shape() const
     QPainterPath path =
         isFrame(m_runningIndex) ? m_portraits.at(m_runningIndex).path : QPainterPath();
     if (!isAlternateMode())
-        addHandles(path);
+        addHandles(path, m_rect, m_handleSize);
     return path;
-}
-
-/// Adds the grab areas of the eight resize handles and of the rotation handle above the object.
-void CAnimatedImage::addHandles(QPainterPath &path) const
-{
-    const double radius = 2.0 + m_handleSize;
-    const auto addHandle = [&path, radius](double x, double y) {
-        path.addEllipse(QRectF(x - radius, y - radius, 2.0 * radius, 2.0 * radius));
-    };
-    const QSizeF size = m_rect.size();
-    for (int row = 0; row < 3; ++row) {
-        for (int column = 0; column < 3; ++column) {
-            if (row == 1 && column == 1)
-                continue;
-            addHandle(size.width() * column * 0.5, size.height() * row * 0.5);
-        }
-    }
-    addHandle(double(nearestFloat(0.5 * size.width() + m_rect.left())),
-              double(nearestFloat(m_rect.top() - 2.0 * m_handleSize)));
 }

@@ -49,8 +49,9 @@ private Q_SLOTS:
     void aSecondUpdateLeavesTheListAsItIs();
     void theShapeIsRememberedWithoutMemory();
     void withoutMemoryTheShapeIsEmptyAndComesBack();
-    void withoutMemoryACopiedFrameHasNoRegion();
-    void aFrameWithoutARegionIsMeasuredAgain();
+    void takingOverAnotherStateWorksNothingOut();
+    void aFrameWhoseObjectTookOverAStateIsHitAsBefore();
+    void withoutMemoryAStateIsTakenOver();
 };
 
 namespace
@@ -65,6 +66,14 @@ bool haveNothing(Stage &stage)
 {
     const QList<CAnimatedPortrait> &frames = stage.probe.storedFrames();
     return std::all_of(frames.begin(), frames.end(), hasNothing);
+}
+
+/// Gives the state of @p other to @p stage, and its frames.
+void copyState(Stage &other, Stage &stage)
+{
+    auto *source = static_cast<CGDRootObject *>(other.image);
+    Request(Request::packed(reinterpret_cast<qint64>(source)))
+        .set(stage.image, SpecialPropertyId::CopyFromObject);
 }
 
 /// Every second pixel is opaque: 32 rectangles in each of 128 rows.
@@ -160,7 +169,48 @@ void TestLazyFrames::withoutMemoryTheShapeIsEmptyAndComesBack()
     QCOMPARE(stage->shape().elementCount(), 5 * 32 * 128);
 }
 
-void TestLazyFrames::withoutMemoryACopiedFrameHasNoRegion()
+void TestLazyFrames::takingOverAnotherStateWorksNothingOut()
+{
+    Stage stage;
+    Stage other;
+    const QImage picture = checkered();
+    stage->loadFromImage(&picture);
+    other->loadFromImage(&picture);
+    other->setSize(QSizeF(100, 50), false, true);
+    other->setMirror(true, true);
+    copyState(other, stage);
+    const QList<CAnimatedPortrait> &frames = stage.probe.storedFrames();
+    QCOMPARE(frames.size(), 2);
+    for (const CAnimatedPortrait &frame : frames) {
+        QCOMPARE(frame.rects.size(), 0);
+        QVERIFY(!frame.regionSize.isValid());
+        // Five points a rectangle, if it had been worked out.
+        QVERIFY(frame.path.elementCount() < 5);
+    }
+}
+
+void TestLazyFrames::aFrameWhoseObjectTookOverAStateIsHitAsBefore()
+{
+    Stage stage;
+    Stage other;
+    const QImage picture = Pictures::fromText({"##.", "..."});
+    stage->loadFromImage(&picture);
+    other->setSize(QSizeF(30, 20), false, true);
+    other->setMirror(true, true);
+    other->setFlip(true, true);
+    copyState(other, stage);
+    stage.document.setAlternateMode(1);
+    // The size of the object before, and not turned.
+    QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 2, 1));
+    QCOMPARE(stage->getSize(), QSizeF(30, 20));
+    // As it was measured, at the size of the object now.
+    stage->setSize(QSizeF(30, 20), false, true);
+    QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 20, 10));
+    stage->updateRegion(true);
+    QCOMPARE(stage->shape().boundingRect(), QRectF(10, 10, 20, 10));
+}
+
+void TestLazyFrames::withoutMemoryAStateIsTakenOver()
 {
     Stage stage;
     Stage other;
@@ -168,34 +218,15 @@ void TestLazyFrames::withoutMemoryACopiedFrameHasNoRegion()
     stage->loadFromImage(&picture);
     other->loadFromImage(&picture);
     other->setMirror(true, true);
-    // The object becomes mirrored as the other one is; its own frame stays as it was measured,
-    // which must happen now.
-    auto *source = static_cast<CGDRootObject *>(other.image);
     mostBytes = 20000;
-    Request(Request::packed(reinterpret_cast<qint64>(source)))
-        .set(stage.image, SpecialPropertyId::CopyFromObject);
+    copyState(other, stage);
     mostBytes = 0;
     QCOMPARE(stage.probe.frames().size(), 2);
-    QCOMPARE(stage.probe.frame(0).rects.size(), 0);
+    QCOMPARE(stage.probe.frame(0).rects.size(), 32 * 128);
     QCOMPARE(stage.probe.frame(1).rects.size(), 32 * 128);
-}
-
-void TestLazyFrames::aFrameWithoutARegionIsMeasuredAgain()
-{
-    Stage stage;
-    Stage other;
-    const QImage picture = checkered();
-    stage->loadFromImage(&picture);
-    other->setMirror(true, true);
-    auto *source = static_cast<CGDRootObject *>(other.image);
-    mostBytes = 20000;
-    Request(Request::packed(reinterpret_cast<qint64>(source)))
-        .set(stage.image, SpecialPropertyId::CopyFromObject);
-    mostBytes = 0;
-    stage.document.setAlternateMode(1);
-    QVERIFY(stage->shape().isEmpty());
-    stage->setSize(QSizeF(128, 256), false, true);
-    QCOMPARE(stage->shape().elementCount(), 5 * 32 * 128);
+    // The last column is left out, and is the first of the mirrored one.
+    QCOMPARE(stage.probe.frame(0).rects.first(), QRect(0, 0, 1, 1));
+    QCOMPARE(stage.probe.frame(1).rects.first(), QRect(63, 0, 1, 1));
 }
 
 QTEST_MAIN(TestLazyFrames)
