@@ -23,6 +23,8 @@ void ThumbnailCache::writeList(QDataStream &stream, const QList<CAnimatedPortrai
     stream << quint32(frames.size());
     for (const CAnimatedPortrait &frame : frames) {
         stream << frame.name;
+        if (stream.status() != QDataStream::Ok)
+            return;
         write(stream, frame.image);
     }
 }

@@ -21,7 +21,7 @@ public:
 
     /// Writes what the stream operators write for a list of pairs, the name and the thumbnail of
     /// each frame. Keeps the encoded thumbnails of these frames, as far as the budget allows, and
-    /// no others.
+    /// no others. Ends where the device takes no more.
     void writeList(QDataStream &stream, const QList<CAnimatedPortrait> &frames);
 
     /// Writes what the stream operator writes for the thumbnail of @p picture.

@@ -52,14 +52,22 @@ inline bool canAnswer(const QDataStream &stream)
     return device && device->isWritable();
 }
 
-/// Writes the values at the stream's position.
+/// Writes @p value, unless the device has refused what comes before it.
+template<typename Value>
+void appendOne(QDataStream &stream, const Value &value)
+{
+    if (stream.status() == QDataStream::Ok)
+        stream << value;
+}
+
+/// Writes the values at the stream's position, up to the first that the device does not take.
 template<typename... Values>
 void append(QDataStream &stream, const Values &...values)
 {
     if (!canAnswer(stream))
         return;
     const OwnStatus status(stream);
-    (void)(stream << ... << values);
+    (appendOne(stream, values), ...);
 }
 
 /// Writes the values over the start of the buffer; the bytes after them stay.

@@ -4,8 +4,10 @@
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/editing/filmmemory.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/object/steppedplayback.h"
+#include "framework/page.h"
 
 #include <cmath>
 
@@ -49,6 +51,10 @@ void run(const QCommandLineParser &line)
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openDocument(plugin, path, reading);
     Page &page = chosenPage(line, path, *opened.document);
+    MemoryAccount &memory = reading.memory();
+    const qint64 copies = FilmMemory::ofPaintedCopies(plugin, page.objects());
+    memory.require(copies, path, QStringLiteral("painting its pictures repeatedly"));
+    memory.take(copies);
     OutputFolder output(folder);
 
     ProgressLine progress(QStringLiteral("Recording"), count);
@@ -56,7 +62,7 @@ void run(const QCommandLineParser &line)
     for (int i = 0; i < count; ++i) {
         playback.advanceTo(qint64(i) * 1000 / fps);
         const QString name = pictureFile(i + 1, count);
-        output.write(name, pngOf(renderPage(reading.memory(), path, page, scale), name));
+        output.write(name, pngOf(renderPage(memory, path, page, scale), name));
         progress.setDone(i + 1);
     }
     output.finish();

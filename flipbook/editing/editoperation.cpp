@@ -4,7 +4,6 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
 #include "flipbook/base/reading.h"
-#include "flipbook/base/saturating.h"
 #include "flipbook/editing/filmmemory.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
@@ -67,14 +66,12 @@ void require(const EditTarget &target, qint64 bytes, const QString &what)
         throw EditRefused{reason};
 }
 
-/// Makes an edit to which the object answers with the thumbnails of all frames, and which may add a
-/// frame as large as the largest.
+/// Makes an edit that may add a frame as large as the largest.
 template<typename Edit>
-void editWithAnswer(EditTarget &target, const Edit &edit)
+void editFrames(EditTarget &target, const Edit &edit)
 {
     const FilmMemory before = FilmMemory::of(target.plugin, *target.object);
-    require(target, Saturating::sum(before.thumbnails, before.largest),
-            QStringLiteral("the thumbnails of all frames"));
+    require(target, before.largest, QStringLiteral("one more frame"));
     edit(FrameEditor(*target.object));
     const FilmMemory after = FilmMemory::of(target.plugin, *target.object);
     target.reading.memory().take(qMax<qint64>(0, after.pixels - before.pixels));
@@ -84,7 +81,7 @@ Apply insertBlank(const QString &value)
 {
     const int place = number(value);
     return [place](EditTarget &target) {
-        editWithAnswer(target, [place](FrameEditor editor) { editor.insertBlank(place); });
+        editFrames(target, [place](FrameEditor editor) { editor.insertBlank(place); });
     };
 }
 
@@ -92,7 +89,7 @@ Apply duplicate(const QString &value)
 {
     const auto [from, place] = twoNumbers(value);
     return [from = from, place = place](EditTarget &target) {
-        editWithAnswer(target, [&](FrameEditor editor) { editor.duplicate(from, place); });
+        editFrames(target, [&](FrameEditor editor) { editor.duplicate(from, place); });
     };
 }
 
@@ -113,9 +110,8 @@ Apply removeFrame(const QString &value)
 Apply moveFrame(const QString &value)
 {
     const auto [from, to] = twoNumbers(value);
-    return [from = from, to = to](EditTarget &target) {
-        editWithAnswer(target, [&](FrameEditor editor) { editor.move(from, to); });
-    };
+    return
+        [from = from, to = to](EditTarget &target) { FrameEditor(*target.object).move(from, to); };
 }
 
 Apply insertFile(const QString &value)
@@ -127,8 +123,8 @@ Apply insertFile(const QString &value)
         const QString wanted = FrameNames::ofFile(path);
         const QString name = FrameNames(target.plugin.frames(*target.object)).give(wanted);
         bool isInserted = false;
-        editWithAnswer(
-            target, [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy, name); });
+        editFrames(target,
+                   [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy, name); });
         if (isInserted) {
             if (name != wanted)
                 target.warnings << path + QStringLiteral(": ") + FrameNames::told(wanted, name);

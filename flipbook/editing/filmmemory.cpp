@@ -1,32 +1,34 @@
 #include "flipbook/editing/filmmemory.h"
 
+#include "flipbook/base/saturating.h"
+
 #include <algorithm>
-
-namespace
-{
-
-/// The bytes of the thumbnail of a picture: the pixels, and as much again twice over while it
-/// is written into an answer that grows.
-qint64 thumbnailBytes(const QSize &size)
-{
-    constexpr int side = 150;
-    constexpr qint64 bytesPerPixel = 4;
-    constexpr qint64 copies = 3;
-    const QSize thumbnail = size.scaled(side, side, Qt::KeepAspectRatio);
-    return qint64(thumbnail.width()) * thumbnail.height() * bytesPerPixel * copies;
-}
-
-} // namespace
 
 FilmMemory FilmMemory::of(const Plugin &plugin, CBaseObject &object)
 {
     FilmMemory memory;
     const Plugin::Frames frames = plugin.frames(object);
     for (const auto &frame : frames) {
-        memory.pixels += frame.second.sizeInBytes();
-        memory.largest = std::max(memory.largest, qint64(frame.second.sizeInBytes()));
-        if (!frame.second.isNull())
-            memory.thumbnails += thumbnailBytes(frame.second.size());
+        const qint64 bytes = frame.second.sizeInBytes();
+        memory.pixels = Saturating::sum(memory.pixels, bytes);
+        memory.largest = std::max(memory.largest, bytes);
     }
     return memory;
+}
+
+qint64 FilmMemory::ofPaintedCopies(const Plugin &plugin, const QList<CBaseObject *> &objects)
+{
+    constexpr qint64 mostOfAllCaches = qint64(64) << 20;
+    qint64 bytes = 0;
+    for (CBaseObject *object : objects) {
+        // Pictures without alpha are painted as they are.
+        qint64 largest = 0;
+        const Plugin::Frames frames = plugin.frames(*object);
+        for (const auto &frame : frames) {
+            if (frame.second.hasAlphaChannel())
+                largest = std::max(largest, qint64(frame.second.sizeInBytes()));
+        }
+        bytes = Saturating::sum(bytes, largest);
+    }
+    return std::min(bytes, mostOfAllCaches);
 }

@@ -7,18 +7,6 @@
 
 namespace Id = SpecialPropertyId;
 
-namespace
-{
-
-/// Sends a request of the getting half of the protocol, and discards its answer.
-template<typename... Input>
-void request(CBaseObject &object, int id, const Input &...input)
-{
-    ObjectProtocol::ask<qint32>(object, id, input...);
-}
-
-} // namespace
-
 FrameEditor::FrameEditor(CBaseObject &object)
     : m_object(object)
 {
@@ -79,7 +67,7 @@ void FrameEditor::insertBlank(int place)
     checkPlace(place);
     keepScale([this, place] {
         const int count = m_object.frameCount();
-        request(m_object.base(), Id::InsertBlankFrame, indexBefore(place));
+        ObjectProtocol::perform(m_object.base(), Id::InsertBlankFrame, indexBefore(place));
         settle(place, count);
     });
 }
@@ -90,7 +78,7 @@ void FrameEditor::duplicate(int from, int place)
     const qint32 original = existing(from);
     keepScale([this, original, place] {
         const int count = m_object.frameCount();
-        request(m_object.base(), Id::DuplicateFrame, original, indexBefore(place));
+        ObjectProtocol::perform(m_object.base(), Id::DuplicateFrame, original, indexBefore(place));
         settle(place, count);
     });
 }
@@ -100,7 +88,7 @@ bool FrameEditor::insertFile(int place, const QString &path, const QString &name
     checkPlace(place);
     keepScale([this, place, &path] {
         const int count = m_object.frameCount();
-        request(m_object.base(), Id::InsertImageFile, indexBefore(place), path);
+        ObjectProtocol::perform(m_object.base(), Id::InsertImageFile, indexBefore(place), path);
         settle(place, count);
     });
     // The object inserts an empty frame for what it cannot decode.
@@ -144,7 +132,7 @@ void FrameEditor::replacePicture(int number, const QImage &picture)
 
 void FrameEditor::replaceAll(const QString &path, const QString &name)
 {
-    request(m_object.base(), Id::ReplaceAllFrames, path);
+    ObjectProtocol::perform(m_object.base(), Id::ReplaceAllFrames, path);
     rename(1, name);
 }
 

@@ -20,6 +20,20 @@ QByteArray request(const Input &...input)
     return bytes;
 }
 
+/// A device that holds a request and takes no answer, so that an object need not make one.
+class UnansweredRequest : public QBuffer
+{
+public:
+    explicit UnansweredRequest(const QByteArray &request)
+    {
+        setData(request);
+        open(QIODevice::ReadWrite);
+    }
+
+protected:
+    qint64 writeData(const char *, qint64) override { return -1; }
+};
+
 /// Requests the special property @p id and returns the answer; a default value if the object
 /// does not know the property, or if its answer cannot be read.
 template<typename Answer, typename... Input>
@@ -38,14 +52,21 @@ Answer ask(CGDRootObject &object, int id, const Input &...input)
     return reader.status() == QDataStream::Ok ? answer : Answer{};
 }
 
-/// Sets the special property @p id; true when the object handled it.
+/// Requests the special property @p id for what the object does then, and takes no answer.
+template<typename... Input>
+void perform(CGDRootObject &object, int id, const Input &...input)
+{
+    UnansweredRequest device(request(input...));
+    QDataStream stream(&device);
+    object.GetSpecialProperty(id, stream);
+}
+
+/// Sets the special property @p id, and takes no answer; true when the object handled it.
 template<typename... Input>
 bool tell(CGDRootObject &object, int id, const Input &...input)
 {
-    QBuffer buffer;
-    buffer.setData(request(input...));
-    buffer.open(QIODevice::ReadWrite);
-    QDataStream stream(&buffer);
+    UnansweredRequest device(request(input...));
+    QDataStream stream(&device);
     return object.SetSpecialProperty(id, stream, true);
 }
 

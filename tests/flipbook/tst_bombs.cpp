@@ -150,6 +150,14 @@ void TestBombs::writeDocuments() const
         squares.append(checkerboard(128, i % 2));
     writeDocument(path(QStringLiteral("squares.flipbook")), {stateWith(squares)},
                   squares.mid(0, 2));
+    // Pictures that are painted at each step.
+    QVector<QJsonObject> shown;
+    QVector<QByteArray> large;
+    for (char letter = 'a'; letter < 'o'; ++letter) {
+        large.append(png({1000, 1000}, {text(1, letter)}));
+        shown.append(shownAt(1000, stateWith({large.last()})));
+    }
+    writeDocument(path(QStringLiteral("pictures.flipbook")), shown, large);
     writeDocument(path(QStringLiteral("objects.flipbook")), QVector<QJsonObject>(50000), {});
     writeBytes(path(QStringLiteral("entries.flipbook")), manyEntries(25000));
     writeBytes(path(QStringLiteral("dot.flipbook")), QByteArray());
@@ -208,10 +216,7 @@ void TestBombs::bombs_data()
                                 "info background.flipbook",
                                 "sprite large.flipbook -o o.sprite3",
                                 "project large.flipbook -o o.sb3",
-                                "edit frames.flipbook --duplicate 1:1",
-                                "edit frames.flipbook --move 1:2",
-                                "edit squares.flipbook --move 1:2",
-                                "edit frames.flipbook --insert 1=dot.png",
+                                "record pictures.flipbook -o rec3 --seconds 1",
                                 "edit large.flipbook --type background",
                                 "info objects.flipbook",
                                 "info entries.flipbook",
@@ -228,8 +233,10 @@ void TestBombs::bombs_data()
     for (const char *command :
          {"sheet large.flipbook -o o.png", "render large.flipbook -o o.png",
           "frames large.flipbook -o out", "edit frames.flipbook --loops 3", "info squares.gif",
-          "edit squares.flipbook --loops 3", "render squares.flipbook -o o.png",
-          "record squares.flipbook -o rec2 --seconds 1"})
+          "edit frames.flipbook --duplicate 1:1 --move 1:2",
+          "edit frames.flipbook --insert 1=dot.png", "edit squares.flipbook --loops 3",
+          "edit squares.flipbook --move 1:2 --mirror --flip --duplicate 3:3",
+          "render squares.flipbook -o o.png", "record squares.flipbook -o rec2 --seconds 1"})
         row(command, "", 0);
 }
 
