@@ -1,9 +1,30 @@
 #include "flipbook/import/lzwwalk.h"
 
+#include <QtCore/QtEndian>
+
+#include <algorithm>
+
 namespace
 {
 
 constexpr int MaxCodeSize = 12;
+
+/// Fills @p bits, of which there are @p count, from @p bytes on, as far as they go up to @p end and
+/// have room; the first byte that had not.
+const uchar *refill(quint64 &bits, int &count, const uchar *bytes, const uchar *end)
+{
+    constexpr int wordBytes = 8;
+    if (end - bytes >= wordBytes) {
+        // All bits of the word, of which those beyond the whole bytes are put in again later.
+        bits |= qFromLittleEndian<quint64>(bytes) << count;
+        const int taken = (63 - count) / 8;
+        count += taken * 8;
+        return bytes + taken;
+    }
+    for (; bytes < end && count <= 56; ++bytes, count += 8)
+        bits |= quint64(*bytes) << count;
+    return bytes;
+}
 
 } // namespace
 
@@ -21,41 +42,75 @@ LzwWalk::LzwWalk(int minimumCodeSize, qint64 wantedPixels)
     : m_minimumCodeSize(minimumCodeSize)
     , m_wantedPixels(wantedPixels)
 {
-    restart();
+    std::fill_n(m_lengths.begin(), 1 << minimumCodeSize, quint16(1));
+    restart(m_state);
 }
 
-void LzwWalk::restart()
+void LzwWalk::restart(State &state) const
 {
-    m_codeSize = m_minimumCodeSize + 1;
-    m_nextCode = (1 << m_minimumCodeSize) + 2;
-    m_previousLength = 0;
+    state.codeSize = m_minimumCodeSize + 1;
+    state.nextCode = (1 << m_minimumCodeSize) + 2;
+    state.previousLength = 0;
 }
 
 void LzwWalk::feed(const uchar *bytes, int count)
 {
-    for (int i = 0; i < count && !isOver(); ++i) {
-        m_bits |= quint32(bytes[i]) << m_bitCount;
-        m_bitCount += 8;
-        while (m_bitCount >= m_codeSize && !isOver()) {
-            const int code = int(m_bits & ((1u << m_codeSize) - 1u));
-            m_bits >>= m_codeSize;
-            m_bitCount -= m_codeSize;
-            takeCode(code);
-        }
+    const uchar *const end = bytes + count;
+    // A film has tens of millions of codes: what changes with each is in registers meanwhile.
+    State state = m_state;
+    // Bits that come after the end are not even collected: there would be none of them.
+    while (!m_ended && !m_damaged && state.pixels < m_wantedPixels) {
+        if (state.previousLength > 0 && m_minimumCodeSize < MaxCodeSize)
+            bytes = walkOn(state, bytes, end);
+        if (state.bitCount < state.codeSize)
+            bytes = refill(state.bits, state.bitCount, bytes, end);
+        if (state.bitCount < state.codeSize)
+            break;
+        if (state.pixels < m_wantedPixels)
+            takeCode(state);
     }
+    m_state = state;
 }
 
-// Bits that come later are not even collected: there would be no end of them.
-bool LzwWalk::isOver() const
+/// Takes codes of pixels, one after the other, up to one that is something else or the end of the
+/// bytes; the first byte that is not taken. A code of pixels was before.
+const uchar *LzwWalk::walkOn(State &walked, const uchar *bytes, const uchar *end)
 {
-    return m_ended || m_damaged || m_pixels >= m_wantedPixels;
+    State state = walked;
+    const int clearCode = 1 << m_minimumCodeSize;
+    while (state.pixels < m_wantedPixels) {
+        if (state.bitCount < state.codeSize) {
+            bytes = refill(state.bits, state.bitCount, bytes, end);
+            if (state.bitCount < state.codeSize)
+                break;
+        }
+        const int code = int(state.bits & ((1u << state.codeSize) - 1u));
+        // The newest code may refer to itself: the code before and its own first pixel. If the
+        // table is full, this is a place after its end.
+        m_lengths[size_t(state.nextCode)] = quint16(state.previousLength + 1);
+        if (code > state.nextCode || uint(code - clearCode) < 2)
+            break;
+        state.bits >>= state.codeSize;
+        state.bitCount -= state.codeSize;
+        state.previousLength = m_lengths[size_t(code)];
+        state.pixels += state.previousLength;
+        state.nextCode += state.nextCode < MaxCodes ? 1 : 0;
+        if (state.nextCode == (1 << state.codeSize) && state.codeSize < MaxCodeSize)
+            ++state.codeSize;
+    }
+    walked = state;
+    return bytes;
 }
 
-void LzwWalk::takeCode(int code)
+/// Takes a code of any kind.
+void LzwWalk::takeCode(State &state)
 {
+    const int code = int(state.bits & ((1u << state.codeSize) - 1u));
+    state.bits >>= state.codeSize;
+    state.bitCount -= state.codeSize;
     const int clearCode = 1 << m_minimumCodeSize;
     if (code == clearCode) {
-        restart();
+        restart(state);
         return;
     }
     if (code == clearCode + 1) {
@@ -63,29 +118,28 @@ void LzwWalk::takeCode(int code)
         return;
     }
     m_hasPixelCode = true;
-    const bool isPixel = code < clearCode;
     int length = 1;
-    if (!isPixel) {
-        // The newest code may refer to itself: the code before and its own first pixel.
-        const bool isNewest = code == m_nextCode && m_nextCode < MaxCodes;
-        if (m_previousLength == 0 || (code >= m_nextCode && !isNewest)) {
+    if (code > clearCode) {
+        const bool isNewest = code == state.nextCode && state.nextCode < MaxCodes;
+        if (state.previousLength == 0 || (code >= state.nextCode && !isNewest)) {
             m_damaged = true;
             return;
         }
-        length = isNewest ? m_previousLength + 1 : m_lengths[std::size_t(code)];
+        length = isNewest ? state.previousLength + 1 : m_lengths[size_t(code)];
     }
-    m_pixels += length;
-    if (m_previousLength > 0)
-        addEntry(m_previousLength + 1);
-    m_previousLength = length;
+    state.pixels += length;
+    if (state.previousLength > 0)
+        addEntry(state);
+    state.previousLength = length;
 }
 
-void LzwWalk::addEntry(int length)
+/// A new code means the pixels of the code before, and one more.
+void LzwWalk::addEntry(State &state)
 {
-    if (m_nextCode >= MaxCodes)
+    if (state.nextCode >= MaxCodes)
         return;
-    m_lengths[std::size_t(m_nextCode)] = quint16(length);
-    ++m_nextCode;
-    if (m_nextCode == (1 << m_codeSize) && m_codeSize < MaxCodeSize)
-        ++m_codeSize;
+    m_lengths[size_t(state.nextCode)] = quint16(state.previousLength + 1);
+    ++state.nextCode;
+    if (state.nextCode == (1 << state.codeSize) && state.codeSize < MaxCodeSize)
+        ++state.codeSize;
 }

@@ -21,28 +21,34 @@ public:
     /// Goes on with the next @p count bytes.
     void feed(const uchar *bytes, int count);
 
-    qint64 pixels() const { return m_pixels; }           ///< counted so far
+    qint64 pixels() const { return m_state.pixels; }     ///< counted so far
     bool hasPixelCode() const { return m_hasPixelCode; } ///< a code for pixels, sound or not
     bool isDamaged() const { return m_damaged; }         ///< a code occurred that means nothing yet
 
 private:
     static constexpr int MaxCodes = 4096;
 
-    bool isOver() const;
-    void takeCode(int code);
-    void restart();
-    void addEntry(int length);
+    /// What changes with each code.
+    struct State {
+        quint64 bits = 0; ///< of the data, those that come first in the lowest places
+        int bitCount = 0;
+        int codeSize = 0;
+        int nextCode = 0;
+        int previousLength = 0; ///< pixels of the code before; 0 after a restart
+        qint64 pixels = 0;
+    };
+
+    void restart(State &state) const;
+    const uchar *walkOn(State &walked, const uchar *bytes, const uchar *end);
+    void takeCode(State &state);
+    void addEntry(State &state);
 
     const int m_minimumCodeSize;
     const qint64 m_wantedPixels;
-    qint64 m_pixels = 0;
+    State m_state;
     bool m_hasPixelCode = false;
     bool m_damaged = false;
     bool m_ended = false;
-    quint32 m_bits = 0;
-    int m_bitCount = 0;
-    int m_codeSize = 0;
-    int m_nextCode = 0;
-    int m_previousLength = 0; ///< pixels of the code before; 0 after a restart
-    std::array<quint16, MaxCodes> m_lengths = {};
+    /// In pixels, of the codes that mean something, and one place more.
+    std::array<quint16, MaxCodes + 1> m_lengths;
 };
