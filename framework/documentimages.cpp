@@ -35,6 +35,8 @@ void Document::streamImageList(QDataStream &stream, QList<QImage> &images, QStri
 void Document::writeImages(QDataStream &stream, const QList<QImage> &images)
 {
     stream << quint32(images.size());
+    if (!m_keepsImagesInline)
+        m_imageStore.addAhead(images);
     // Pictures that share their pixels are encoded once.
     QHash<qint64, QByteArray> encoded;
     for (const QImage &image : images) {
@@ -80,6 +82,8 @@ void Document::jsonImageList(QJsonObject &json, QList<QImage> &images, const QSt
         return;
     }
     if (saving) {
+        if (!m_keepsImagesInline)
+            m_imageStore.addAhead(images);
         QJsonArray elements;
         QHash<qint64, QJsonValue> encoded;
         for (const QImage &image : std::as_const(images)) {

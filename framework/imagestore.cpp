@@ -3,6 +3,12 @@
 #include "framework/picturecodec.h"
 
 #include <QtCore/QCryptographicHash>
+#include <QtCore/QThread>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <future>
 
 namespace
 {
@@ -10,6 +16,42 @@ namespace
 QString digestOf(const QByteArray &png)
 {
     return QString::fromLatin1(QCryptographicHash::hash(png, QCryptographicHash::Md5).toHex());
+}
+
+using Encoding = std::future<QByteArray>;
+
+/// Begins to encode @p image in another thread; at the latest when the result is asked for.
+Encoding encoding(const QImage &image)
+{
+    constexpr auto inAnotherThread = std::launch::async | std::launch::deferred;
+    return std::async(inAnotherThread, [image] { return PictureCodec::encode(image); });
+}
+
+/// Encodes @p images, several of them at the same time, and hands each with its PNG file to
+/// @p take, in their order, until it returns false.
+void encodeEach(const QList<QImage> &images,
+                const std::function<bool(const QImage &image, const QByteArray &png)> &take)
+{
+    // Each takes a few copies of its picture.
+    constexpr qint64 mostBytesAtWork = qint64(8) << 20;
+    const auto mostAtWork = size_t(std::max(1, QThread::idealThreadCount()));
+    std::deque<Encoding> atWork;
+    qint64 bytesAtWork = 0;
+    int begun = 0;
+    for (const QImage &image : images) {
+        while (
+            begun < images.size() && atWork.size() < mostAtWork &&
+            (atWork.empty() || bytesAtWork + images.at(begun).sizeInBytes() <= mostBytesAtWork)) {
+            bytesAtWork += images.at(begun).sizeInBytes();
+            atWork.push_back(encoding(images.at(begun)));
+            ++begun;
+        }
+        const QByteArray png = atWork.front().get();
+        atWork.pop_front();
+        bytesAtWork -= image.sizeInBytes();
+        if (!take(image, png))
+            return;
+    }
 }
 
 } // namespace
@@ -21,14 +63,36 @@ QString ImageStore::add(const QImage &image)
         m_used.insert(*known);
         return *known;
     }
-    const QByteArray png = PictureCodec::encode(image);
+    const QString digest = addEncoded(image, PictureCodec::encode(image));
+    if (!digest.isEmpty())
+        m_used.insert(digest);
+    return digest;
+}
+
+void ImageStore::addAhead(const QList<QImage> &images)
+{
+    QList<QImage> unknown;
+    QSet<qint64> keys;
+    for (const QImage &image : images) {
+        if (image.isNull() || m_known.contains(image.cacheKey()) || keys.contains(image.cacheKey()))
+            continue;
+        keys.insert(image.cacheKey());
+        unknown.append(image);
+    }
+    encodeEach(unknown, [this](const QImage &image, const QByteArray &png) {
+        return !addEncoded(image, png).isEmpty();
+    });
+}
+
+/// Keeps @p png, the file of @p image, and returns its digest; an empty one if it was not kept.
+QString ImageStore::addEncoded(const QImage &image, const QByteArray &png)
+{
     if (png.isEmpty())
         return {};
     const QString digest = digestOf(png);
     if (!keep(digest, png))
         return {};
     m_known.insert(image.cacheKey(), digest);
-    m_used.insert(digest);
     return digest;
 }
 

@@ -23,6 +23,9 @@ public:
     /// Keeps @p image and returns its digest; a null image, or one for which there is no room, is
     /// not kept and gives an empty digest.
     QString add(const QImage &image);
+    /// Encodes those of @p images that are not known yet, several of them at the same time if the
+    /// machine can, and keeps them. add() then finds them. Ends when there is no more room.
+    void addAhead(const QList<QImage> &images);
     /// Keeps the PNG file @p bytes. False, with nothing kept, when they have another digest or
     /// there is no room.
     bool addPng(const QString &digest, const QByteArray &bytes);
@@ -52,6 +55,7 @@ public:
     void dropUnused();
 
 private:
+    QString addEncoded(const QImage &image, const QByteArray &png);
     bool keep(const QString &digest, const QByteArray &png);
     void forgetDropped();
 

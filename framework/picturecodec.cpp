@@ -8,6 +8,7 @@
 #include <QtGui/QImageWriter>
 
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -84,11 +85,11 @@ Decoded decode(const QByteArray &png)
     reader.setAutoTransform(false);
     if (!isPlausible(reader.size(), bytes.size()))
         return {};
-    const QImage carrier = reader.read();
+    QImage carrier = reader.read();
     if (carrier.isNull())
         return {};
     const QString format = carrier.text(formatKey());
-    const QImage image = PictureFormat::restored(carrier, format);
+    const QImage image = PictureFormat::restored(std::move(carrier), format);
     return {image, !format.isEmpty() && format == PictureFormat::name(image)};
 }
 

@@ -1,7 +1,11 @@
 #include "framework/pictureformat.h"
 
+#include <QtGui/QColorSpace>
+
 #include <algorithm>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -74,6 +78,31 @@ QImage bare(const QImage &image)
         std::memcpy(copy.scanLine(y), image.constScanLine(y), lineSize);
     copy.setColorTable(image.colorTable());
     return copy;
+}
+
+void release(void *holder)
+{
+    delete static_cast<QImage *>(holder);
+}
+
+/// The same as bare(), of an image that is not needed any more: its pixels are taken over, unless
+/// much else would stay in memory with them.
+QImage takenBare(QImage image)
+{
+    const QStringList keys = image.textKeys();
+    const bool isLight =
+        keys.isEmpty() || (keys.size() == 1 && image.text(keys.first()).size() < 64);
+    if (image.isNull() || !isLight || image.colorSpace().isValid())
+        return bare(image);
+    auto holder = std::make_unique<QImage>(std::move(image));
+    uchar *pixels = holder->bits();
+    QImage taken(pixels, holder->width(), holder->height(), holder->bytesPerLine(),
+                 holder->format(), release, holder.get());
+    if (taken.isNull())
+        return {};
+    taken.setColorTable(holder->colorTable());
+    (void)holder.release();
+    return taken;
 }
 
 /// An indexed image of the same indexes whose table names a colour for each of them.
@@ -172,16 +201,16 @@ QImage carried(const QImage &image, QString &name)
                                                                   : indexesOfMono(image));
 }
 
-QImage restored(const QImage &carrier, const QString &name)
+QImage restored(QImage carrier, const QString &name)
 {
     const Route *route = routeNamed(name);
     if (!route)
-        return bare(carrier);
+        return takenBare(std::move(carrier));
     if (route->carrier == QImage::Format_Indexed8) {
         const QImage indexes = restoredIndexes(carrier, route->format);
         return indexes.isNull() ? bare(carrier) : indexes;
     }
-    return bare(carrier.convertToFormat(route->format));
+    return takenBare(std::move(carrier).convertToFormat(route->format));
 }
 
 } // namespace PictureFormat

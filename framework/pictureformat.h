@@ -15,6 +15,6 @@ QString name(const QImage &image);
 
 /// A carried image in the format @p name again. Where the two do not go together, as in a file
 /// that others wrote, the image stays as it is.
-QImage restored(const QImage &carrier, const QString &name);
+QImage restored(QImage carrier, const QString &name);
 
 } // namespace PictureFormat

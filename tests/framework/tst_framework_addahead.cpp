@@ -1,0 +1,84 @@
+#include "framework/imagestore.h"
+
+#include <QtTest/QTest>
+
+namespace
+{
+
+/// A picture of 37 x 11 pixels with colours of every opacity.
+QImage colourful()
+{
+    QImage image(37, 11, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgba(x * 7 % 256, y * 23, x * y % 256, (x * 11 + y * 3) % 256));
+    }
+    return image;
+}
+
+QImage solid(const QColor &color)
+{
+    QImage image(8, 8, QImage::Format_ARGB32);
+    image.fill(color);
+    return image;
+}
+
+} // namespace
+
+/// Pictures that are encoded several at a time, compared with pictures added one by one.
+class TestAddAhead : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void picturesAddedAheadAreThoseAddedOneByOne();
+    void picturesAddedAheadEndWhereThereIsNoRoom();
+};
+
+void TestAddAhead::picturesAddedAheadAreThoseAddedOneByOne()
+{
+    QList<QImage> pictures{QImage(), colourful(), solid(Qt::red), colourful()};
+    for (int i = 0; i < 40; ++i)
+        pictures.append(solid(QColor(i, 2 * i, 3 * i, 255 - i)));
+    pictures += {pictures.at(1), pictures.at(7), QImage(1, 1, QImage::Format_Mono)};
+    pictures.last().fill(1);
+    ImageStore ahead;
+    ahead.addAhead(pictures);
+    ImageStore oneByOne;
+    for (const QImage &picture : qAsConst(pictures))
+        oneByOne.add(picture);
+    // The colourful one, 41 colours (red once), and the dot.
+    QCOMPARE(oneByOne.digests().size(), 43);
+    QCOMPARE(ahead.digests(), oneByOne.digests());
+    QCOMPARE(ahead.byteCount(), oneByOne.byteCount());
+    const auto digests = ahead.digests();
+    for (const QString &digest : digests)
+        QCOMPARE(ahead.png(digest), oneByOne.png(digest));
+    for (const QImage &picture : qAsConst(pictures))
+        QCOMPARE(ahead.add(picture), oneByOne.add(picture));
+    // Only what is added counts as in use.
+    ahead.beginUse();
+    ahead.addAhead(pictures);
+    ahead.dropUnused();
+    QCOMPARE(ahead.byteCount(), 0);
+}
+
+void TestAddAhead::picturesAddedAheadEndWhereThereIsNoRoom()
+{
+    QList<QImage> pictures;
+    for (int i = 0; i < 20; ++i)
+        pictures.append(solid(QColor(10 * i, 0, 0)));
+    ImageStore store;
+    for (int i = 0; i < 3; ++i)
+        store.add(pictures.at(i));
+    const QList<QString> first = store.digests();
+    const qint64 bytes = store.byteCount();
+    ImageStore ahead;
+    ahead.setCapacity(bytes);
+    ahead.addAhead(pictures);
+    QVERIFY(ahead.hasOverflowed());
+    QCOMPARE(ahead.digests(), first);
+}
+
+QTEST_GUILESS_MAIN(TestAddAhead)
+#include "tst_framework_addahead.moc"
