@@ -30,6 +30,7 @@ Command recordCommand();
 Command editCommand();
 Command spriteCommand();
 Command projectCommand();
+Command webCommand();
 Command helpCommand();
 Command completionCommand();
 

@@ -22,7 +22,7 @@ const QList<MenuPlan> &plans()
         {QT_TRANSLATE_NOOP("Menus", "&File"),
          {"new", "open", "open-recent", "-", "save", "save-as", "-", "import", "-",
           "export-picture", "export-frames", "export-sheet", "export-recording", "-",
-          "export-sprite", "export-project", "-", "quit"}},
+          "export-sprite", "export-project", "export-web", "-", "quit"}},
         {QT_TRANSLATE_NOOP("Menus", "&Edit"),
          {"undo", "redo", "-", "cut", "copy", "paste", "duplicate", "delete", "-", "select-all",
           "-", "preferences"}},

@@ -7,6 +7,7 @@
 #include "flipbook/base/outputfolder.h"
 #include "flipbook/export/contactsheet.h"
 #include "flipbook/export/frameexport.h"
+#include "flipbook/export/webpage.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
@@ -90,6 +91,11 @@ void ExportController::addActions(ActionSet &actions)
         [this] {
             chooseFile(tr("Export Scratch project"), QStringLiteral("sb3"),
                        tr("Scratch projects (*.sb3)"), &ExportController::exportProject);
+        });
+    add("export-web", tr("Export &web page…"), tr("The page as one file that plays in a browser"),
+        [this] {
+            chooseFile(tr("Export web page"), QStringLiteral("html"), tr("Web pages (*.html)"),
+                       &ExportController::exportWebPage);
         });
 }
 
@@ -269,5 +275,19 @@ void ExportController::exportProject(const QString &path)
         }
         writeFile(path, projectPackage(sprites));
         return exporter.remarks();
+    });
+}
+
+void ExportController::exportWebPage(const QString &path)
+{
+    run(path, [this, &path](Progress &progress) {
+        MemoryAccount memory(MemoryBudget::Default);
+        const WebPageSource source{QFileInfo(path).completeBaseName(), {}};
+        writeFile(path, webPage(m_session.plugin(), *m_session.page(), source, memory,
+                                [&progress](int done, int all) {
+                                    progress.step(tr("Writing frame %1 of %2").arg(done).arg(all),
+                                                  done, all);
+                                }));
+        return QStringList();
     });
 }

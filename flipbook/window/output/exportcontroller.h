@@ -12,7 +12,7 @@ class QAction;
 class QMainWindow;
 class Session;
 
-/// Writes pictures, frames, recordings and Scratch packages, as the commands do.
+/// Writes pictures, frames, recordings, Scratch packages and web pages, as the commands do.
 class ExportController : public QObject
 {
     Q_OBJECT
@@ -29,6 +29,7 @@ public:
     void exportRecording(const QString &folder, double seconds);
     void exportSprite(const QString &path);
     void exportProject(const QString &path);
+    void exportWebPage(const QString &path);
 
 private:
     /// Answers remarks on what was written.

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void aContactSheetIsPainted();
     void aRecordingHasTwentyFivePicturesASecond();
     void aSpriteAndAProjectAreWrittenAsTheCommandsWriteThem();
+    void aWebPageIsWrittenAsTheCommandWritesIt();
     void aFolderThatIsNotEmptyIsRefused();
     void aFileThatCannotBeWrittenIsNamed();
     void unsavedWorkIsKeptAndOfferedAfterACrash();
@@ -120,6 +121,19 @@ void TestWindowOutput::aSpriteAndAProjectAreWrittenAsTheCommandsWriteThem()
     QCOMPARE(bytesOf(path(QStringLiteral("w.sprite3"))),
              bytesOf(path(QStringLiteral("c.sprite3"))));
     QCOMPARE(bytesOf(path(QStringLiteral("w.sb3"))), bytesOf(path(QStringLiteral("c.sb3"))));
+}
+
+void TestWindowOutput::aWebPageIsWrittenAsTheCommandWritesIt()
+{
+    const QString document = path(QStringLiteral("a.flipbook"));
+    saveDocument(m_fixture->session().document(), document);
+    exporter().exportWebPage(path(QStringLiteral("a.html")));
+    QCOMPARE(flipbook({QStringLiteral("web"), document, QStringLiteral("-o"),
+                       path(QStringLiteral("c.html"))})
+                 .status,
+             0);
+    QVERIFY(!bytesOf(path(QStringLiteral("a.html"))).isEmpty());
+    QCOMPARE(bytesOf(path(QStringLiteral("a.html"))), bytesOf(path(QStringLiteral("c.html"))));
 }
 
 void TestWindowOutput::aFolderThatIsNotEmptyIsRefused()

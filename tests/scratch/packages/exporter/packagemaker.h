@@ -11,8 +11,11 @@ struct PackageWish {
     QString output;      ///< name of the package; its ending says whether one object or a page
     QStringList options; ///< such as --no-script
     int object = 0;      ///< of the page, for a sprite; from 0
-    QStringList spriteNames = {};           ///< empty: those of the objects
-    QVector<QStringList> costumeNames = {}; ///< for each sprite; empty: those of the frames
+    QStringList spriteNames = {}; ///< empty: those of the objects
+    /// For each sprite; empty: those of the frames.
+    // Without a value here, a list that leaves it out would be a warning.
+    // NOLINTNEXTLINE(readability-redundant-member-init)
+    QVector<QStringList> costumeNames = {};
 };
 
 /// Lets flipbook write packages into a folder, each with the expectation that the client is to be

@@ -1,0 +1,85 @@
+#include "flipbook/base/compactpng.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QHash>
+#include <QtGui/QColorSpace>
+#include <QtGui/QImageWriter>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int MostColors = 256;
+
+/// The colours of @p image, which has 32 bits a pixel; empty when they are too many. Transparent
+/// ones come first: a PNG lists the opacity of colours up to the last that is not opaque.
+QVector<QRgb> colorsOf(const QImage &image)
+{
+    QHash<QRgb, int> found;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            if (x > 0 && row[x] == row[x - 1])
+                continue;
+            found.insert(row[x], 0);
+            if (found.size() > MostColors)
+                return {};
+        }
+    }
+    QVector<QRgb> colors(found.keyBegin(), found.keyEnd());
+    std::sort(colors.begin(), colors.end());
+    return colors;
+}
+
+QImage withPalette(const QImage &image, const QVector<QRgb> &colors)
+{
+    QHash<QRgb, uchar> numbers;
+    for (int i = 0; i < colors.size(); ++i)
+        numbers.insert(colors.at(i), uchar(i));
+    QImage result(image.size(), QImage::Format_Indexed8);
+    result.setColorTable(colors);
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        uchar *numbered = result.scanLine(y);
+        for (int x = 0; x < image.width(); ++x)
+            numbered[x] = x > 0 && row[x] == row[x - 1] ? numbered[x - 1] : numbers.value(row[x]);
+    }
+    return result;
+}
+
+bool isOpaque(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        if (std::any_of(row, row + image.width(), [](QRgb pixel) { return qAlpha(pixel) < 255; }))
+            return false;
+    }
+    return true;
+}
+
+QImage compact(const QImage &image)
+{
+    QImage plain = image.convertToFormat(QImage::Format_ARGB32);
+    plain.setColorSpace(QColorSpace());
+    const QVector<QRgb> colors = colorsOf(plain);
+    if (!colors.isEmpty())
+        return withPalette(plain, colors);
+    if (isOpaque(plain))
+        plain = plain.convertToFormat(QImage::Format_RGB32);
+    return plain;
+}
+
+} // namespace
+
+QByteArray compactPng(const QImage &image)
+{
+    constexpr int smallest = 100;
+    if (image.isNull())
+        return {};
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    writer.setCompression(smallest);
+    return writer.write(compact(image)) ? buffer.data() : QByteArray();
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QtGui/QImage>
+
+/// @p image as a small PNG file with the same pixels: with a palette where it has at most 256
+/// different colours, without an alpha channel where it is opaque. It carries no colour space, with
+/// which browsers would shift its colours. Empty when it cannot be written, such as a picture
+/// without pixels. Needs up to twice the memory of the picture while it works.
+QByteArray compactPng(const QImage &image);
