@@ -1,5 +1,6 @@
 #include "animatedimage/object/animatedimage.h"
 #include "host/specialpropertyids.h"
+#include "tests/flipbook/filmbuilder.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
@@ -127,6 +128,35 @@ void writeGifs(Seeds &seeds)
                     .data());
 }
 
+void writeFilms(Seeds &seeds)
+{
+    FilmFrame first{pixelRow({0xffff0000, 0x80402010}), {0, 0}};
+    FilmFrame second{pixelRow({0xff00ff00}), {0, 0}, 40};
+    second.blends = true;
+    second.disposal = 1;
+    const QSize canvas(2, 1);
+    const ApngBuilder film = ApngBuilder(canvas, 2).add(first).add(second);
+    seeds.write(QStringLiteral("fuzz_apng"), QStringLiteral("film"), film.data());
+    second.disposal = 2;
+    seeds.write(QStringLiteral("fuzz_apng"), QStringLiteral("still"),
+                ApngBuilder(canvas, 0).still(first.picture).add(second).add(first).data());
+    seeds.write(QStringLiteral("fuzz_webp"), QStringLiteral("film"),
+                webpFilm(canvas, 2, {first, second}));
+    seeds.write(QStringLiteral("fuzz_webp"), QStringLiteral("still"), webpPicture(first.picture));
+}
+
+void writeSheets(Seeds &seeds)
+{
+    const QString target = QStringLiteral("fuzz_sheet");
+    seeds.write(target, QStringLiteral("array"),
+                R"({"frames":[{"filename":"a.png","frame":{"x":0,"y":0,"w":4,"h":3},)"
+                R"("duration":30,"spriteSourceSize":{"x":1,"y":1,"w":4,"h":3},)"
+                R"("sourceSize":{"w":6,"h":5}}],"meta":{"image":"sheet.png"}})");
+    seeds.write(target, QStringLiteral("object"),
+                R"({"frames":{"b 2":{"frame":{"x":4,"y":0,"w":3,"h":4},"rotated":true}},)"
+                R"("meta":{"image":"sheet.png"}})");
+}
+
 } // namespace
 
 /// Writes the inputs that fuzzing starts from: whole objects, requests and files.
@@ -142,6 +172,8 @@ int main(int argc, char **argv)
     writeObjects(seeds);
     writeRequests(seeds);
     writeGifs(seeds);
+    writeFilms(seeds);
+    writeSheets(seeds);
     if (!seeds.isComplete())
         std::fprintf(stderr, "fuzz_seeds: not every seed could be written\n");
     return seeds.isComplete() ? 0 : 1;

@@ -2,13 +2,17 @@
 
 #include "flipbook/base/failure.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QTemporaryFile>
 
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -91,12 +95,52 @@ Reading::Reading(qint64 maxMemory, bool allowsOutside)
 {
 }
 
+const QLatin1String Reading::StandardInput("-");
+
+std::unique_ptr<QFile> Reading::copiedStandardInput()
+{
+    QFile input;
+    if (::isatty(STDIN_FILENO) != 0 || !input.open(stdin, QIODevice::ReadOnly))
+        throw Failure{StandardInput, QStringLiteral("nothing is piped into it")};
+    // It has no name that others could find.
+    auto copy = std::make_unique<QTemporaryFile>();
+    bool isCopied = copy->open();
+    constexpr qint64 pieceLength = 1 << 16;
+    while (isCopied) {
+        const QByteArray piece = input.read(pieceLength);
+        if (piece.isEmpty())
+            break;
+        m_memory.require(copy->size() + piece.size(), StandardInput,
+                         QStringLiteral("the bytes of the file alone"));
+        isCopied = copy->write(piece) == piece.size() && copy->flush();
+    }
+    if (!isCopied)
+        throw Failure{StandardInput,
+                      QStringLiteral("no private copy can be made: ") + copy->errorString()};
+    copy->seek(0);
+    return copy;
+}
+
 Source Reading::open(const QString &path)
 {
+    if (path == StandardInput)
+        return {copiedStandardInput(), FileHandle()};
     FileHandle found = find(AT_FDCWD, path);
     if (S_ISDIR(statusOf(found).st_mode))
         return {nullptr, std::move(found)};
     return {opened(found, path), FileHandle()};
+}
+
+QStringList Reading::filesIn(const FileHandle &folder)
+{
+    return QDir(QFile::decodeName(pathOf(folder))).entryList(QDir::Files);
+}
+
+bool Reading::holds(const FileHandle &folder, const QString &name)
+{
+    struct stat status = {};
+    return ::fstatat(folder.get(), QFile::encodeName(name).constData(), &status,
+                     AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 std::unique_ptr<QFile> Reading::openFile(const QString &path)

@@ -2,13 +2,15 @@
 
 #include "flipbook/base/filehandle.h"
 #include "flipbook/base/memoryaccount.h"
+#include "flipbook/base/sheetcut.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QPair>
 #include <QtCore/QSet>
-#include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <memory>
+#include <optional>
 
 /// What a path that the user named leads to, opened once: even if the path leads elsewhere
 /// afterwards, this is what is read.
@@ -25,13 +27,26 @@ struct Source {
 class Reading
 {
 public:
+    /// The name by which open() reads standard input.
+    static const QLatin1String StandardInput;
+
     /// @p allowsOutside: names in a folder or document may lead out of its folder.
     Reading(qint64 maxMemory, bool allowsOutside);
 
     MemoryAccount &memory() { return m_memory; }
 
-    /// What the user named as @p path. @throw Failure when it cannot be opened.
+    /// How pictures are to be cut into frames; none if each is one frame.
+    const std::optional<SheetCut> &sheetCut() const { return m_sheetCut; }
+    void setSheetCut(const SheetCut &cut) { m_sheetCut = cut; }
+
+    /// What the user named as @p path; for StandardInput, a private copy of all that comes from
+    /// there. @throw Failure when it cannot be opened, or is longer than there may be memory.
     Source open(const QString &path);
+
+    /// The names of the regular files in @p folder, without those that begin with a dot.
+    static QStringList filesIn(const FileHandle &folder);
+    /// Whether anything in @p folder is called @p name.
+    static bool holds(const FileHandle &folder, const QString &name);
 
     /// The regular file that the user named as @p path. @throw Failure for anything else.
     std::unique_ptr<QFile> openFile(const QString &path);
@@ -50,9 +65,11 @@ public:
 private:
     using FileId = QPair<quint64, quint64>; ///< device and number on it
 
+    std::unique_ptr<QFile> copiedStandardInput();
     std::unique_ptr<QFile> opened(const FileHandle &found, const QString &path);
 
     MemoryAccount m_memory;
     bool m_allowsOutside;
+    std::optional<SheetCut> m_sheetCut;
     QSet<FileId> m_read;
 };

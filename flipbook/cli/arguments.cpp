@@ -3,6 +3,7 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/cli/commandtable.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QCommandLineParser>
@@ -16,9 +17,50 @@ QStringList files(const QCommandLineParser &line)
     QStringList files = line.positionalArguments();
     if (files.isEmpty() || files.contains(QString()))
         throw UsageError{QStringLiteral("a file is missing")};
+    if (files.count(Reading::StandardInput) > 1)
+        throw UsageError{QStringLiteral("'-', standard input, can be read once only")};
     for (QString &file : files)
         file = plainPath(file);
     return files;
+}
+
+QStringList spread(const QStringList &words, const QString &option)
+{
+    if (option.isEmpty())
+        return words;
+    const QString name = dashed(option);
+    QStringList result;
+    bool isInList = false;
+    for (const QString &word : words) {
+        const bool isStart = word == name;
+        const bool endsList = (word.startsWith(QLatin1Char('-')) && word.size() > 1) ||
+                              word.endsWith(QLatin1String(".flipbook"), Qt::CaseInsensitive);
+        isInList = isStart || (isInList && !endsList);
+        if (isStart)
+            result << name + QLatin1Char('=');
+        else if (isInList)
+            result << name + QLatin1Char('=') + word;
+        else
+            result << word;
+    }
+    return result;
+}
+
+QVector<QStringList> lists(const QCommandLineParser &line, const QString &option)
+{
+    QVector<QStringList> lists;
+    const QStringList values = line.values(option);
+    for (const QString &value : values) {
+        if (value.isEmpty())
+            lists.append(QStringList());
+        else if (lists.isEmpty())
+            lists.append(QStringList(plainPath(value)));
+        else
+            lists.last() << plainPath(value);
+    }
+    if (lists.contains(QStringList()))
+        throw UsageError{dashed(option) + QStringLiteral(" needs files")};
+    return lists;
 }
 
 QString onlyFile(const QCommandLineParser &line)
@@ -92,7 +134,9 @@ Reading reading(const QCommandLineParser &line)
     if (!bytes)
         throw UsageError{
             QStringLiteral("--max-memory takes a size such as 64M, not '%1'").arg(value)};
-    return Reading(*bytes, line.isSet(QStringLiteral("allow-outside")));
+    Reading reading(*bytes, line.isSet(QStringLiteral("allow-outside")));
+    applySheetOptions(line, reading);
+    return reading;
 }
 
 } // namespace Arguments

@@ -17,6 +17,14 @@ QString onlyFile(const QCommandLineParser &line);
 /// All files that are named, one or more.
 QStringList files(const QCommandLineParser &line);
 
+/// Rewrites @p words so that each of those after "--OPTION", up to the next option or document,
+/// becomes a value of it. In front of them is an empty value, which tells lists apart: the parser
+/// itself knows no options with several values.
+QStringList spread(const QStringList &words, const QString &option);
+
+/// The lists of values that spread() has made. @throw UsageError for an empty one.
+QVector<QStringList> lists(const QCommandLineParser &line, const QString &option);
+
 /// The value of an option that may be given once; empty when it is not given.
 QString optional(const QCommandLineParser &line, const QString &option);
 
@@ -33,7 +41,7 @@ double amount(const QCommandLineParser &line, const QString &option, double most
 /// The name of a PNG file that -o gives.
 QString pngOutput(const QCommandLineParser &line);
 
-/// What may be read, as --max-memory and --allow-outside say.
+/// What may be read, as --max-memory and --allow-outside say, and how pictures are cut into frames.
 Reading reading(const QCommandLineParser &line);
 
 } // namespace Arguments

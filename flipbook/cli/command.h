@@ -18,6 +18,8 @@ struct Command {
     /// Does the work. @throw UsageError, Failure
     void (*run)(const QCommandLineParser &line);
     Operands operands = Operands::Files;
+    /// An option that takes all words up to the next option; see Arguments::spread(). May be empty.
+    QString listOption = {};
 };
 
 Command infoCommand();

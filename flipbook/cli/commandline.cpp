@@ -2,6 +2,7 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/version.h"
+#include "flipbook/cli/arguments.h"
 #include "flipbook/cli/commandtable.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/helptext.h"
@@ -77,7 +78,7 @@ int runCommand(const Command &command, const QStringList &arguments)
     QCommandLineParser line;
     line.addOptions(optionsOf(command));
     // The parser takes the first word, the command, for the name of the program.
-    if (!line.parse(arguments))
+    if (!line.parse(Arguments::spread(arguments, command.listOption)))
         return wrongUsage(parsingError(command, line, arguments), command.name);
     Console::setVerbose(line.isSet(QStringLiteral("verbose")));
     if (line.isSet(QStringLiteral("help"))) {

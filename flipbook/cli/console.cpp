@@ -18,9 +18,15 @@ QByteArray printable(const QString &text)
     return safe.toLocal8Bit();
 }
 
+/// How people call the file that they name "-".
+QString shown(const QString &subject)
+{
+    return subject == QLatin1String("-") ? QStringLiteral("standard input") : subject;
+}
+
 void complain(const QString &subject, const QString &what)
 {
-    const QString named = subject.isEmpty() ? what : subject + QStringLiteral(": ") + what;
+    const QString named = subject.isEmpty() ? what : shown(subject) + QStringLiteral(": ") + what;
     const QByteArray line = "flipbook: " + printable(named) + '\n';
     std::fputs(line.constData(), stderr);
 }

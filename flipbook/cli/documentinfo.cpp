@@ -53,7 +53,7 @@ QStringList documentLines(const Plugin &plugin, const Document &document, Pixels
         int number = 0;
         for (CBaseObject *object : objects) {
             lines << objectLine(*page, *object, ++number);
-            const QStringList figures = infoLines(summarise(plugin, *object, pixels), std::nullopt);
+            const QStringList figures = infoLines(summarise(plugin, *object, pixels), {});
             for (const QString &figure : figures)
                 lines << QStringLiteral("  ") + figure;
         }

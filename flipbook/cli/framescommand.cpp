@@ -5,6 +5,7 @@
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/export/frameexport.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/sourcefile.h"
@@ -37,12 +38,13 @@ void run(const QCommandLineParser &line)
 
 Command framesCommand()
 {
-    return {QStringLiteral("frames"),
-            QStringLiteral("FILE -o FOLDER [--object N]"),
-            QStringLiteral("Write the frames as PNG files, with a config.json, so that they can "
-                           "be imported again."),
-            {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
-              QStringLiteral("FOLDER")},
-             objectOption()},
-            run};
+    return withSheetOptions(
+        {QStringLiteral("frames"),
+         QStringLiteral("FILE -o FOLDER [--object N]"),
+         QStringLiteral("Write the frames as PNG files, with a config.json, so that they can "
+                        "be imported again."),
+         {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
+           QStringLiteral("FOLDER")},
+          objectOption()},
+         run});
 }

@@ -5,9 +5,11 @@
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/document/pagelayout.h"
 #include "flipbook/editing/keeptiming.h"
 #include "flipbook/import/mediaimport.h"
+#include "flipbook/import/naturalorder.h"
 #include "framework/page.h"
 
 #include <QtCore/QFileInfo>
@@ -32,16 +34,27 @@ QVector<int> unevenDelays(const ImportedMedia &media)
     return isUneven(delays) ? delays : QVector<int>();
 }
 
-std::vector<Film> importAll(const Plugin &plugin, const QStringList &files, Reading &reading)
+void addTo(std::vector<Film> &films, ImportedMedia media, const QString &path)
+{
+    for (const QString &warning : qAsConst(media.warnings))
+        Console::warn(path, warning);
+    const QVector<int> delays = unevenDelays(media);
+    films.push_back({std::move(media.object), path, delays});
+}
+
+std::vector<Film> importAll(const Plugin &plugin, const QStringList &files,
+                            const QVector<QStringList> &pictureLists, Reading &reading)
 {
     std::vector<Film> films;
-    ProgressLine progress(QStringLiteral("Reading"), files.size());
+    ProgressLine progress(QStringLiteral("Reading"), files.size() + pictureLists.size());
     for (const QString &file : files) {
-        ImportedMedia media = importMedia(plugin, file, reading, int(films.size()) + 1);
-        for (const QString &warning : qAsConst(media.warnings))
-            Console::warn(file, warning);
-        const QVector<int> delays = unevenDelays(media);
-        films.push_back({std::move(media.object), file, delays});
+        addTo(films, importMedia(plugin, file, reading, int(films.size()) + 1), file);
+        progress.setDone(int(films.size()));
+    }
+    for (QStringList pictures : pictureLists) {
+        sortNaturally(pictures);
+        addTo(films, importPictures(plugin, pictures, reading, int(films.size()) + 1),
+              pictures.constFirst());
         progress.setDone(int(films.size()));
     }
     return films;
@@ -117,8 +130,11 @@ void run(const QCommandLineParser &line)
     if (added.isEmpty() == line.isSet(QStringLiteral("add")))
         throw UsageError{added.isEmpty() ? QStringLiteral("--add needs files")
                                          : QStringLiteral("files to be added must follow --add")};
+    const QVector<QStringList> pictures = Arguments::lists(line, QStringLiteral("film"));
     Reading reading = Arguments::reading(line);
     checkOutput(path, added);
+    for (const QStringList &list : pictures)
+        checkOutput(path, list);
     const auto ifExists =
         line.isSet(QStringLiteral("force")) ? IfExists::Replace : IfExists::Refuse;
     if (ifExists == IfExists::Refuse && QFileInfo::exists(path))
@@ -128,7 +144,7 @@ void run(const QCommandLineParser &line)
     Document document;
     // Pictures that occur again share their pixels.
     document.setKeepsImagesInline(false);
-    std::vector<Film> films = importAll(plugin, added, reading);
+    std::vector<Film> films = importAll(plugin, added, pictures, reading);
     checkOutput(path, reading);
     placeOnNewPage(plugin, document, std::move(films), line.isSet(QStringLiteral("keep-timing")));
     const ProgressLine progress(QStringLiteral("Writing %1").arg(path));
@@ -143,15 +159,24 @@ void run(const QCommandLineParser &line)
 
 Command newCommand()
 {
-    return {QStringLiteral("new"),
-            QStringLiteral("DOC.flipbook [--add FILE...] [--keep-timing] [--force]"),
-            QStringLiteral("Create a document with these animations and pictures on its page."),
-            {{QStringLiteral("add"),
-              QStringLiteral("Add the following FILEs to the page: GIFs, frame folders or "
-                             "pictures.")},
-             {QStringLiteral("keep-timing"),
-              QStringLiteral("Preserve the timing of GIFs whose frames have different "
-                             "durations, by repeating frames.")},
-             {QStringLiteral("force"), QStringLiteral("Replace an existing document.")}},
-            run};
+    return withSheetOptions(
+        {QStringLiteral("new"),
+         QStringLiteral("DOC.flipbook [--add FILE...] [--film FILE...] "
+                        "[--keep-timing] [--force]"),
+         QStringLiteral("Create a document with these animations and pictures on its page."),
+         {{QStringLiteral("add"),
+           QStringLiteral("Add the following FILEs to the page: GIFs, animated PNG and WebP "
+                          "files, folders, or pictures.")},
+          {QStringLiteral("film"),
+           QStringLiteral(
+               "Add one film made of the pictures in the following FILEs, in natural order: 2 "
+               "before 10. May be given several times."),
+           QStringLiteral("FILE...")},
+          {QStringLiteral("keep-timing"),
+           QStringLiteral("Preserve the timing of films whose frames have different "
+                          "durations, by repeating frames.")},
+          {QStringLiteral("force"), QStringLiteral("Replace an existing document.")}},
+         run,
+         Operands::Files,
+         QStringLiteral("film")});
 }

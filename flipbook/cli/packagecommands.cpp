@@ -4,6 +4,7 @@
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
@@ -115,24 +116,26 @@ QCommandLineOption noScriptOption()
 
 Command spriteCommand()
 {
-    return {QStringLiteral("sprite"),
-            QStringLiteral("DOC-OR-FILE -o OUT.sprite3"),
-            QStringLiteral("Write an object as a Scratch 3 sprite."),
-            {{QStringLiteral("o"), QStringLiteral("Write the sprite to OUT.sprite3."),
-              QStringLiteral("OUT.sprite3")},
-             noScriptOption(),
-             objectOption()},
-            runSprite};
+    return withSheetOptions(
+        {QStringLiteral("sprite"),
+         QStringLiteral("DOC-OR-FILE -o OUT.sprite3"),
+         QStringLiteral("Write an object as a Scratch 3 sprite."),
+         {{QStringLiteral("o"), QStringLiteral("Write the sprite to OUT.sprite3."),
+           QStringLiteral("OUT.sprite3")},
+          noScriptOption(),
+          objectOption()},
+         runSprite});
 }
 
 Command projectCommand()
 {
-    return {QStringLiteral("project"),
-            QStringLiteral("DOC-OR-FILE -o OUT.sb3"),
-            QStringLiteral("Write a page as a Scratch 3 project that is ready to play."),
-            {{QStringLiteral("o"), QStringLiteral("Write the project to OUT.sb3."),
-              QStringLiteral("OUT.sb3")},
-             noScriptOption(),
-             pageOption()},
-            runProject};
+    return withSheetOptions(
+        {QStringLiteral("project"),
+         QStringLiteral("DOC-OR-FILE -o OUT.sb3"),
+         QStringLiteral("Write a page as a Scratch 3 project that is ready to play."),
+         {{QStringLiteral("o"), QStringLiteral("Write the project to OUT.sb3."),
+           QStringLiteral("OUT.sb3")},
+          noScriptOption(),
+          pageOption()},
+         runProject});
 }

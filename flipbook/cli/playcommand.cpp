@@ -2,6 +2,7 @@
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/object/framewatcher.h"
 
 #include <QtCore/QElapsedTimer>
@@ -79,12 +80,13 @@ void run(const QCommandLineParser &line)
 
 Command playCommand()
 {
-    return {QStringLiteral("play"),
-            QStringLiteral("FILE [--loops N]"),
-            QStringLiteral("Play the frames in real time, with a line for each frame shown."),
-            {{QStringLiteral("loops"),
-              QStringLiteral("Play N times (default: as often as the file says; Ctrl-C ends an "
-                             "animation that plays forever)."),
-              QStringLiteral("N")}},
-            run};
+    return withSheetOptions(
+        {QStringLiteral("play"),
+         QStringLiteral("FILE [--loops N]"),
+         QStringLiteral("Play the frames in real time, with a line for each frame shown."),
+         {{QStringLiteral("loops"),
+           QStringLiteral("Play N times (default: as often as the file says; Ctrl-C ends an "
+                          "animation that plays forever)."),
+           QStringLiteral("N")}},
+         run});
 }

@@ -53,6 +53,9 @@ bool answer(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString stem = QFileInfo(path).baseName();
+    // It can be read once only.
+    if (isStandardInput(path))
+        return false;
     Reading reading = Arguments::reading(line);
     const Source source = reading.open(path);
     if (!isGifPath(path) || stem.isEmpty() || kindOf(source, path) != SourceKind::Gif)
@@ -84,7 +87,8 @@ bool answerQuickInfo(const QStringList &arguments)
     line.addOptions(commonOptions());
     if (!line.parse(arguments))
         return false;
-    for (const char *other : {"help", "version", "verbose", "opaque", "plugin"}) {
+    for (const char *other :
+         {"help", "version", "verbose", "opaque", "plugin", "grid", "cell", "margin", "spacing"}) {
         if (line.isSet(QLatin1String(other)))
             return false;
     }

@@ -4,6 +4,7 @@
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/export/contactsheet.h"
 
 #include <QtGui/QFontDatabase>
@@ -43,11 +44,12 @@ void run(const QCommandLineParser &line)
 
 Command sheetCommand()
 {
-    return {QStringLiteral("sheet"),
-            QStringLiteral("FILE -o OUT.png"),
-            QStringLiteral(
-                "Paint all frames of an animation, or of all objects of a document, on a sheet."),
-            {{QStringLiteral("o"), QStringLiteral("Write the sheet to OUT.png."),
-              QStringLiteral("OUT.png")}},
-            run};
+    return withSheetOptions(
+        {QStringLiteral("sheet"),
+         QStringLiteral("FILE -o OUT.png"),
+         QStringLiteral(
+             "Paint all frames of an animation, or of all objects of a document, on a sheet."),
+         {{QStringLiteral("o"), QStringLiteral("Write the sheet to OUT.png."),
+           QStringLiteral("OUT.png")}},
+         run});
 }

@@ -28,6 +28,7 @@ OpenedFile openFile(const Plugin &plugin, const QString &path, Reading &reading)
     opened.document = std::make_unique<Document>();
     opened.document->addPage(media.object->getClientRect())->addObject(media.object.release());
     opened.warnings = media.warnings;
+    opened.format = media.format;
     opened.gif = media.gif;
     opened.privateFolder = std::move(media.privateFolder);
     opened.times = media.times;

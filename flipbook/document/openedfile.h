@@ -7,13 +7,14 @@
 
 #include <optional>
 
-/// Any file that the user names, as a document. A GIF, a frame folder or a picture is the only
-/// object of a page of its size.
+/// Any file that the user names, as a document. What is imported, such as a GIF, is the only object
+/// of a page of its size.
 struct OpenedFile {
     std::unique_ptr<Document> document;
-    QStringList warnings;                         ///< clauses without a full stop
-    std::optional<GifDescriptors> gif;            ///< what a GIF says about itself
-    bool isDocument = false;                      ///< a document's file, with pages
+    QStringList warnings;              ///< clauses without a full stop
+    QString format;                    ///< of what is no document, as people call it, such as "GIF"
+    std::optional<GifDescriptors> gif; ///< what a GIF says about itself
+    bool isDocument = false;           ///< a document's file, with pages
     std::unique_ptr<PrivateFolder> privateFolder; ///< of what was imported
     FilmTimes times;                              ///< readable as long as the folder is there
 

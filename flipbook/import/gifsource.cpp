@@ -3,7 +3,9 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
+#include "flipbook/import/decodedfilm.h"
 #include "flipbook/import/privatecopy.h"
+#include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QFile>
 #include <QtGui/QImageReader>
@@ -12,11 +14,6 @@
 
 namespace
 {
-
-QString frameCountText(qint64 frames)
-{
-    return frames == 1 ? QStringLiteral("1 frame") : QStringLiteral("%1 frames").arg(frames);
-}
 
 /// Only where a decoder would find nothing at all: it may find its way where the blocks stop making
 /// sense, and shows what it can of damaged frames.
@@ -29,7 +26,8 @@ void refuseEmpty(const QString &path, const GifDescriptors &gif)
 
 void refuseUnnamed(const QString &path)
 {
-    if (!isGifPath(path))
+    // Standard input has no name, but its copy has one.
+    if (!isGifPath(path) && !isStandardInput(path))
         throw Failure{path, QStringLiteral("a GIF without \".gif\" in its name; rename it")};
 }
 

@@ -6,6 +6,7 @@
 #include "flipbook/import/jpegmarkers.h"
 #include "flipbook/import/pngchunks.h"
 #include "flipbook/import/pngheader.h"
+#include "flipbook/import/webpfile.h"
 
 #include <QtGui/QImageReader>
 
@@ -70,6 +71,18 @@ void readGif(PictureFacts &facts, QIODevice &device)
     facts.leavesPixelsUnset = gif.leavesScreenUnset;
 }
 
+void readWebp(PictureFacts &facts, QIODevice &device)
+{
+    // Of a film the first frame, and the canvas that it is put on.
+    constexpr qint64 workingPictures = 3;
+    const auto size = WebpFile::sizeOf(device.peek(WebpFile::StartLength));
+    if (!size)
+        return;
+    facts.pixelBytes = bytesOf(*size, BytesPerPixel);
+    facts.workBytes =
+        Saturating::sum(bytesOf(*size, BytesPerPixel * workingPictures), device.size());
+}
+
 void readOther(PictureFacts &facts, QIODevice &device)
 {
     QImageReader reader(&device);
@@ -106,6 +119,9 @@ PictureFacts PictureFacts::read(QIODevice &device, qint64 mostMemory)
         break;
     case PictureFormat::Gif:
         readGif(facts, device);
+        break;
+    case PictureFormat::Webp:
+        readWebp(facts, device);
         break;
     case PictureFormat::Bmp:
     case PictureFormat::Netpbm:

@@ -13,6 +13,12 @@ struct PictureFacts {
     /// Qt's decoder may leave pixels as they come from the memory of the process.
     bool leavesPixelsUnset = false;
 
+    /// Whether an object must not read the file as it is: Qt's decoder leaves pixels unset, or is
+    /// not everywhere.
+    bool needsOwnDecoder() const
+    {
+        return leavesPixelsUnset || format.kind() == PictureFormat::Webp;
+    }
     bool isReadable() const { return pixelBytes > 0; }
     /// What the picture takes as long as it is kept.
     qint64 keptBytes() const;

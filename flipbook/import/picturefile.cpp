@@ -10,6 +10,8 @@
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/picturefacts.h"
 #include "flipbook/import/privatecopy.h"
+#include "flipbook/import/sourcefile.h"
+#include "flipbook/import/webpfile.h"
 
 #include <QtCore/QBuffer>
 #include <QtGui/QImageReader>
@@ -42,7 +44,7 @@ void refuseForeign(const QString &path, PictureFormat format)
                                              .arg(PictureFormat::list())};
     if (isNamedGif && format.kind() != PictureFormat::Gif)
         throw Failure{path, QStringLiteral("not a GIF: it is a picture of the format %1; rename it")
-                                .arg(QString::fromLatin1(format.readerName()).toUpper())};
+                                .arg(format.title())};
 }
 
 std::unique_ptr<QFile> opened(const QString &copy)
@@ -51,14 +53,6 @@ std::unique_ptr<QFile> opened(const QString &copy)
     if (!file->open(QIODevice::ReadOnly))
         throw Failure{copy, file->errorString()};
     return file;
-}
-
-/// All that is in @p file: what is looked at is what is decoded, even if the file is changed.
-QByteArray contentOf(QFile &file, const QString &path, const MemoryAccount &memory)
-{
-    const qint64 size = file.size();
-    memory.require(size, path, QStringLiteral("the bytes of the file alone"));
-    return file.read(size);
 }
 
 QImage decoded(QFile &file, const QString &path, const MemoryAccount &memory)
@@ -78,10 +72,15 @@ QImage decoded(QFile &file, const QString &path, const MemoryAccount &memory)
     reader.setAutoDetectImageFormat(false);
     reader.setFormat(facts.format.readerName());
     QImage picture;
-    if (!facts.leavesPixelsUnset)
+    if (facts.format.kind() == PictureFormat::Webp)
+        picture = WebpFile::readStill(bytes);
+    else if (!facts.leavesPixelsUnset)
         picture = reader.read();
     else
         picture = facts.format.kind() == PictureFormat::Gif ? gifOver(buffer) : overZeros(reader);
+    if (picture.isNull() && facts.format.kind() == PictureFormat::Webp)
+        throw Failure{path, QStringLiteral("the picture cannot be read: it is cut short or "
+                                           "damaged")};
     if (picture.isNull())
         throw Failure{path, QStringLiteral("the picture cannot be read: ") + reader.errorString()};
     return picture;
@@ -102,7 +101,7 @@ QImage readPicture(const QString &path, Reading &reading)
 
 void settleCopy(const QString &copy, const QString &path, const MemoryAccount &memory)
 {
-    if (PictureFacts::read(*opened(copy), memory.limit()).leavesPixelsUnset)
+    if (PictureFacts::read(*opened(copy), memory.limit()).needsOwnDecoder())
         writePng(copy, readCopy(copy, path, memory));
 }
 

@@ -19,6 +19,8 @@ PictureFormat::Kind kindOf(const QByteArray &start)
         return PictureFormat::Jpeg;
     if (start.startsWith("GIF87a") || start.startsWith("GIF89a"))
         return PictureFormat::Gif;
+    if (start.startsWith("RIFF") && start.mid(8, 4) == "WEBP")
+        return PictureFormat::Webp;
     if (start.startsWith("BM"))
         return PictureFormat::Bmp;
     return isNetpbm(start) ? PictureFormat::Netpbm : PictureFormat::Unknown;
@@ -35,7 +37,12 @@ PictureFormat PictureFormat::of(const QByteArray &start)
 
 QString PictureFormat::list()
 {
-    return QStringLiteral("PNG, JPEG, GIF, BMP, PBM, PGM and PPM");
+    return QStringLiteral("PNG, JPEG, GIF, BMP, PBM, PGM, PPM and WebP");
+}
+
+QString PictureFormat::title() const
+{
+    return m_kind == Webp ? QStringLiteral("WebP") : QString::fromLatin1(readerName()).toUpper();
 }
 
 QByteArray PictureFormat::readerName() const
@@ -51,6 +58,8 @@ QByteArray PictureFormat::readerName() const
         return "bmp";
     case Netpbm:
         return "ppm";
+    case Webp:
+        return "webp";
     case Unknown:
         break;
     }

@@ -7,10 +7,10 @@
 class PictureFormat
 {
 public:
-    enum Kind { Unknown, Png, Jpeg, Gif, Bmp, Netpbm };
+    enum Kind { Unknown, Png, Jpeg, Gif, Bmp, Netpbm, Webp };
 
     /// The number of bytes that of() needs.
-    static constexpr int StartLength = 8;
+    static constexpr int StartLength = 12;
 
     /// The format of a file that begins with @p start. Unknown is all that is not read: besides
     /// what is not a picture, formats that may refer to other files, such as SVG, and those that do
@@ -23,6 +23,8 @@ public:
     Kind kind() const { return m_kind; }
     bool isKnown() const { return m_kind != Unknown; }
 
+    /// The name by which people know the format, such as "PNG".
+    QString title() const;
     /// The name by which a picture reader knows the format.
     QByteArray readerName() const;
     /// The ending of file names, with its dot.

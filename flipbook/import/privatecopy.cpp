@@ -1,6 +1,7 @@
 #include "flipbook/import/privatecopy.h"
 
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -9,7 +10,8 @@
 
 QString privateCopy(QFile &file, const QString &path, const QString &suffix, PrivateFolder &folder)
 {
-    const QString stem = QFileInfo(path).baseName();
+    const QString stem =
+        isStandardInput(path) ? QStringLiteral("film") : QFileInfo(path).baseName();
     const bool hasRoom = QFile::encodeName(stem + suffix).size() <= NAME_MAX;
     QString copy = folder.makeFolder(suffix) + QLatin1Char('/') + stem;
     if (hasRoom)

@@ -8,6 +8,11 @@ QString plainPath(const QString &path)
     return path.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + path : path;
 }
 
+bool isStandardInput(const QString &path)
+{
+    return path == Reading::StandardInput;
+}
+
 SourceKind kindOf(const Source &source, const QString &path)
 {
     if (source.isFolder())
@@ -24,4 +29,11 @@ SourceKind kindOf(const Source &source, const QString &path)
         start.startsWith("PK\x03\x04") || start.startsWith("PK\x05\x06"))
         return SourceKind::Document;
     return SourceKind::OtherFile;
+}
+
+QByteArray contentOf(QFile &file, const QString &path, const MemoryAccount &memory)
+{
+    const qint64 size = file.size();
+    memory.require(size, path, QStringLiteral("the bytes of the file alone"));
+    return file.read(size);
 }

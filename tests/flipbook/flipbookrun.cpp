@@ -8,13 +8,11 @@ QJsonObject FlipbookRun::json() const
     return QJsonDocument::fromJson(out.toUtf8()).object();
 }
 
-FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment)
+namespace
 {
-    return flipbookIn(QString(), arguments, environment);
-}
 
-FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
-                       const QStringList &environment)
+FlipbookRun ended(const QString &folder, const QStringList &arguments,
+                  const QStringList &environment, const QByteArray &input)
 {
     constexpr int longestMs = 60000;
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
@@ -27,6 +25,8 @@ FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
     process.setProcessEnvironment(variables);
     process.setWorkingDirectory(folder);
     process.start(QStringLiteral(FLIPBOOK_PROGRAM), arguments);
+    process.write(input);
+    process.closeWriteChannel();
     FlipbookRun run;
     if (!process.waitForFinished(longestMs))
         process.kill();
@@ -35,4 +35,22 @@ FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
     run.out = QString::fromUtf8(process.readAllStandardOutput());
     run.err = QString::fromUtf8(process.readAllStandardError());
     return run;
+}
+
+} // namespace
+
+FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
+                       const QStringList &environment)
+{
+    return ended(folder, arguments, environment, QByteArray());
+}
+
+FlipbookRun flipbookReading(const QByteArray &input, const QStringList &arguments)
+{
+    return ended(QString(), arguments, {}, input);
+}
+
+FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment)
+{
+    return flipbookIn(QString(), arguments, environment);
 }

@@ -17,6 +17,9 @@ struct FlipbookRun {
 /// further variables as NAME=VALUE.
 FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment = {});
 
+/// The same with @p input as its standard input.
+FlipbookRun flipbookReading(const QByteArray &input, const QStringList &arguments);
+
 /// The same with @p folder as the working folder.
 FlipbookRun flipbookIn(const QString &folder, const QStringList &arguments,
                        const QStringList &environment = {});

@@ -133,7 +133,7 @@ void TestCommandLine::wrongUsageHasAStatusOfItsOwn_data()
     row("", "a command is missing");
     row("frob FILM", "'frob' is neither a command nor a file");
     row("info", "a file is missing");
-    row("info FILM other.gif", "'other.gif' is one file too many");
+    row("play FILM other.gif", "'other.gif' is one file too many");
     row("shet FILM", "'shet' is neither a command nor a file; did you mean 'sheet'?");
     row("--hlep", "'--hlep' is neither a command nor a file; did you mean '--help'?");
     row("info FILM --frob", "'--frob' is not an option of info");

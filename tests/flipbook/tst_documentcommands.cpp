@@ -258,6 +258,7 @@ void TestDocumentCommands::aFolderInAGifPathIsExplained()
 {
     QVERIFY(QDir().mkpath(path(QStringLiteral("x.gifs/frames"))));
     const QString folder = path(QStringLiteral("x.gifs/frames"));
+    writeBytes(folder + QStringLiteral("/config.json"), "{}");
     const FlipbookRun info = run(QStringLiteral("info"), {folder});
     QCOMPARE(info.status, 1);
     QCOMPARE(info.err,

@@ -129,7 +129,7 @@ void TestEditRefusals::filesThatCannotBeRead_data()
         QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(reason);
     };
     const char *noPicture =
-        "not a picture that can be read; those are PNG, JPEG, GIF, BMP, PBM, PGM and PPM";
+        "not a picture that can be read; those are PNG, JPEG, GIF, BMP, PBM, PGM, PPM and WebP";
     row("missing.png", "not found");
     row("text.png", noPicture);
     row("empty.png", noPicture);

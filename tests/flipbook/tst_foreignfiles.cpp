@@ -119,7 +119,7 @@ void TestForeignFiles::picturesThatMayReferToFilesAreNotRead()
     const FlipbookRun run = flipbookIn(path(QString()), arguments.split(QLatin1Char(' ')));
     QCOMPARE(run.status, 1);
     QVERIFY2(run.err.endsWith(QStringLiteral("sly.png: not a picture that can be read; those are "
-                                             "PNG, JPEG, GIF, BMP, PBM, PGM and PPM\n")),
+                                             "PNG, JPEG, GIF, BMP, PBM, PGM, PPM and WebP\n")),
              qPrintable(run.err));
 }
 

@@ -91,8 +91,8 @@ void TestGifCommands::infoTellsTheFigures()
     QCOMPARE(run.status, 0);
     QCOMPARE(run.err, QString());
     // Decoded: two frames of 4 x 3 pixels of 4 bytes.
-    const QByteArray wanted = R"({"frames": 2, "width": 4, "height": 3, "intervalMs": 150,
-        "loopCount": 2, "names": ["cat_1", "cat_2"], "decodedBytes": 96,
+    const QByteArray wanted = R"({"format": "GIF", "frames": 2, "width": 4, "height": 3,
+        "intervalMs": 150, "loopCount": 2, "names": ["cat_1", "cat_2"], "decodedBytes": 96,
         "shortestDelayMs": 150, "longestDelayMs": 150, "warnings": []})";
     QCOMPARE(run.json(), QJsonDocument::fromJson(wanted).object());
 }
@@ -107,6 +107,7 @@ void TestGifCommands::infoTellsThemInWords()
     const FlipbookRun run = flipbook({QStringLiteral("info"), QStringLiteral("--opaque"), film});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.out, film + QStringLiteral("\n"
+                                            "  format    GIF\n"
                                             "  frames    1, named half_1\n"
                                             "  size      8 x 8 pixels\n"
                                             "  interval  100 ms\n"

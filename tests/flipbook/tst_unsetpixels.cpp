@@ -106,10 +106,9 @@ QImage TestUnsetPixels::exportedFrame(const QString &input, int number)
     const QString folder = path(QStringLiteral("frames-%1").arg(++m_exports));
     const FlipbookRun run =
         flipbook({QStringLiteral("frames"), input, QStringLiteral("-o"), folder}, filledMemory(90));
-    return run.status == 0
-               ? QImage(folder +
-                        QStringLiteral("/frame-%1.png").arg(number, 3, 10, QLatin1Char('0')))
-               : QImage();
+    // They are numbered in front.
+    const QStringList files = QDir(folder).entryList({QStringLiteral("*.png")}, QDir::Files);
+    return run.status == 0 ? QImage(folder + QLatin1Char('/') + files.value(number - 1)) : QImage();
 }
 
 void TestUnsetPixels::initTestCase()
@@ -144,8 +143,9 @@ void TestUnsetPixels::framesOfAnUnsetScreenKeepNamesAndTiming()
         flipbook({QStringLiteral("info"), QStringLiteral("--json"), QStringLiteral("--opaque"),
                   path(QStringLiteral("film.gif"))})
             .json();
-    const QByteArray wanted = R"({"frames": 2, "width": 10, "height": 8, "intervalMs": 150,
-        "loopCount": 2, "names": ["film_1", "film_2"], "decodedBytes": 640, "opaqueShare": 0.23125,
+    const QByteArray wanted =
+        R"({"format": "GIF", "frames": 2, "width": 10, "height": 8,
+        "intervalMs": 150, "loopCount": 2, "names": ["film_1", "film_2"], "decodedBytes": 640, "opaqueShare": 0.23125,
         "shortestDelayMs": 150, "longestDelayMs": 150, "warnings": []})";
     QCOMPARE(info, QJsonDocument::fromJson(wanted).object());
 }

@@ -247,8 +247,8 @@ void FrameController::chooseReplacement()
 {
     const QString path = QFileDialog::getOpenFileName(
         &m_panel, tr("Replace frame"), QString(),
-        tr("Pictures (*.png *.jpg *.jpeg *.gif *.bmp *.ppm *.pgm *.pbm)") + QStringLiteral(";;") +
-            tr("All files (*)"));
+        tr("Pictures (*.png *.jpg *.jpeg *.gif *.webp *.bmp *.ppm *.pgm *.pbm)") +
+            QStringLiteral(";;") + tr("All files (*)"));
     if (!path.isEmpty())
         replaceSelected(path);
 }

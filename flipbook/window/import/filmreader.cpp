@@ -53,69 +53,7 @@ Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
     return result;
 }
 
-/// The number at @p place of @p text, which moves past it.
-QString numberAt(const QString &text, int &place)
-{
-    const int start = place;
-    while (place < text.size() && text.at(place).isDigit())
-        ++place;
-    return text.mid(start, place - start);
-}
-
-int compareNumbers(QString one, QString two)
-{
-    while (one.size() > 1 && one.startsWith(QLatin1Char('0')))
-        one.remove(0, 1);
-    while (two.size() > 1 && two.startsWith(QLatin1Char('0')))
-        two.remove(0, 1);
-    return one.size() != two.size() ? one.size() - two.size() : one.compare(two);
-}
-
-/// Numbers count as a whole, also where the locale knows no such order.
-int compareNaturally(const QString &one, const QString &two)
-{
-    int i = 0;
-    int j = 0;
-    while (i < one.size() && j < two.size()) {
-        if (one.at(i).isDigit() && two.at(j).isDigit()) {
-            const QString number = numberAt(one, i);
-            const int order = compareNumbers(number, numberAt(two, j));
-            if (order != 0)
-                return order;
-        } else {
-            const QChar left = one.at(i++).toCaseFolded();
-            const QChar right = two.at(j++).toCaseFolded();
-            if (left != right)
-                return QString(left).localeAwareCompare(right);
-        }
-    }
-    return (one.size() - i) - (two.size() - j);
-}
-
 } // namespace
-
-void sortNaturally(QStringList &paths)
-{
-    std::sort(paths.begin(), paths.end(), [](const QString &one, const QString &two) {
-        const int order = compareNaturally(fileName(one), fileName(two));
-        return order != 0 ? order < 0 : one < two;
-    });
-}
-
-QStringList picturesInFolder(const QString &folder)
-{
-    static const QStringList patterns = {QStringLiteral("*.png"),  QStringLiteral("*.jpg"),
-                                         QStringLiteral("*.jpeg"), QStringLiteral("*.bmp"),
-                                         QStringLiteral("*.ppm"),  QStringLiteral("*.pgm"),
-                                         QStringLiteral("*.pbm")};
-    QStringList paths;
-    const QDir dir(folder);
-    const QStringList names = dir.entryList(patterns, QDir::Files | QDir::Readable);
-    for (const QString &name : names)
-        paths << dir.filePath(name);
-    sortNaturally(paths);
-    return paths;
-}
 
 QString textOfNumbered(const QStringList &names)
 {
@@ -139,20 +77,15 @@ ReadFilm FilmReader::read(const QString &path)
     const SourceKind kind = kindOf(source, path);
     if (kind == SourceKind::Gif)
         return readGif(*source.file, path);
-    const bool isPlainFolder = kind == SourceKind::FrameFolder &&
-                               !QFileInfo::exists(path + QStringLiteral("/config.json"));
-    if (isPlainFolder) {
-        const QStringList pictures = picturesInFolder(path);
-        if (pictures.isEmpty())
-            throw Failure{path, QStringLiteral("there are no pictures in the folder")};
-        return readPictures(pictures, fileName(path));
-    }
     m_progress.step(tr("Reading %1").arg(fileName(path)), 0, 0);
     ImportedMedia media = importMedia(m_plugin, source, path, m_reading);
     ReadFilm film;
     film.path = path;
     film.object = std::move(media.object);
     film.warnings = media.warnings;
+    const QVector<int> delaysMs = media.delaysMs();
+    if (isUneven(delaysMs))
+        keepRhythm(film, delaysMs);
     return film;
 }
 

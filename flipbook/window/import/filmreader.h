@@ -16,10 +16,10 @@ struct ReadFilm {
     QString path;
     OwnedObject object;
     QStringList warnings; ///< clauses without a full stop
-    /// Of a GIF whose frames are shown for different times: @a object keeps the rhythm by repeating
-    /// frames, and this one shows all for the same time. Null for any other film.
+    /// Of a film whose frames are shown for different times: @a object keeps the rhythm by
+    /// repeating frames, and this one shows all for the same time. Null for any other film.
     OwnedObject even;
-    qint64 lengthMs = 0; ///< of one pass of the GIF
+    qint64 lengthMs = 0; ///< of one pass, as the file has it
 };
 
 /// Reads films for the window, with progress.
@@ -31,7 +31,7 @@ public:
     /// All films together may take @p maxMemory bytes.
     FilmReader(const Plugin &plugin, Progress &progress, qint64 maxMemory);
 
-    /// Reads a GIF, a frame folder, a folder of pictures, or a picture.
+    /// Reads whatever importMedia() reads.
     /// @throw Failure, Cancelled
     ReadFilm read(const QString &path);
 
@@ -47,11 +47,5 @@ private:
     Reading m_reading;
 };
 
-/// The picture files in a folder, in natural order: 2 before 10.
-QStringList picturesInFolder(const QString &folder);
-
 /// Tells the user that frames are called @p names because the names of their files were taken.
 QString textOfNumbered(const QStringList &names);
-
-/// Sorts paths by their names in natural order.
-void sortNaturally(QStringList &paths);

@@ -3,6 +3,7 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/import/framenames.h"
+#include "flipbook/import/naturalorder.h"
 #include "flipbook/object/filmstate.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/commands/filmedit.h"
@@ -69,7 +70,8 @@ QStringList ImportController::choose(const QString &title)
 {
     return QFileDialog::getOpenFileNames(
         &m_window, title, QString(),
-        tr("Animations and pictures (*.gif *.png *.jpg *.jpeg *.bmp *.ppm *.pgm *.pbm)") +
+        tr("Animations and pictures (*.gif *.webp *.apng *.png *.jpg *.jpeg *.bmp *.ppm *.pgm "
+           "*.pbm *.json)") +
             QStringLiteral(";;") + tr("All files (*)"));
 }
 

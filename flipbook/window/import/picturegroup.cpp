@@ -2,7 +2,9 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/base/reading.h"
+#include "flipbook/import/apngchunks.h"
 #include "flipbook/import/pictureformat.h"
+#include "flipbook/import/webpfile.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
@@ -19,6 +21,12 @@ QSize pictureSize(const QString &path)
         const auto format = PictureFormat::of(file->peek(PictureFormat::StartLength));
         if (!format.isKnown() || format.kind() == PictureFormat::Gif)
             return QSize();
+        const QByteArray start = file->peek(WebpFile::StartLength);
+        if (WebpFile::isAnimated(start) ||
+            (format.kind() == PictureFormat::Png && ApngChunks::announces(*file)))
+            return QSize();
+        if (format.kind() == PictureFormat::Webp)
+            return WebpFile::sizeOf(start).value_or(QSize());
         return QImageReader(file.get(), format.readerName()).size();
     } catch (const Failure &) {
         // It is told when the file is read.

@@ -245,7 +245,7 @@ void TestWindowImport::theGoodOnesAmongBadFilesAreImported()
     QCOMPARE(
         m_fixture->messages(),
         QStringList({bad + QStringLiteral(": not a picture that can be read; those are PNG, JPEG, "
-                                          "GIF, BMP, PBM, PGM and PPM")}));
+                                          "GIF, BMP, PBM, PGM, PPM and WebP")}));
 }
 
 void TestWindowImport::beyondTheBudgetAQuestionIsAsked()

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "flipbook/import/decodedfilm.h"
+
+class MemoryAccount;
+
+/// Decodes the animated PNG file in @p file, which the user named as @p path: what its frames need
+/// is computed before. What is kept of it is counted in @p memory. A picture that is for other
+/// programs alone is no frame. Ends at the first frame that is damaged, with a warning.
+/// @throw Failure when there is no whole frame, or too little memory.
+DecodedFilm readApng(const QByteArray &file, const QString &path, MemoryAccount &memory);

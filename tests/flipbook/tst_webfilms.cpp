@@ -1,0 +1,490 @@
+#include "flipbook/base/failure.h"
+#include "flipbook/base/memoryaccount.h"
+#include "flipbook/base/reading.h"
+#include "flipbook/document/openedfile.h"
+#include "flipbook/import/apngfilm.h"
+#include "flipbook/import/filmcanvas.h"
+#include "flipbook/import/webpfile.h"
+#include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/filmbuilder.h"
+#include "tests/flipbook/flipbookrun.h"
+
+#include <QtCore/QRandomGenerator>
+#include <QtTest/QTest>
+
+#include <cmath>
+
+Q_DECLARE_METATYPE(QVector<QRgb>)
+
+namespace
+{
+
+constexpr QRgb Red = 0xffff0000;
+constexpr QRgb Green = 0xff00ff00;
+constexpr QRgb Blue = 0xff0000ff;
+constexpr QRgb Nothing = 0;
+
+DecodedFilm apng(const QByteArray &file)
+{
+    MemoryAccount memory(1 << 20);
+    return readApng(file, QStringLiteral("film.png"), memory);
+}
+
+DecodedFilm webp(const QByteArray &file)
+{
+    MemoryAccount memory(1 << 20);
+    return WebpFile::readFilm(file, QStringLiteral("film.webp"), memory);
+}
+
+/// The reason why a film is refused; empty if it is not.
+template<typename Read>
+QString refusal(const Read &read)
+{
+    try {
+        read();
+    } catch (const Failure &failure) {
+        return failure.reason;
+    }
+    return QString();
+}
+
+QVector<QVector<QRgb>> pixelsOfAll(const DecodedFilm &film)
+{
+    QVector<QVector<QRgb>> all;
+    for (const QImage &picture : film.pictures)
+        all.append(pixelsOf(picture));
+    return all;
+}
+
+/// What the formats say of painting one colour over another, in real numbers.
+QRgb paintedOver(QRgb top, QRgb bottom)
+{
+    const double above = qAlpha(top) / 255.0;
+    const double below = qAlpha(bottom) / 255.0 * (1.0 - above);
+    const double both = above + below;
+    if (both == 0.0)
+        return 0;
+    const auto mixed = [&](int one, int other) {
+        return int(std::floor((one * above + other * below) / both + 0.5));
+    };
+    return qRgba(mixed(qRed(top), qRed(bottom)), mixed(qGreen(top), qGreen(bottom)),
+                 mixed(qBlue(top), qBlue(bottom)), int(std::floor(both * 255.0 + 0.5)));
+}
+
+bool areNear(QRgb one, QRgb other)
+{
+    return qAbs(qRed(one) - qRed(other)) <= 1 && qAbs(qGreen(one) - qGreen(other)) <= 1 &&
+           qAbs(qBlue(one) - qBlue(other)) <= 1 && qAlpha(one) == qAlpha(other);
+}
+
+} // namespace
+
+/// Animated PNG and WebP files: their frames, times and repetitions.
+class TestWebFilms : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void framesAreDisposedOfAsTheySay_data();
+    void framesAreDisposedOfAsTheySay();
+    void framesAreBlendedAsTheySay();
+    void aFrameIsPutInItsPlace();
+    void blendingIsExact();
+    void anyCompositionIsAsTheSlowOne();
+    void aPictureForOtherProgramsIsNoFrame();
+    void delaysAreTakenAsBrowsersDo();
+    void repetitionsAreTakenOver();
+    void palettesAndDeepColoursAreRead();
+    void whatIsCutOffIsTold();
+    void whatIsDamagedIsTold();
+    void aFileWithoutWholeFramesIsRefused();
+    void memoryIsCountedBeforeDecoding();
+    void everyCommandReadsThem();
+    void keepTimingWorksForThem();
+    void theNameOfTheFileDoesNotMatter();
+    void aStillWebpIsAPicture();
+    void theSamplesAreRead();
+
+private:
+    QString write(const QString &name, const QByteArray &bytes) const
+    {
+        writeBytes(m_fixture.path(name), bytes);
+        return m_fixture.path(name);
+    }
+
+    DocumentFixture m_fixture;
+};
+
+void TestWebFilms::framesAreDisposedOfAsTheySay_data()
+{
+    QTest::addColumn<int>("disposal");
+    QTest::addColumn<QVector<QRgb>>("third");
+    // Red all over; then green on the left, disposed of; then nothing, painted over it.
+    QTest::newRow("kept") << 0 << QVector<QRgb>{Green, Red};
+    QTest::newRow("cleared") << 1 << QVector<QRgb>{Nothing, Red};
+    QTest::newRow("restored") << 2 << QVector<QRgb>{Red, Red};
+}
+
+void TestWebFilms::framesAreDisposedOfAsTheySay()
+{
+    QFETCH(int, disposal);
+    QFETCH(QVector<QRgb>, third);
+    FilmFrame second{pixelRow({Green}), {0, 0}};
+    second.disposal = disposal;
+    FilmFrame last{pixelRow({Nothing}), {0, 0}};
+    last.blends = true;
+    const QVector<FilmFrame> frames = {{pixelRow({Red, Red}), {0, 0}}, second, last};
+    ApngBuilder builder(QSize(2, 1), 0);
+    for (const FilmFrame &frame : frames)
+        builder.add(frame);
+    const QVector<QVector<QRgb>> expected = {{Red, Red}, {Green, Red}, third};
+    QCOMPARE(pixelsOfAll(apng(builder.data())), expected);
+    if (disposal < 2)
+        QCOMPARE(pixelsOfAll(webp(webpFilm(QSize(2, 1), 0, frames))), expected);
+}
+
+void TestWebFilms::framesAreBlendedAsTheySay()
+{
+    FilmFrame replacing{pixelRow({Nothing, Blue}), {0, 0}};
+    FilmFrame painted = replacing;
+    painted.blends = true;
+    const QVector<FilmFrame> frames = {
+        {pixelRow({Red, Red}), {0, 0}}, painted, {pixelRow({Green, Green}), {0, 0}}, replacing};
+    ApngBuilder builder(QSize(2, 1), 0);
+    for (const FilmFrame &frame : frames)
+        builder.add(frame);
+    const QVector<QVector<QRgb>> expected = {
+        {Red, Red}, {Red, Blue}, {Green, Green}, {Nothing, Blue}};
+    QCOMPARE(pixelsOfAll(apng(builder.data())), expected);
+    QCOMPARE(pixelsOfAll(webp(webpFilm(QSize(2, 1), 0, frames))), expected);
+}
+
+void TestWebFilms::aFrameIsPutInItsPlace()
+{
+    QImage sheet(3, 3, QImage::Format_ARGB32);
+    sheet.fill(Red);
+    const QVector<FilmFrame> frames = {{sheet, {0, 0}}, {pixelRow({Blue}), {2, 2}}};
+    const QByteArray png = ApngBuilder(QSize(3, 3), 0).add(frames.at(0)).add(frames.at(1)).data();
+    const QVector<QRgb> expected = {Red, Red, Red, Red, Red, Red, Red, Red, Blue};
+    QCOMPARE(pixelsOf(apng(png).pictures.at(1)), expected);
+    QCOMPARE(pixelsOf(webp(webpFilm(QSize(3, 3), 0, frames)).pictures.at(1)), expected);
+}
+
+void TestWebFilms::blendingIsExact()
+{
+    // Half of white over black is grey, and red of 128 over blue of 128 is opaque by 192:
+    // 128 * 255 + 128 * 127 = 48896 parts, of which 32640 are red: 255 * 32640 / 48896 = 170.2,
+    // and 255 * 16256 / 48896 = 84.8 blue; 48896 / 255 = 191.7.
+    FilmFrame top{pixelRow({0x80ffffff, 0x80ff0000}), {0, 0}};
+    top.blends = true;
+    const QByteArray png = ApngBuilder(QSize(2, 1), 0)
+                               .add({pixelRow({0xff000000, 0x800000ff}), {0, 0}})
+                               .add(top)
+                               .data();
+    QCOMPARE(pixelsOf(apng(png).pictures.at(1)), (QVector<QRgb>{0xff808080, 0xc0aa0055}));
+}
+
+void TestWebFilms::anyCompositionIsAsTheSlowOne()
+{
+    QRandomGenerator random(7);
+    const auto colour = [&random] {
+        const int alpha = random.bounded(3) == 0 ? random.bounded(256) : random.bounded(2) * 255;
+        return qRgba(random.bounded(256), random.bounded(256), random.bounded(256), alpha);
+    };
+    for (int round = 0; round < 300; ++round) {
+        const QSize size(1 + random.bounded(6), 1 + random.bounded(6));
+        FilmCanvas canvas(size);
+        QVector<QRgb> slow(size.width() * size.height(), 0);
+        for (int number = 0; number < 6; ++number) {
+            const QPoint place(random.bounded(size.width()), random.bounded(size.height()));
+            QImage picture(1 + random.bounded(size.width() - place.x()),
+                           1 + random.bounded(size.height() - place.y()), QImage::Format_ARGB32);
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x)
+                    picture.setPixel(x, y, colour());
+            }
+            const bool blends = random.bounded(2) == 0;
+            const int disposal = random.bounded(3);
+            const QVector<QRgb> before = slow;
+            const QImage shown = canvas.show(
+                picture, place, blends ? FilmCanvas::Blend::Over : FilmCanvas::Blend::Source,
+                disposal == 0   ? FilmCanvas::Disposal::Keep
+                : disposal == 1 ? FilmCanvas::Disposal::Clear
+                                : FilmCanvas::Disposal::Restore);
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    QRgb &pixel = slow[(place.y() + y) * size.width() + place.x() + x];
+                    pixel = blends ? paintedOver(picture.pixel(x, y), pixel) : picture.pixel(x, y);
+                }
+            }
+            const QVector<QRgb> pixels = pixelsOf(shown);
+            for (int i = 0; i < pixels.size(); ++i) {
+                const bool isSame = areNear(pixels.at(i), slow.at(i)) ||
+                                    (qAlpha(pixels.at(i)) == 0 && qAlpha(slow.at(i)) == 0);
+                QVERIFY2(isSame, qPrintable(QStringLiteral("round %1, frame %2, pixel %3: %4, %5")
+                                                .arg(round)
+                                                .arg(number)
+                                                .arg(i)
+                                                .arg(pixels.at(i), 8, 16)
+                                                .arg(slow.at(i), 8, 16)));
+            }
+            // From here on both go on with the same pixels.
+            slow = pixels;
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    const int at = (place.y() + y) * size.width() + place.x() + x;
+                    slow[at] = disposal == 0 ? slow.at(at) : disposal == 1 ? 0 : before.at(at);
+                }
+            }
+        }
+    }
+}
+
+void TestWebFilms::aPictureForOtherProgramsIsNoFrame()
+{
+    const DecodedFilm film = apng(ApngBuilder(QSize(1, 1), 0)
+                                      .still(pixelRow({Blue}))
+                                      .add({pixelRow({Red}), {0, 0}})
+                                      .add({pixelRow({Green}), {0, 0}})
+                                      .data());
+    QCOMPARE(pixelsOfAll(film), (QVector<QVector<QRgb>>{{Red}, {Green}}));
+    QCOMPARE(film.warnings, QStringList());
+}
+
+void TestWebFilms::delaysAreTakenAsBrowsersDo()
+{
+    ApngBuilder builder(QSize(1, 1), 0);
+    const QVector<QPair<int, int>> fractions = {{1, 4},  {5, 0},     {0, 100},  {1, 100},
+                                                {11, 0}, {11, 1000}, {1, 30},   {65535, 1},
+                                                {1, 3},  {2, 3},     {10, 1000}};
+    for (const auto &fraction : fractions) {
+        FilmFrame frame{pixelRow({Red}), {0, 0}};
+        frame.delay = fraction.first;
+        frame.divisor = fraction.second;
+        builder.add(frame);
+    }
+    // A divisor of 0 is 100; up to 10 ms is 100 ms.
+    QCOMPARE(apng(builder.data()).delaysMs,
+             (QVector<int>{250, 50, 100, 100, 110, 11, 33, 65535000, 333, 667, 100}));
+
+    QVector<FilmFrame> frames;
+    for (const int delay : {0, 10, 11, 40, 16777215}) {
+        FilmFrame frame{pixelRow({Red}), {0, 0}};
+        frame.delay = delay;
+        frames.append(frame);
+    }
+    QCOMPARE(webp(webpFilm(QSize(1, 1), 0, frames)).delaysMs,
+             (QVector<int>{100, 100, 11, 40, 16777215}));
+}
+
+void TestWebFilms::repetitionsAreTakenOver()
+{
+    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    for (const int plays : {0, 1, 5}) {
+        QCOMPARE(apng(ApngBuilder(QSize(1, 1), plays).add(frame).data()).loopCount, plays - 1);
+        QCOMPARE(webp(webpFilm(QSize(1, 1), plays, {frame})).loopCount, plays - 1);
+    }
+    // -1 is forever.
+    QCOMPARE(apng(ApngBuilder(QSize(1, 1), -1).add(frame).data()).loopCount, 2147483646);
+}
+
+void TestWebFilms::palettesAndDeepColoursAreRead()
+{
+    // The chunks of pictures that Qt writes, with a description of one frame before the picture.
+    QImage palette(2, 1, QImage::Format_Indexed8);
+    palette.setColorTable({Green, 0x40ff0000});
+    palette.setPixel(0, 0, 0);
+    palette.setPixel(1, 0, 1);
+    QImage deep(2, 1, QImage::Format_RGBA64);
+    deep.setPixelColor(0, 0, QColor::fromRgb(Blue));
+    deep.setPixelColor(1, 0, QColor(255, 0, 0, 64));
+    for (const QImage &picture : {palette, deep}) {
+        const QString path = m_fixture.path(QStringLiteral("still.png"));
+        QVERIFY(picture.save(path));
+        QByteArray file = bytesOf(path);
+        const QByteArray model =
+            ApngBuilder(QSize(2, 1), 0).add({pixelRow({Red, Red}), {0, 0}}).data();
+        const int start = model.indexOf("acTL") - 4;
+        file.insert(33, model.mid(start, model.indexOf("IDAT") - 4 - start));
+        const DecodedFilm film = apng(file);
+        QCOMPARE(pixelsOfAll(film), (QVector<QVector<QRgb>>{
+                                        pixelsOf(picture.convertToFormat(QImage::Format_ARGB32))}));
+    }
+}
+
+void TestWebFilms::whatIsCutOffIsTold()
+{
+    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const QByteArray png = ApngBuilder(QSize(1, 1), 0).add(frame).add(frame).add(frame).data();
+    const DecodedFilm cutPng = apng(png.left(png.lastIndexOf("fdAT") + 6));
+    QCOMPARE(cutPng.pictures.size(), 2);
+    QCOMPARE(cutPng.warnings,
+             QStringList{QStringLiteral("truncated: 2 of 3 frames could be read completely")});
+
+    // A WebP file does not say how many frames it has.
+    const QByteArray film = webpFilm(QSize(1, 1), 0, {frame, frame, frame});
+    const DecodedFilm cutWebp = webp(film.left(film.lastIndexOf("ANMF") + 40));
+    QCOMPARE(cutWebp.pictures.size(), 2);
+    QCOMPARE(cutWebp.warnings,
+             QStringList{QStringLiteral("truncated: its end is missing; 2 frames could be read")});
+}
+
+void TestWebFilms::whatIsDamagedIsTold()
+{
+    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const FilmFrame outside{pixelRow({Red}), {1, 0}};
+    const QByteArray wrongPlace = ApngBuilder(QSize(1, 1), 0).add(frame).add(outside).data();
+    QCOMPARE(apng(wrongPlace).warnings,
+             QStringList{QStringLiteral("frame 2 is outside of the picture: 1 of 2 frames could be "
+                                        "read completely")});
+
+    QByteArray changed = ApngBuilder(QSize(1, 1), 0).add(frame).add(frame).data();
+    const int at = changed.lastIndexOf("fdAT");
+    changed[at + 12] = char(changed.at(at + 12) ^ 1);
+    QCOMPARE(apng(changed).warnings,
+             QStringList{QStringLiteral("damaged at byte %1: 1 of 2 frames could be read "
+                                        "completely")
+                             .arg(at - 4)});
+
+    QCOMPARE(apng(ApngBuilder(QSize(1, 1), 0).add(frame).announce(4).data()).warnings,
+             QStringList{QStringLiteral("it announces 4 frames but has 1")});
+}
+
+void TestWebFilms::aFileWithoutWholeFramesIsRefused()
+{
+    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const QByteArray png = ApngBuilder(QSize(1, 1), 0).add(frame).data();
+    QCOMPARE(refusal([&] { apng(png.left(png.indexOf("IDAT") + 6)); }),
+             QStringLiteral("an APNG of which no frame could be read: truncated"));
+    const QByteArray film = webpFilm(QSize(1, 1), 0, {frame});
+    QCOMPARE(refusal([&] { webp(film.left(40)); }),
+             QStringLiteral("a WebP film of which no frame could be read: it is cut short or "
+                            "damaged"));
+}
+
+void TestWebFilms::memoryIsCountedBeforeDecoding()
+{
+    // Two frames and the canvases of a film of 3000 x 3000 pixels need far more than 64 MiB.
+    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const QByteArray png =
+        ApngBuilder(QSize(3000, 3000), 0).still(pixelRow({Red})).add(frame).data();
+    const QByteArray film = webpFilm(QSize(3000, 3000), 0, {frame, frame});
+    const QString pngPath = write(QStringLiteral("large.png"), png);
+    const QString webpPath = write(QStringLiteral("large.webp"), film);
+    for (const QString &path : {pngPath, webpPath}) {
+        const FlipbookRun run = flipbook(
+            {QStringLiteral("info"), QStringLiteral("--max-memory"), QStringLiteral("64M"), path});
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.err.contains(QStringLiteral("of 3000 x 3000 pixels would need")),
+                 qPrintable(run.err));
+    }
+}
+
+void TestWebFilms::everyCommandReadsThem()
+{
+    FilmFrame second{pixelRow({Green, Blue}), {0, 0}};
+    second.delay = 40;
+    const QVector<FilmFrame> frames = {{pixelRow({Red, Red}), {0, 0}, 40}, second};
+    const QString png =
+        write(QStringLiteral("film.png"),
+              ApngBuilder(QSize(2, 1), 1).add(frames.at(0)).add(frames.at(1)).data());
+    const QString webp = write(QStringLiteral("film.webp"), webpFilm(QSize(2, 1), 1, frames));
+    for (const QString &path : {png, webp}) {
+        const FlipbookRun info = flipbook({QStringLiteral("info"), path});
+        QCOMPARE(info.err, QString());
+        QCOMPARE(info.out, QStringLiteral("%1\n"
+                                          "  format    %2\n"
+                                          "  frames    2, named film_1 to film_2\n"
+                                          "  size      2 x 1 pixels\n"
+                                          "  interval  40 ms (0.08 s for all frames)\n"
+                                          "  loops     once (loop count 0)\n"
+                                          "  memory    16 bytes decoded\n")
+                               .arg(path, path == png ? QStringLiteral("APNG")
+                                                      : QStringLiteral("animated WebP")));
+        const QString sheet = m_fixture.path(QStringLiteral("sheet.png"));
+        QCOMPARE(flipbook({QStringLiteral("sheet"), path, QStringLiteral("-o"), sheet}).status, 0);
+        const FlipbookRun play = flipbook({QStringLiteral("play"), path});
+        QVERIFY2(play.out.contains(QStringLiteral("frame 2 of 2  film_2")), qPrintable(play.out));
+        const QString sprite = m_fixture.path(QStringLiteral("film.sprite3"));
+        QCOMPARE(flipbook({QStringLiteral("sprite"), path, QStringLiteral("-o"), sprite}).status,
+                 0);
+    }
+}
+
+void TestWebFilms::keepTimingWorksForThem()
+{
+    const QVector<FilmFrame> frames = {{pixelRow({Red}), {0, 0}, 50},
+                                       {pixelRow({Green}), {0, 0}, 100}};
+    const QString film = write(QStringLiteral("uneven.webp"), webpFilm(QSize(1, 1), 0, frames));
+    const QString document = m_fixture.path(QStringLiteral("uneven.flipbook"));
+    const FlipbookRun warned =
+        flipbook({QStringLiteral("new"), document, QStringLiteral("--add"), film});
+    QVERIFY2(warned.err.contains(QStringLiteral("one pass takes 0.1 s instead of 0.15 s")),
+             qPrintable(warned.err));
+    const FlipbookRun kept =
+        flipbook({QStringLiteral("new"), document, QStringLiteral("--force"),
+                  QStringLiteral("--keep-timing"), QStringLiteral("--add"), film});
+    QCOMPARE(kept.err, QString());
+    const FlipbookRun info = flipbook({QStringLiteral("info"), document});
+    QVERIFY2(info.out.contains(QStringLiteral("frames    3, named uneven_1 to uneven_2 (2)\n")) &&
+                 info.out.contains(QStringLiteral("interval  50 ms (0.15 s for all frames)\n")),
+             qPrintable(info.out));
+}
+
+void TestWebFilms::theNameOfTheFileDoesNotMatter()
+{
+    const QVector<FilmFrame> frames = {{pixelRow({Red}), {0, 0}}, {pixelRow({Green}), {0, 0}}};
+    const QString path = write(QStringLiteral("film.png"), webpFilm(QSize(1, 1), 0, frames));
+    Reading reading(1 << 20, false);
+    QCOMPARE(openFile(m_fixture.plugin(), path, reading).format, QStringLiteral("animated WebP"));
+}
+
+void TestWebFilms::aStillWebpIsAPicture()
+{
+    const QString path =
+        write(QStringLiteral("still.webp"), webpPicture(pixelRow({Green, 0x40ff0000})));
+    Reading reading(1 << 20, false);
+    const OpenedFile opened = openFile(m_fixture.plugin(), path, reading);
+    const Plugin::Frames frames = m_fixture.plugin().frames(*opened.objects().constFirst());
+    QCOMPARE(frames.size(), 1);
+    QCOMPARE(frames.first().first, QStringLiteral("still"));
+    QCOMPARE(pixelsOf(frames.first().second), (QVector<QRgb>{Green, 0x40ff0000}));
+    QCOMPARE(opened.format, QStringLiteral("WebP"));
+
+    // Objects read the pictures of a folder and those to be inserted themselves.
+    const QString folder = m_fixture.path(QStringLiteral("folder"));
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(QFile::copy(path, folder + QStringLiteral("/a.webp")));
+    writeBytes(folder + QStringLiteral("/config.json"),
+               R"({"ImageList": [{"filename": "a.webp"}]})");
+    const OpenedFile fromFolder = openFile(m_fixture.plugin(), folder, reading);
+    QCOMPARE(fromFolder.warnings, QStringList());
+    QCOMPARE(pixelsOf(m_fixture.plugin().frames(*fromFolder.objects().constFirst()).first().second),
+             (QVector<QRgb>{Green, 0x40ff0000}));
+    const QString document = m_fixture.path(QStringLiteral("still.flipbook"));
+    QCOMPARE(flipbook({QStringLiteral("new"), document, QStringLiteral("--add"), path}).status, 0);
+    const FlipbookRun edit = flipbook({QStringLiteral("edit"), document, QStringLiteral("--insert"),
+                                       QStringLiteral("2=") + path});
+    QCOMPARE(edit.err.section(QLatin1Char('\n'), 1), QString());
+    QCOMPARE(edit.status, 0);
+}
+
+void TestWebFilms::theSamplesAreRead()
+{
+    Reading reading(1 << 24, false);
+    const QString folder = QFINDTESTDATA("../../samples");
+    const OpenedFile pinwheel =
+        openFile(m_fixture.plugin(), folder + QStringLiteral("/pinwheel.png"), reading);
+    QCOMPARE(pinwheel.delaysMs(), QVector<int>(8, 80));
+    const OpenedFile owl =
+        openFile(m_fixture.plugin(), folder + QStringLiteral("/owl.webp"), reading);
+    const QVector<int> expected = owl.delaysMs();
+    // The same drawing as a GIF, whose delays are in hundredths of a second.
+    const OpenedFile gif =
+        openFile(m_fixture.plugin(), folder + QStringLiteral("/uneven.gif"), reading);
+    QCOMPARE(expected, gif.delaysMs());
+    QCOMPARE(owl.warnings + pinwheel.warnings, QStringList());
+}
+
+QTEST_MAIN(TestWebFilms)
+#include "tst_webfilms.moc"
