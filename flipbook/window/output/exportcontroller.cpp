@@ -17,7 +17,6 @@
 #include "flipbook/window/progress.h"
 #include "flipbook/window/session.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QUrl>
@@ -149,7 +148,6 @@ void ExportController::chooseRecording()
 
 void ExportController::run(const QString &path, const Work &work)
 {
-    const bool isThere = QFileInfo::exists(path);
     QString problem;
     try {
         Progress progress(*m_window.statusBar());
@@ -157,11 +155,7 @@ void ExportController::run(const QString &path, const Work &work)
         tellDone(path, remarks);
         return;
     } catch (const Cancelled &) {
-        // Nothing half done stays. What was there before was an empty folder.
-        if (QFileInfo(path).isDir())
-            QDir(path).removeRecursively();
-        if (isThere)
-            QDir().mkpath(path);
+        // What is written appears at its path only when it is complete.
         return;
     } catch (const Failure &failure) {
         problem = QStringLiteral("%1: %2").arg(failure.subject, failure.reason);

@@ -6,6 +6,7 @@
 #include <QtCore/QMimeData>
 #include <QtGui/QNativeGestureEvent>
 #include <QtGui/QWheelEvent>
+#include <QtWidgets/QGestureEvent>
 #include <QtWidgets/QScrollBar>
 
 #include <cmath>
@@ -15,6 +16,8 @@ namespace
 
 /// Room around a fitted page, in pixels.
 constexpr int FitMargin = 24;
+/// Of the line around a view that has the focus, in pixels.
+constexpr int FocusWidth = 2;
 /// Eight clicks of an ordinary wheel double the zoom.
 constexpr double WheelUnitsForDouble = 960.0;
 
@@ -35,6 +38,8 @@ PageView::PageView(Session &session, QWidget *parent)
     setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     setAcceptDrops(true);
     viewport()->setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+    viewport()->grabGesture(Qt::PinchGesture);
     connect(&session, &Session::pageShown, this, &PageView::showPage);
     connect(&session, &Session::selectionChanged, viewport(), QOverload<>::of(&QWidget::update));
     showPage(session.page());
@@ -110,6 +115,19 @@ void PageView::drawForeground(QPainter *painter, const QRectF &)
 {
     Q_EMIT paintsOverPage(*painter);
     m_tool.paint(*painter);
+    if (m_showsFocus)
+        paintFocus(*painter);
+}
+
+void PageView::paintFocus(QPainter &painter) const
+{
+    painter.save();
+    painter.resetTransform();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), FocusWidth));
+    const int inset = FocusWidth / 2;
+    painter.drawRect(viewport()->rect().adjusted(inset, inset, -inset, -inset));
+    painter.restore();
 }
 
 bool PageView::event(QEvent *event)
@@ -123,14 +141,46 @@ bool PageView::event(QEvent *event)
             return true;
         }
     }
+    return QGraphicsView::event(event);
+}
+
+/// Two fingers on a touchpad send gestures of the platform, those on a screen touches, in which Qt
+/// recognises a pinch.
+bool PageView::viewportEvent(QEvent *event)
+{
     if (event->type() == QEvent::NativeGesture) {
         const auto *gesture = static_cast<QNativeGestureEvent *>(event);
         if (gesture->gestureType() == Qt::ZoomNativeGesture) {
-            zoomBy(1.0 + gesture->value());
+            zoomAt(gesture->pos(), 1.0 + gesture->value());
             return true;
         }
     }
-    return QGraphicsView::event(event);
+    if (event->type() == QEvent::Gesture) {
+        if (const QGesture *gesture =
+                static_cast<QGestureEvent *>(event)->gesture(Qt::PinchGesture)) {
+            pinch(*static_cast<const QPinchGesture *>(gesture));
+            return true;
+        }
+    }
+    return QGraphicsView::viewportEvent(event);
+}
+
+void PageView::pinch(const QPinchGesture &gesture)
+{
+    // A finger that came first has begun to drag.
+    m_tool.cancel();
+    if (gesture.changeFlags() & QPinchGesture::ScaleFactorChanged)
+        zoomAt(viewport()->mapFromGlobal(gesture.centerPoint().toPoint()), gesture.scaleFactor());
+}
+
+void PageView::zoomAt(const QPoint &position, double factor)
+{
+    m_isFitted = false;
+    const QPointF below = mapToScene(position);
+    applyZoom(zoom() * factor);
+    const QPointF shift = mapToScene(position) - below;
+    const QPointF middle = mapToScene(viewport()->rect().center());
+    centerOn(middle - shift);
 }
 
 void PageView::startPanning(const QPoint &position)
@@ -181,14 +231,8 @@ void PageView::wheelEvent(QWheelEvent *event)
         QGraphicsView::wheelEvent(event);
         return;
     }
-    m_isFitted = false;
-    // What is under the pointer stays there.
-    const QPoint pointer = event->position().toPoint();
-    const QPointF below = mapToScene(pointer);
-    applyZoom(zoom() * std::pow(2.0, event->angleDelta().y() / WheelUnitsForDouble));
-    const QPointF shift = mapToScene(pointer) - below;
-    const QPointF middle = mapToScene(viewport()->rect().center());
-    centerOn(middle - shift);
+    zoomAt(event->position().toPoint(),
+           std::pow(2.0, event->angleDelta().y() / WheelUnitsForDouble));
     event->accept();
 }
 
@@ -224,8 +268,17 @@ void PageView::resizeEvent(QResizeEvent *event)
         fit();
 }
 
+/// Whoever uses the keyboard sees that the keys work on the page.
+void PageView::focusInEvent(QFocusEvent *event)
+{
+    m_showsFocus =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    QGraphicsView::focusInEvent(event);
+}
+
 void PageView::focusOutEvent(QFocusEvent *event)
 {
+    m_showsFocus = false;
     m_spaceIsDown = false;
     viewport()->unsetCursor();
     QGraphicsView::focusOutEvent(event);

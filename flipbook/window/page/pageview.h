@@ -6,6 +6,7 @@
 
 class Page;
 class QMimeData;
+class QPinchGesture;
 class Session;
 
 /// Shows a page on a desk, at any zoom. The mouse and the arrow keys work on its objects through
@@ -44,6 +45,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
     void drawBackground(QPainter *painter, const QRectF &exposed) override;
     void drawForeground(QPainter *painter, const QRectF &exposed) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -53,6 +55,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -61,6 +64,10 @@ protected:
 private:
     void showPage(Page *page);
     void applyZoom(double zoom);
+    /// What is at @p position, in pixels of the view, stays there.
+    void zoomAt(const QPoint &position, double factor);
+    void pinch(const QPinchGesture &gesture);
+    void paintFocus(QPainter &painter) const;
     void startPanning(const QPoint &position);
     void updateSceneRect();
 
@@ -70,5 +77,6 @@ private:
     bool m_spaceIsDown = false;
     bool m_spaceWasUsed = false;
     bool m_isPanning = false;
+    bool m_showsFocus = false;
     QPoint m_lastPan;
 };

@@ -18,6 +18,8 @@ ObjectPanel::ObjectPanel(Session &session, QWidget *parent)
     , m_settings(new SettingsForm(session))
 {
     setFrameShape(QFrame::NoFrame);
+    // Its controls have the focus.
+    setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto *content = new QWidget;

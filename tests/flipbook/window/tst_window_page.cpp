@@ -1,6 +1,7 @@
 #include "tests/flipbook/window/windowfixture.h"
 
 #include <QtTest/QtTest>
+#include <QtWidgets/QGestureEvent>
 
 /// The mouse and the arrow keys on the page. A film of 40 x 30 is at (100, 100); one unit of the
 /// page is one pixel.
@@ -29,6 +30,9 @@ private Q_SLOTS:
     void severalObjectsMoveTogether();
     void theObjectIsToldThatItIsMovedByHand();
     void ctrlWithTheWheelZoomsAboutThePointer();
+    void aPinchOnATouchpadZoomsAboutThePointer();
+    void aPinchOnAScreenZoomsAboutItsCentre();
+    void theOnionSkinShowsTheNeighboursFaintly();
     void theMiddleButtonAndTheSpaceBarPan();
     void fitShowsTheWholePage();
 
@@ -229,6 +233,56 @@ void TestWindowPage::ctrlWithTheWheelZoomsAboutThePointer()
     const QPointF below = view.mapToScene(pointer);
     QVERIFY2(QLineF(below, QPointF(300, 200)).length() <= 1.0,
              qPrintable(QStringLiteral("%1, %2").arg(below.x()).arg(below.y())));
+}
+
+void TestWindowPage::aPinchOnATouchpadZoomsAboutThePointer()
+{
+    PageView &view = m_fixture->view();
+    const QPoint pointer = view.mapFromScene(QPointF(300, 200));
+    QNativeGestureEvent event(Qt::ZoomNativeGesture, nullptr, pointer, pointer,
+                              view.viewport()->mapToGlobal(pointer), 0.5, 0, 0);
+    QCoreApplication::sendEvent(view.viewport(), &event);
+    QCOMPARE(view.zoom(), 1.5);
+    QVERIFY(QLineF(view.mapToScene(pointer), QPointF(300, 200)).length() <= 1.0);
+}
+
+void TestWindowPage::aPinchOnAScreenZoomsAboutItsCentre()
+{
+    PageView &view = m_fixture->view();
+    const QPoint centre = view.mapFromScene(QPointF(300, 200));
+    QPinchGesture gesture;
+    gesture.setCenterPoint(view.viewport()->mapToGlobal(centre));
+    gesture.setScaleFactor(2.0);
+    gesture.setChangeFlags(QPinchGesture::ScaleFactorChanged);
+    QGestureEvent event({&gesture});
+    QCoreApplication::sendEvent(view.viewport(), &event);
+    QCOMPARE(view.zoom(), 2.0);
+    QVERIFY(QLineF(view.mapToScene(centre), QPointF(300, 200)).length() <= 1.0);
+}
+
+void TestWindowPage::theOnionSkinShowsTheNeighboursFaintly()
+{
+    // The second of three frames is shown, which is empty: blue and red are its neighbours.
+    CBaseObject &film = m_fixture->addFilm({Qt::red, Qt::transparent, Qt::blue}, {400, 300});
+    m_fixture->page().selectObjects({&film});
+    m_fixture->trigger("next-frame");
+    const auto colour = [this] {
+        QWidget &viewport = *m_fixture->view().viewport();
+        return viewport.grab().toImage().pixelColor(m_fixture->view().mapFromScene({410, 325}));
+    };
+    QCOMPARE(colour(), QColor(Qt::white));
+    m_fixture->trigger("onion-skin");
+    // 30 % of red on white is (255, 179, 179), 30 % of blue on that (179, 125, 202); the painter
+    // rounds the opacity to a 256th.
+    const QColor skin = colour();
+    QVERIFY2(qAbs(skin.red() - 179) <= 2 && qAbs(skin.green() - 125) <= 2 &&
+                 qAbs(skin.blue() - 202) <= 2,
+             qPrintable(skin.name()));
+    // While it plays nothing else is shown.
+    m_fixture->trigger("play");
+    QVERIFY(colour() != skin);
+    m_fixture->trigger("play");
+    m_fixture->trigger("onion-skin");
 }
 
 void TestWindowPage::theMiddleButtonAndTheSpaceBarPan()

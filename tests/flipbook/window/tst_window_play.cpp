@@ -8,6 +8,7 @@
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QProxyStyle>
 
 /// Playing in the window and presentations. A film of 40 x 30 with three frames lies at (100, 100).
 class TestWindowPlay : public QObject
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void fullStopAndCommaStep();
     void theButtonFollowsAFilmThatEndsByItself();
     void aDroppedFilmPlaysUnlessTheUserWantsNone();
+    void reducedMotionIsRespected();
     void aPresentationShowsThePageInTheAlternateMode();
     void aClickOnAnOpaquePixelPlaysAndStops();
     void aClickOnATransparentPixelDoesNothing();
@@ -109,6 +111,34 @@ void TestWindowPlay::aDroppedFilmPlaysUnlessTheUserWantsNone()
     m_fixture->trigger("never-play");
     m_fixture->dropOnPage({300, 300}, {path});
     QVERIFY(AnimatedObject(*m_fixture->session().film()).isPlaying());
+}
+
+/// A style for people who have told their system that they want no motion.
+class StillStyle : public QProxyStyle
+{
+public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+void TestWindowPlay::reducedMotionIsRespected()
+{
+    const QString path = m_fixture->path(QStringLiteral("a.gif"));
+    GifBuilder(20, 10).loop(0).add(0, 10).add(1, 10).write(path);
+    m_fixture->trigger("never-play");
+    const QString before = QApplication::style()->objectName();
+    QApplication::setStyle(new StillStyle(before));
+    m_fixture->dropOnPage({300, 300}, {path});
+    const bool plays = AnimatedObject(*m_fixture->session().film()).isPlaying();
+    QApplication::setStyle(before);
+    QVERIFY(!plays);
 }
 
 Presentation &TestWindowPlay::present()
