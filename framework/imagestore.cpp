@@ -1,6 +1,7 @@
 #include "framework/imagestore.h"
 
 #include "framework/picturecodec.h"
+#include "framework/samepixels.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QThread>
@@ -71,17 +72,34 @@ QString ImageStore::add(const QImage &image)
 
 void ImageStore::addAhead(const QList<QImage> &images)
 {
+    QList<QImage> known;
     QList<QImage> unknown;
     QSet<qint64> keys;
     for (const QImage &image : images) {
-        if (image.isNull() || m_known.contains(image.cacheKey()) || keys.contains(image.cacheKey()))
+        if (image.isNull() || keys.contains(image.cacheKey()))
             continue;
         keys.insert(image.cacheKey());
-        unknown.append(image);
+        (m_known.contains(image.cacheKey()) ? known : unknown).append(image);
     }
+    // A copy of a frame has pixels of its own, with which its file would be the same.
+    if (!known.isEmpty() && !unknown.isEmpty())
+        unknown = recognised(unknown, SamePixels(known));
     encodeEach(unknown, [this](const QImage &image, const QByteArray &png) {
         return !addEncoded(image, png).isEmpty();
     });
+}
+
+/// Gives those of @p images whose pixels are in @p known the digest of these, and returns the rest.
+QList<QImage> ImageStore::recognised(const QList<QImage> &images, const SamePixels &known)
+{
+    QList<QImage> rest;
+    for (const QImage &image : images) {
+        if (const QImage *same = known.find(image))
+            m_known.insert(image.cacheKey(), m_known.value(same->cacheKey()));
+        else
+            rest.append(image);
+    }
+    return rest;
 }
 
 /// Keeps @p png, the file of @p image, and returns its digest; an empty one if it was not kept.

@@ -12,6 +12,8 @@
 
 #include <limits>
 
+class SamePixels;
+
 /// The pictures of a document, each distinct one kept once, as a PNG file in memory. A picture is
 /// known by its digest: the MD5 of the PNG bytes as 32 lower-case hexadecimal digits.
 /// The same pixels always give the same bytes, on every machine, even if they were
@@ -55,6 +57,7 @@ public:
     void dropUnused();
 
 private:
+    QList<QImage> recognised(const QList<QImage> &images, const SamePixels &known);
     QString addEncoded(const QImage &image, const QByteArray &png);
     bool keep(const QString &digest, const QByteArray &png);
     void forgetDropped();

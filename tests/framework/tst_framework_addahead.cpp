@@ -33,6 +33,8 @@ class TestAddAhead : public QObject
 private Q_SLOTS:
     void picturesAddedAheadAreThoseAddedOneByOne();
     void picturesAddedAheadEndWhereThereIsNoRoom();
+    void copiesOfKnownPicturesAreTheSameFiles();
+    void picturesThatDifferInOnePixelAreOtherFiles();
 };
 
 void TestAddAhead::picturesAddedAheadAreThoseAddedOneByOne()
@@ -78,6 +80,43 @@ void TestAddAhead::picturesAddedAheadEndWhereThereIsNoRoom()
     ahead.addAhead(pictures);
     QVERIFY(ahead.hasOverflowed());
     QCOMPARE(ahead.digests(), first);
+}
+
+void TestAddAhead::copiesOfKnownPicturesAreTheSameFiles()
+{
+    const QList<QImage> pictures{colourful(), solid(Qt::red), solid(Qt::blue)};
+    ImageStore store;
+    store.addAhead(pictures);
+    QList<QImage> longer = pictures;
+    longer.insert(1, colourful());
+    longer.append(solid(Qt::blue));
+    // The same bytes as red has, in another format, which is part of the file.
+    longer.append(solid(Qt::red).convertToFormat(QImage::Format_RGB32));
+    store.addAhead(longer);
+    QCOMPARE(store.digests().size(), 4);
+    ImageStore oneByOne;
+    for (const QImage &picture : qAsConst(longer))
+        QCOMPARE(store.add(picture), oneByOne.add(picture));
+    QCOMPARE(store.digests(), oneByOne.digests());
+}
+
+void TestAddAhead::picturesThatDifferInOnePixelAreOtherFiles()
+{
+    const QImage picture = colourful();
+    ImageStore store;
+    store.add(picture);
+    QList<QImage> pictures{picture};
+    // At the corners, and on lines that a quick look may leave out or not.
+    for (const QPoint &place : {QPoint(0, 0), QPoint(36, 10), QPoint(5, 1), QPoint(20, 5)}) {
+        QImage other = picture.copy();
+        other.setPixel(place, other.pixel(place) ^ 1);
+        pictures.append(other);
+    }
+    store.addAhead(pictures);
+    QCOMPARE(store.digests().size(), 5);
+    ImageStore oneByOne;
+    for (const QImage &each : qAsConst(pictures))
+        QCOMPARE(store.add(each), oneByOne.add(each));
 }
 
 QTEST_GUILESS_MAIN(TestAddAhead)
