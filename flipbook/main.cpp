@@ -9,6 +9,7 @@
 #include <clocale>
 #include <cstring>
 #include <langinfo.h>
+#include <malloc.h>
 
 namespace
 {
@@ -28,6 +29,16 @@ bool isOption(const QString &argument)
     return argument.startsWith(QLatin1Char('-')) && !QFileInfo::exists(argument);
 }
 
+/// Pictures are taken and given back one after the other. Without this, the system would clear the
+/// memory of each before it is used again.
+void keepFreedMemory()
+{
+    constexpr int largestKept = 8 << 20;
+    constexpr int mostKept = 32 << 20;
+    mallopt(M_MMAP_THRESHOLD, largestKept);
+    mallopt(M_TRIM_THRESHOLD, mostKept);
+}
+
 /// Whether the arguments ask for the window: there are none, or files alone.
 bool wantsWindow(const QStringList &arguments)
 {
@@ -42,6 +53,7 @@ bool wantsWindow(const QStringList &arguments)
 int main(int argc, char *argv[])
 {
     preferUtf8();
+    keepFreedMemory();
     Console::setVerbose(false);
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
