@@ -59,12 +59,8 @@ QCommandLineOption objectOption()
             QStringLiteral("N")};
 }
 
-CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
-                          const OpenedFile &opened)
+CBaseObject &objectNumbered(const QString &path, const QList<CBaseObject *> &objects, int number)
 {
-    const QList<CBaseObject *> objects = opened.objects();
-    const int number =
-        Arguments::count(line, QStringLiteral("object"), DocumentLimits::MaxObjects, 0);
     if (objects.isEmpty())
         throw Failure{path, QStringLiteral("the document has no objects")};
     if (number > objects.size())
@@ -73,11 +69,20 @@ CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
                                          ? QStringLiteral("1 object")
                                          : QStringLiteral("%1 objects").arg(objects.size()))
                                 .arg(number)};
+    return *objects.at(number - 1);
+}
+
+CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,
+                          const OpenedFile &opened)
+{
+    const QList<CBaseObject *> objects = opened.objects();
+    const int number =
+        Arguments::count(line, QStringLiteral("object"), DocumentLimits::MaxObjects, 0);
     if (number == 0 && objects.size() > 1)
         throw Failure{
             path,
             QStringLiteral("it has %1 objects; choose one with --object").arg(objects.size())};
-    return *objects.at(number == 0 ? 0 : number - 1);
+    return objectNumbered(path, objects, qMax(1, number));
 }
 
 Page &pageOf(const CBaseObject &object)

@@ -17,6 +17,10 @@ Page &chosenPage(const QCommandLineParser &line, const QString &path, const Docu
 /// The option --object, which commands that work on one object share.
 QCommandLineOption objectOption();
 
+/// The object @p number, counted from 1, of @p objects, which the document at @p path has.
+/// @throw Failure when there is no such object.
+CBaseObject &objectNumbered(const QString &path, const QList<CBaseObject *> &objects, int number);
+
 /// The object that --object names, or the only one. @throw Failure when there is no such object, or
 /// more than one to choose from.
 CBaseObject &chosenObject(const QCommandLineParser &line, const QString &path,

@@ -18,10 +18,14 @@ QString objectLine(const Page &page, CBaseObject &object, int number)
 {
     const QPointF place = object.getPos();
     const QSizeF size = object.getSize();
+    const double angle = object.getRotate();
+    const QString turn =
+        angle == 0.0 ? QString() : QStringLiteral(", rotated by %1 degrees").arg(angle);
     return QStringLiteral("  object %1, \"%2\", %3 x %4 at (%5, %6)%7")
         .arg(QString::number(number), AnimatedObject(object).name(), QString::number(size.width()),
              QString::number(size.height()), QString::number(place.x()), QString::number(place.y()),
-             isBackground(page, &object) ? QStringLiteral(", in the background") : QString());
+             turn +
+                 (isBackground(page, &object) ? QStringLiteral(", in the background") : QString()));
 }
 
 QJsonObject jsonOfObject(const Plugin &plugin, const Page &page, CBaseObject &object, Pixels pixels)
@@ -34,6 +38,7 @@ QJsonObject jsonOfObject(const Plugin &plugin, const Page &page, CBaseObject &ob
     json[QStringLiteral("y")] = object.getPos().y();
     json[QStringLiteral("shownWidth")] = object.getSize().width();
     json[QStringLiteral("shownHeight")] = object.getSize().height();
+    json[QStringLiteral("rotation")] = object.getRotate();
     return json;
 }
 
@@ -43,6 +48,7 @@ QStringList documentLines(const Plugin &plugin, const Document &document, Pixels
 {
     QStringList lines;
     int pageNumber = 0;
+    int number = 0;
     for (const Page *page : document.pages()) {
         const QRectF rect = page->pageRect();
         const QList<CBaseObject *> objects = page->objects();
@@ -50,7 +56,6 @@ QStringList documentLines(const Plugin &plugin, const Document &document, Pixels
                      .arg(++pageNumber)
                      .arg(rect.width())
                      .arg(rect.height());
-        int number = 0;
         for (CBaseObject *object : objects) {
             lines << objectLine(*page, *object, ++number);
             const QStringList figures = infoLines(summarise(plugin, *object, pixels), {});

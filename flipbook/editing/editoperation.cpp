@@ -7,45 +7,24 @@
 #include "flipbook/editing/filmmemory.h"
 #include "flipbook/editing/frameeditor.h"
 #include "flipbook/editing/objectform.h"
+#include "flipbook/editing/objectoperation.h"
+#include "flipbook/editing/operationvalue.h"
 #include "flipbook/import/framenames.h"
 #include "flipbook/import/picturefile.h"
-#include "flipbook/import/sourcefile.h"
+#include "flipbook/object/filmstate.h"
 #include "flipbook/object/formkeys.h"
 #include "framework/page.h"
 
-#include <limits>
+#include <algorithm>
 
 namespace
 {
 
 using Apply = std::function<void(EditTarget &)>;
 
-int number(const QString &text, int least = 0)
-{
-    bool isNumber = false;
-    const int value = text.toInt(&isNumber);
-    if (!isNumber || value < least)
-        throw UsageError{QStringLiteral("'%1' is not a whole number from %2 to %3")
-                             .arg(text, QString::number(least),
-                                  QString::number(std::numeric_limits<int>::max()))};
-    return value;
-}
-
-/// The two halves of a value around the first @p separator.
-QPair<QString, QString> split(const QString &value, QChar separator)
-{
-    const int at = value.indexOf(separator);
-    if (at < 0)
-        throw UsageError{QStringLiteral("'%1' has no '%2'").arg(value, QString(separator))};
-    return {value.left(at), value.mid(at + 1)};
-}
-
-QString fileName(const QString &value)
-{
-    if (value.isEmpty())
-        throw UsageError{QStringLiteral("a file is missing")};
-    return plainPath(value);
-}
+using OperationValue::fileName;
+using OperationValue::number;
+using OperationValue::split;
 
 QPair<int, int> twoNumbers(const QString &value)
 {
@@ -70,10 +49,10 @@ void require(const EditTarget &target, qint64 bytes, const QString &what)
 template<typename Edit>
 void editFrames(EditTarget &target, const Edit &edit)
 {
-    const FilmMemory before = FilmMemory::of(target.plugin, *target.object);
+    const FilmMemory before = FilmMemory::of(target.plugin, target.chosen());
     require(target, before.largest, QStringLiteral("one more frame"));
-    edit(FrameEditor(*target.object));
-    const FilmMemory after = FilmMemory::of(target.plugin, *target.object);
+    edit(FrameEditor(target.chosen()));
+    const FilmMemory after = FilmMemory::of(target.plugin, target.chosen());
     target.reading.memory().take(qMax<qint64>(0, after.pixels - before.pixels));
 }
 
@@ -97,21 +76,23 @@ Apply renameFrame(const QString &value)
 {
     const auto [frame, name] = split(value, QLatin1Char('='));
     return [frame = number(frame), name = name](EditTarget &target) {
-        FrameEditor(*target.object).rename(frame, name);
+        FrameEditor(target.chosen()).rename(frame, name);
     };
 }
 
-Apply removeFrame(const QString &value)
+Apply removeFrames(const QString &value)
 {
-    const int frame = number(value);
-    return [frame](EditTarget &target) { FrameEditor(*target.object).remove(frame); };
+    const auto [first, last] = OperationValue::range(value);
+    return [first = first, last = last](EditTarget &target) {
+        FrameEditor(target.chosen()).removeRange(first, last);
+    };
 }
 
 Apply moveFrame(const QString &value)
 {
     const auto [from, to] = twoNumbers(value);
     return
-        [from = from, to = to](EditTarget &target) { FrameEditor(*target.object).move(from, to); };
+        [from = from, to = to](EditTarget &target) { FrameEditor(target.chosen()).move(from, to); };
 }
 
 Apply insertFile(const QString &value)
@@ -121,7 +102,7 @@ Apply insertFile(const QString &value)
         PrivateFolder folder;
         const QString copy = copyPicture(path, target.reading, folder);
         const QString wanted = FrameNames::ofFile(path);
-        const QString name = FrameNames(target.plugin.frames(*target.object)).give(wanted);
+        const QString name = FrameNames(target.plugin.frames(target.chosen())).give(wanted);
         bool isInserted = false;
         editFrames(target,
                    [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy, name); });
@@ -140,7 +121,7 @@ Apply replacePicture(const QString &value)
 {
     const auto [frame, path] = numberAndFile(value);
     return [frame = frame, path = path](EditTarget &target) {
-        FrameEditor(*target.object).replacePicture(frame, readPicture(path, target.reading));
+        FrameEditor(target.chosen()).replacePicture(frame, readPicture(path, target.reading));
     };
 }
 
@@ -152,16 +133,35 @@ Apply replaceAll(const QString &value)
         // The object would take anything for an empty picture.
         readCopy(copy, path, target.reading.memory());
         // The command keeps all frames, each on its own, to undo this.
-        require(target, FilmMemory::of(target.plugin, *target.object).pixels,
+        require(target, FilmMemory::of(target.plugin, target.chosen()).pixels,
                 QStringLiteral("what undoes it"));
-        FrameEditor(*target.object).replaceAll(copy, FrameNames::ofFile(path));
+        FrameEditor(target.chosen()).replaceAll(copy, FrameNames::ofFile(path));
     };
 }
 
 Apply setInterval(const QString &value)
 {
     const int ms = number(value, 1);
-    return [ms](EditTarget &target) { FrameEditor(*target.object).setInterval(ms); };
+    return [ms](EditTarget &target) { FrameEditor(target.chosen()).setInterval(ms); };
+}
+
+Apply setFramesPerSecond(const QString &value)
+{
+    constexpr double most = 1000.0;
+    const double fps = OperationValue::real(value, 1.0 / most, most);
+    const int ms = qRound(1000.0 / fps);
+    return [ms](EditTarget &target) { FrameEditor(target.chosen()).setInterval(ms); };
+}
+
+Apply reverse(const QString &)
+{
+    return [](EditTarget &target) {
+        Plugin::Frames frames = target.plugin.frames(target.chosen());
+        std::reverse(frames.begin(), frames.end());
+        const int shown = AnimatedObject(target.chosen()).shownIndex();
+        OwnedObject successor = FilmState(target.chosen()).withFrames(target.plugin, frames, shown);
+        target.object = exchanged(target.pageOfChosen(), target.chosen(), std::move(successor));
+    };
 }
 
 /// The object's count for a number of times that a film is played: repetitions after the first.
@@ -176,11 +176,11 @@ Apply setLoops(const QString &value)
 {
     const int count = loopCount(value);
     return [count](EditTarget &target) {
-        if (AnimatedObject(*target.object).loopCount() == count)
+        if (AnimatedObject(target.chosen()).loopCount() == count)
             return;
         // The panel knows forever and once only; the saved form takes any count.
         target.object =
-            rebuilt(target.plugin, target.page, *target.object,
+            rebuilt(target.plugin, target.pageOfChosen(), target.chosen(),
                     [count](QJsonObject &form) { form.insert(FormKey::LoopCount, count); });
     };
 }
@@ -191,22 +191,21 @@ Apply setType(const QString &value)
     if (!isBackground && value != QLatin1String("normal"))
         throw UsageError{QStringLiteral("'%1' is neither 'normal' nor 'background'").arg(value)};
     return [isBackground](EditTarget &target) {
-        const QSizeF size = target.object->getSize();
         if (isBackground)
-            require(target, MemoryBudget::forTileAtWork(size),
-                    QStringLiteral("a background of %1 x %2").arg(size.width()).arg(size.height()));
-        FrameEditor(*target.object).setBackground(isBackground);
+            target.requireBackground(target.chosen().getSize());
+        FrameEditor(target.chosen()).setBackground(isBackground);
     };
 }
 
 Apply mirror(const QString &)
 {
-    return [](EditTarget &target) { target.object->setMirror(!target.object->isMirrored(), true); };
+    return
+        [](EditTarget &target) { target.chosen().setMirror(!target.chosen().isMirrored(), true); };
 }
 
 Apply flip(const QString &)
 {
-    return [](EditTarget &target) { target.object->setFlip(!target.object->isFlipped(), true); };
+    return [](EditTarget &target) { target.chosen().setFlip(!target.chosen().isFlipped(), true); };
 }
 
 struct Entry {
@@ -220,20 +219,75 @@ constexpr Entry Entries[] = {
     {"insert-blank", "AT", "Insert a transparent frame as number AT.", insertBlank},
     {"duplicate", "FROM:AT", "Insert a copy of frame FROM as number AT.", duplicate},
     {"rename", "AT=NAME", "Give frame AT the name NAME.", renameFrame},
-    {"delete", "AT", "Delete frame AT.", removeFrame},
+    {"delete", "AT|FROM-TO", "Delete frame AT, or the frames FROM to TO.", removeFrames},
     {"move", "FROM:TO", "Move frame FROM so that it becomes number TO.", moveFrame},
     {"insert", "AT=FILE", "Insert the picture in FILE as frame number AT.", insertFile},
     {"replace", "AT=FILE", "Give frame AT the picture in FILE.", replacePicture},
     {"replace-all", "FILE", "Replace all frames by the picture in FILE.", replaceAll},
     {"interval", "MS", "Show each frame for MS milliseconds.", setInterval},
+    {"fps", "N", "Show N frames a second: each for 1000 / N milliseconds, rounded.",
+     setFramesPerSecond},
+    {"reverse", "", "Reverse the order of the frames.", reverse},
     {"loops", "N|forever|once", "Play the animation N times, forever, or once.", setLoops},
     {"type", "normal|background", "Make the object an ordinary one or a tiled background.",
      setType},
     {"mirror", "", "Mirror the object left to right.", mirror},
     {"flip", "", "Flip the object top to bottom.", flip},
+    {"move-to", "X,Y", "Put the top left corner of the object at X, Y on the page.",
+     ObjectOperation::moveTo},
+    {"size", "WxH", "Make the object W units wide and H units high.", ObjectOperation::resize},
+    {"scale", "F", "Make the object F times as large.", ObjectOperation::scale},
+    {"rotate", "DEG", "Rotate the object clockwise by DEG degrees around its centre.",
+     ObjectOperation::rotate},
+    {"fit-page", "", "Make the object cover its page exactly.", ObjectOperation::fitPage},
+    {"name", "TEXT", "Give the object the name TEXT; its frames keep theirs.",
+     ObjectOperation::rename},
+    {"raise", "", "Move the object above the next one in its layer.", ObjectOperation::raise},
+    {"lower", "", "Move the object below the next one in its layer.", ObjectOperation::lower},
+    {"raise-to-top", "", "Move the object above all others in its layer.",
+     ObjectOperation::raiseToTop},
+    {"lower-to-bottom", "", "Move the object below all others in its layer.",
+     ObjectOperation::lowerToBottom},
+    {"remove", "", "Remove the object from its page.", ObjectOperation::remove},
+    {"add", "FILE",
+     "Add the animation or picture in FILE in the middle of the page; what follows edits it.",
+     ObjectOperation::add},
+    {"page-size", "WxH", "Make the page W units wide and H units high.",
+     ObjectOperation::setPageSize},
 };
 
+/// Makes a number of another object the one that the operations after it edit.
+constexpr Entry Choice = {"object", "N", "", ObjectOperation::choose};
+
+EditOperation parsed(const Entry &entry, const QString &value)
+{
+    const QString text = QStringLiteral("--%1 %2").arg(QLatin1String(entry.name), value).trimmed();
+    try {
+        return {text, entry.parse(value)};
+    } catch (const UsageError &error) {
+        throw UsageError{QStringLiteral("%1: %2").arg(text, error.reason)};
+    }
+}
+
 } // namespace
+
+CBaseObject &EditTarget::chosen() const
+{
+    if (!object)
+        throw EditRefused{whyNone};
+    return *object;
+}
+
+Page &EditTarget::pageOfChosen() const
+{
+    return static_cast<Page &>(*chosen().scene());
+}
+
+void EditTarget::requireBackground(const QSizeF &size) const
+{
+    require(*this, MemoryBudget::forTileAtWork(size),
+            QStringLiteral("a background of %1 x %2").arg(size.width()).arg(size.height()));
+}
 
 const QVector<EditOption> &editOptions()
 {
@@ -249,15 +303,11 @@ const QVector<EditOption> &editOptions()
 
 EditOperation parseEditOperation(const QString &name, const QString &value)
 {
+    if (QLatin1String(Choice.name) == name)
+        return parsed(Choice, value);
     for (const Entry &entry : Entries) {
-        if (QLatin1String(entry.name) != name)
-            continue;
-        const QString text = QStringLiteral("--%1 %2").arg(name, value).trimmed();
-        try {
-            return {text, entry.parse(value)};
-        } catch (const UsageError &error) {
-            throw UsageError{QStringLiteral("%1: %2").arg(text, error.reason)};
-        }
+        if (QLatin1String(entry.name) == name)
+            return parsed(entry, value);
     }
     throw UsageError{QStringLiteral("'--%1' is not an operation").arg(name)};
 }

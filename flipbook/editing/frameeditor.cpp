@@ -113,7 +113,17 @@ void FrameEditor::remove(int number)
     const qint32 index = existing(number);
     if (m_object.frameCount() == 1)
         throw EditRefused{QStringLiteral("the only frame cannot be deleted")};
-    ObjectProtocol::tell(m_object.base(), Id::DeleteFrame, index);
+    keepScale([this, index] { ObjectProtocol::tell(m_object.base(), Id::DeleteFrame, index); });
+}
+
+void FrameEditor::removeRange(int first, int last)
+{
+    existing(first);
+    existing(last);
+    if (first < last && last - first + 1 == m_object.frameCount())
+        throw EditRefused{QStringLiteral("a film needs a frame; not all can be deleted")};
+    for (int number = last; number >= first; --number)
+        remove(number);
 }
 
 void FrameEditor::move(int from, int to)

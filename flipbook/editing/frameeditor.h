@@ -26,6 +26,8 @@ public:
     void rename(int number, const QString &name);
     /// The last frame left cannot be deleted.
     void remove(int number);
+    /// Deletes the frames @p first to @p last, which cannot be all.
+    void removeRange(int first, int last);
     void move(int from, int to);
     /// Gives a frame another picture; it keeps its name and its size on the page.
     void replacePicture(int number, const QImage &picture);

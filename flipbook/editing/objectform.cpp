@@ -1,5 +1,6 @@
 #include "flipbook/editing/objectform.h"
 
+#include "flipbook/object/filmstate.h"
 #include "framework/page.h"
 
 #include <new>
@@ -23,4 +24,16 @@ CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
         throw std::bad_alloc();
     page.placeObject(successor, place);
     return successor;
+}
+
+CBaseObject *exchanged(Page &page, CBaseObject &object, OwnedObject successor)
+{
+    const Page::Place place = page.placeOf(&object);
+    page.destroyObject(&object);
+    CBaseObject *arrived = successor.release();
+    page.addObject(arrived, place.layer);
+    page.placeObject(arrived, place);
+    // It remembers the document that it was read from: reading its state makes it look again.
+    static_cast<void>(FilmState(*arrived));
+    return arrived;
 }

@@ -14,3 +14,7 @@ class Page;
 /// with it the undo commands, which may know it.
 CBaseObject *rebuilt(const Plugin &plugin, Page &page, CBaseObject &object,
                      const std::function<void(QJsonObject &form)> &change);
+
+/// Puts @p successor, an object that is on no page, in the place of @p object, which is on @p page
+/// and is destroyed. Returns it.
+CBaseObject *exchanged(Page &page, CBaseObject &object, OwnedObject successor);

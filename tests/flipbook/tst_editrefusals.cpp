@@ -21,15 +21,17 @@ private Q_SLOTS:
     void filesThatCannotBeRead();
     void wrongUsageIsToldBeforeAnythingIsRead_data();
     void wrongUsageIsToldBeforeAnythingIsRead();
+    void placesAndSizesThatAreNone_data();
+    void placesAndSizesThatAreNone();
     void aLaterOperationIsJudgedByWhatTheEarlierOnesLeave();
     void picturesBeyondTheBudgetAreRefused();
     void onlyDocumentsAreEdited();
-    void theObjectMustBeThereAndChosen();
 
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
     QStringList expanded(QStringList words) const;
     FlipbookRun edit(const QStringList &operations) const;
+    void verifyWrongUsage(const QString &operation, const QString &message) const;
     void verifyNothingChanged() const;
 
     QTemporaryDir m_folder;
@@ -98,6 +100,12 @@ void TestEditRefusals::operationsThatDoNotFitTheFilm_data()
     row("--rename 4=cat", "there is no frame 4 (the last is 3)");
     row("--delete 0", "there is no frame 0 (the last is 3)");
     row("--delete 4", "there is no frame 4 (the last is 3)");
+    row("--delete 2-4", "there is no frame 4 (the last is 3)");
+    row("--delete 0-2", "there is no frame 0 (the last is 3)");
+    row("--delete 1-3", "a film needs a frame; not all can be deleted");
+    row("--scale 0.1", "the object would be 0.4 x 0.3; a side is 1 to 100000");
+    row("--raise", "the object is at the top");
+    row("--lower", "the object is at the bottom");
     row("--move 0:1", "there is no frame 0 (the last is 3)");
     row("--move 4:1", "there is no frame 4 (the last is 3)");
     row("--move 1:0", "there is no frame 0 (the last is 3)");
@@ -213,7 +221,14 @@ void TestEditRefusals::wrongUsageIsToldBeforeAnythingIsRead_data()
     row("--mirror=yes", "Unexpected value after '--mirror'.");
     row("--flip=", "Unexpected value after '--flip'.");
     row("--shuffle", "'--shuffle' is not an option of edit");
-    row("--page 1", "'--page' is not an option of edit");
+    row("--object 0", "--object takes a whole number from 1 to 100000, not '0'");
+    row("--object 1 --object x", "--object takes a whole number from 1 to 100000, not 'x'");
+    noNumber("--delete 1-x", "x");
+    noNumber("--delete 1-", "");
+    noNumber("--delete -1", "-1");
+    row("--delete 3-2", "--delete 3-2: '3-2' ends before it begins");
+    row("--add ", "--add: a file is missing");
+    row("--remove=1", "Unexpected value after '--remove'.");
     row("another.flipbook", "'another.flipbook' is one file too many");
 }
 
@@ -221,6 +236,61 @@ void TestEditRefusals::wrongUsageIsToldBeforeAnythingIsRead()
 {
     QFETCH(QString, operation);
     QFETCH(QString, message);
+    verifyWrongUsage(operation, message);
+}
+
+void TestEditRefusals::placesAndSizesThatAreNone_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *operation, const char *message) {
+        QTest::newRow(operation) << QString::fromLatin1(operation) << QString::fromLatin1(message);
+    };
+    const auto noReal = [](const char *operation, const char *text, const char *least,
+                           const char *most) {
+        const QString given = QString::fromLatin1(operation);
+        QTest::newRow(operation) << given
+                                 << QStringLiteral("%1: '%2' is not a number from %3 to %4")
+                                        .arg(given.trimmed(), QLatin1String(text),
+                                             QLatin1String(least), QLatin1String(most));
+    };
+    noReal("--fps 0", "0", "0.001", "1000");
+    noReal("--fps -24", "-24", "0.001", "1000");
+    noReal("--fps 1001", "1001", "0.001", "1000");
+    noReal("--fps nan", "nan", "0.001", "1000");
+    noReal("--fps ", "", "0.001", "1000");
+    row("--move-to 10", "--move-to 10: '10' has no ','");
+    noReal("--move-to 10,", "", "-100000", "100000");
+    noReal("--move-to nan,0", "nan", "-100000", "100000");
+    noReal("--move-to 0,inf", "inf", "-100000", "100000");
+    noReal("--move-to 100001,0", "100001", "-100000", "100000");
+    noReal("--move-to 1,2,3", "2,3", "-100000", "100000");
+    row("--size 10", "--size 10: '10' has no 'x'");
+    noReal("--size 0x10", "0", "1", "100000");
+    noReal("--size 10x0.5", "0.5", "1", "100000");
+    noReal("--size -10x10", "-10", "1", "100000");
+    noReal("--size 10x1e300", "1e300", "1", "100000");
+    noReal("--size nanxnan", "nan", "1", "100000");
+    noReal("--page-size 0x10", "0", "1", "100000");
+    noReal("--page-size 10x100001", "100001", "1", "100000");
+    row("--page-size large", "--page-size large: 'large' has no 'x'");
+    noReal("--scale 0", "0", "0.001", "1000");
+    noReal("--scale -2", "-2", "0.001", "1000");
+    noReal("--scale nan", "nan", "0.001", "1000");
+    noReal("--scale 1e9", "1e9", "0.001", "1000");
+    noReal("--rotate 361", "361", "-360", "360");
+    noReal("--rotate right", "right", "-360", "360");
+}
+
+void TestEditRefusals::placesAndSizesThatAreNone()
+{
+    QFETCH(QString, operation);
+    QFETCH(QString, message);
+    verifyWrongUsage(operation, message);
+}
+
+void TestEditRefusals::verifyWrongUsage(const QString &operation, const QString &message) const
+{
     const QString first = QStringLiteral("flipbook: %1\n").arg(expanded({message}).constFirst());
     const QString second = QStringLiteral("flipbook: see 'flipbook edit --help'\n");
     const FlipbookRun run = edit(operation.split(QLatin1Char(' ')));
@@ -302,35 +372,6 @@ void TestEditRefusals::onlyDocumentsAreEdited()
                                      "flipbook: see 'flipbook edit --help'\n"));
     QCOMPARE(run.status, 2);
     verifyNothingChanged();
-}
-
-void TestEditRefusals::theObjectMustBeThereAndChosen()
-{
-    FlipbookRun run = edit({QStringLiteral("--object"), QStringLiteral("2")});
-    QCOMPARE(run.err,
-             QStringLiteral("flipbook: %1: it has 1 object, so no object 2\n").arg(m_document));
-    QCOMPARE(run.status, 1);
-    verifyNothingChanged();
-
-    const QString film = path(QStringLiteral("film.gif"));
-    const QString pair = path(QStringLiteral("pair.flipbook"));
-    QCOMPARE(flipbook({QStringLiteral("new"), pair, QStringLiteral("--add"), film, film}).status,
-             0);
-    const QByteArray before = bytesOf(pair);
-    run = flipbook({QStringLiteral("edit"), pair, QStringLiteral("--mirror")});
-    QCOMPARE(
-        run.err,
-        QStringLiteral("flipbook: %1: it has 2 objects; choose one with --object\n").arg(pair));
-    QCOMPARE(run.status, 1);
-    QVERIFY(bytesOf(pair) == before);
-
-    const QString blank = path(QStringLiteral("blank.flipbook"));
-    QCOMPARE(flipbook({QStringLiteral("new"), blank}).status, 0);
-    run = flipbook({QStringLiteral("edit"), blank, QStringLiteral("--mirror")});
-    QCOMPARE(run.err, QStringLiteral("flipbook: %1: the document has no objects\n").arg(blank));
-    QCOMPARE(run.status, 1);
-    QVERIFY(QFile::remove(pair));
-    QVERIFY(QFile::remove(blank));
 }
 
 QTEST_GUILESS_MAIN(TestEditRefusals)
