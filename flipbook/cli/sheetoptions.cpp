@@ -11,10 +11,10 @@ namespace
 
 constexpr int MostPixels = 1 << 20;
 
-const QString Grid = QStringLiteral("grid");
-const QString Cell = QStringLiteral("cell");
-const QString Margin = QStringLiteral("margin");
-const QString Spacing = QStringLiteral("spacing");
+const QLatin1String Grid("grid");
+const QLatin1String Cell("cell");
+const QLatin1String Margin("margin");
+const QLatin1String Spacing("spacing");
 
 /// Two whole numbers above 0, such as "4x3"; empty when the option is not given.
 QSize pair(const QCommandLineParser &line, const QString &option)

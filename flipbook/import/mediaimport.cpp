@@ -120,18 +120,19 @@ void importOther(ImportedMedia &media, const Plugin &plugin, QFile &file, const 
                  Reading &reading)
 {
     const QString name = nameOf(path, SourceKind::OtherFile);
+    const std::optional<SheetCut> &cut = reading.sheetCut();
     if (const std::optional<DecodedFilm> film = readFilm(file, path, reading)) {
-        if (reading.sheetCut())
+        if (cut)
             refuseToCut(path, film->format);
         takeOver(media, plugin, *film, name);
         return;
     }
-    if (!reading.sheetCut()) {
+    if (!cut) {
         importPicture(media, file, path, reading);
         return;
     }
     const QImage sheet = readPicture(file, path, reading.memory());
-    takeOver(media, plugin, cutSheet(sheet, *reading.sheetCut(), path, reading.memory()), name);
+    takeOver(media, plugin, cutSheet(sheet, *cut, path, reading.memory()), name);
 }
 
 /// A frame folder, or one that holds nothing but pictures.

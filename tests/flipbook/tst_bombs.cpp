@@ -1,5 +1,6 @@
 #include "tests/flipbook/bombs.h"
 #include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/filmbuilder.h"
 #include "tests/flipbook/measuredrun.h"
 #include "tests/support/gifbuilder.h"
 
@@ -23,6 +24,7 @@ private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
     void writePictures() const;
     void writeFilms() const;
+    void writeWebFilms() const;
     void writeDocuments() const;
     void writeTexts() const;
 
@@ -81,6 +83,7 @@ void TestBombs::initTestCase()
 {
     writePictures();
     writeFilms();
+    writeWebFilms();
     writeDocuments();
     writeTexts();
 }
@@ -120,6 +123,36 @@ void TestBombs::writeFilms() const
     vast.write(path(QStringLiteral("suffix/bomb.gif")));
     writeBytes(path(QStringLiteral("suffix/config.json")),
                R"({"ImageList": [{"filename": "bomb.gif"}, {"filename": "bomb"}]})");
+}
+
+void TestBombs::writeWebFilms() const
+{
+    const QImage dot = pixelRow({0xffff0000});
+    const FilmFrame frame{dot, {0, 0}};
+    ApngBuilder vast(QSize(30000, 30000), 0);
+    writeBytes(path(QStringLiteral("vast.png")), vast.still(dot).add(frame).data());
+    ApngBuilder dots(QSize(1, 1), 0);
+    for (int i = 0; i < 100000; ++i)
+        dots.add(frame);
+    writeBytes(path(QStringLiteral("dots.png")), dots.data());
+    writeBytes(path(QStringLiteral("vast.webp")), webpFilm(QSize(16383, 16383), 0, {frame}));
+    writeBytes(path(QStringLiteral("dots.webp")),
+               webpFilm(QSize(1, 1), 0, QVector<FilmFrame>(100000, frame)));
+    // What is just within the limit: a frame, and what it takes to put it together.
+    QImage large(1500, 1500, QImage::Format_ARGB32);
+    for (int y = 0; y < large.height(); ++y) {
+        for (int x = 0; x < large.width(); ++x)
+            large.setPixel(x, y, qRgba(x, y, x * y, x ^ y));
+    }
+    const FilmFrame whole{large, {0, 0}};
+    writeBytes(path(QStringLiteral("near.png")), ApngBuilder(large.size(), 0).add(whole).data());
+    writeBytes(path(QStringLiteral("near.webp")), webpFilm(large.size(), 0, {whole}));
+    writeBytes(path(QStringLiteral("still.webp")), webpPicture(large));
+    writeBytes(path(QStringLiteral("cells.png")), Bombs::png({1500, 1500}));
+    writeBytes(path(QStringLiteral("sheet.json")),
+               "{\"frames\":[" +
+                   QByteArray(R"({"frame":{"x":0,"y":0,"w":1,"h":1}},)").repeated(300000) +
+                   R"({"frame":{"x":0,"y":0,"w":1,"h":1}}],"meta":{"image":"dot.png"}})");
 }
 
 void TestBombs::writeDocuments() const
@@ -205,6 +238,12 @@ void TestBombs::bombs_data()
                                 "info vast.gif",
                                 "info suffix",
                                 "info dots.gif",
+                                "info vast.png",
+                                "info dots.png",
+                                "info vast.webp",
+                                "info dots.webp",
+                                "info sheet.json",
+                                "info cells.png --cell 1x1",
                                 "new n.flipbook --keep-timing --add dots.gif",
                                 "info texts.flipbook",
                                 "render texts.flipbook -o o.png",
@@ -233,6 +272,8 @@ void TestBombs::bombs_data()
     for (const char *command :
          {"sheet large.flipbook -o o.png", "render large.flipbook -o o.png",
           "frames large.flipbook -o out", "edit frames.flipbook --loops 3", "info squares.gif",
+          "info near.png", "info near.webp", "info still.webp",
+          "edit dot.flipbook --insert 1=still.webp",
           "edit frames.flipbook --duplicate 1:1 --move 1:2",
           "edit frames.flipbook --insert 1=dot.png", "edit squares.flipbook --loops 3",
           "edit squares.flipbook --move 1:2 --mirror --flip --duplicate 3:3",

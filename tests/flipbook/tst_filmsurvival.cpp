@@ -14,20 +14,20 @@
 namespace
 {
 
-constexpr qint64 MaxMemory = qint64(1) << 20;
-constexpr QRgb Red = 0xffff0000;
-constexpr QRgb Green = 0xff00ff00;
-constexpr QRgb Shade = 0x80402010;
+constexpr qint64 maxMemory = qint64(1) << 20;
+constexpr QRgb red = 0xffff0000;
+constexpr QRgb green = 0xff00ff00;
+constexpr QRgb shade = 0x80402010;
 
 using Read = std::function<DecodedFilm(const QByteArray &file)>;
 
 QVector<FilmFrame> frames(int number)
 {
-    FilmFrame first{pixelRow({Red, Shade}), {0, 0}};
-    FilmFrame second{pixelRow({Green}), {0, 0}, 40};
+    FilmFrame first{pixelRow({red, shade}), {0, 0}};
+    FilmFrame second{pixelRow({green}), {0, 0}, 40};
     second.blends = true;
     second.disposal = number % 2;
-    FilmFrame third{pixelRow({Shade, 0}), {0, 0}, 3};
+    FilmFrame third{pixelRow({shade, 0}), {0, 0}, 3};
     third.blends = true;
     return QVector<FilmFrame>{first, second, third, third, second}.mid(0, number);
 }
@@ -36,7 +36,7 @@ QByteArray apng(int number, bool hasStill)
 {
     ApngBuilder builder(QSize(2, 1), number);
     if (hasStill)
-        builder.still(pixelRow({Green, Green}));
+        builder.still(pixelRow({green, green}));
     for (const FilmFrame &frame : frames(number))
         builder.add(frame);
     return builder.data();
@@ -74,7 +74,7 @@ void TestFilmSurvival::damageEverywhere(const QByteArray &file, const Read &read
             qint64 bytes = 0;
             for (const QImage &picture : film.pictures)
                 bytes += picture.sizeInBytes();
-            QVERIFY(!film.pictures.isEmpty() && bytes <= MaxMemory);
+            QVERIFY(!film.pictures.isEmpty() && bytes <= maxMemory);
             QVERIFY(film.delaysMs.isEmpty() || film.delaysMs.size() == film.pictures.size());
             ++whole;
         } catch (const Failure &failure) {
@@ -108,7 +108,7 @@ void TestFilmSurvival::apngFilesAreReadOrRefused()
 {
     QFETCH(QByteArray, file);
     damageEverywhere(file, [](const QByteArray &damaged) {
-        MemoryAccount memory(MaxMemory);
+        MemoryAccount memory(maxMemory);
         return readApng(damaged, QStringLiteral("film.png"), memory);
     });
 }
@@ -118,14 +118,14 @@ void TestFilmSurvival::webpFilesAreReadOrRefused_data()
     QTest::addColumn<QByteArray>("file");
     for (int number = 1; number <= 4; ++number)
         QTest::addRow("%d frames", number) << webpFilm(QSize(2, 1), number, frames(number));
-    QTest::newRow("a still picture") << webpPicture(pixelRow({Red, Shade, Green}));
+    QTest::newRow("a still picture") << webpPicture(pixelRow({red, shade, green}));
 }
 
 void TestFilmSurvival::webpFilesAreReadOrRefused()
 {
     QFETCH(QByteArray, file);
     damageEverywhere(file, [](const QByteArray &damaged) {
-        MemoryAccount memory(MaxMemory);
+        MemoryAccount memory(maxMemory);
         DecodedFilm still;
         if (!WebpFile::isAnimated(damaged)) {
             const QImage picture = WebpFile::readStill(damaged);
@@ -160,11 +160,11 @@ void TestFilmSurvival::sheetDescriptionsAreReadOrRefused_data()
 void TestFilmSurvival::sheetDescriptionsAreReadOrRefused()
 {
     QFETCH(QByteArray, file);
-    QVERIFY(pixelRow({Red, Green}).save(m_fixture.path(QStringLiteral("s.png"))));
+    QVERIFY(pixelRow({red, green}).save(m_fixture.path(QStringLiteral("s.png"))));
     const QString path = m_fixture.path(QStringLiteral("sheet.json"));
     damageEverywhere(file, [&path](const QByteArray &damaged) {
         writeBytes(path, damaged);
-        Reading reading(MaxMemory, false);
+        Reading reading(maxMemory, false);
         const std::unique_ptr<QFile> opened = reading.openFile(path);
         return readSheetJson(*opened, path, reading);
     });

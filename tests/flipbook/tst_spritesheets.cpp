@@ -16,9 +16,9 @@ Q_DECLARE_METATYPE(SheetCut)
 namespace
 {
 
-constexpr QRgb Red = 0xffff0000;
-constexpr QRgb Green = 0xff00ff00;
-constexpr QRgb Blue = 0xff0000ff;
+constexpr QRgb red = 0xffff0000;
+constexpr QRgb green = 0xff00ff00;
+constexpr QRgb blue = 0xff0000ff;
 
 SheetCut grid(int columns, int rows, int margin = 0, int spacing = 0)
 {
@@ -67,7 +67,7 @@ private:
 
 QString TestSpriteSheets::write(const QByteArray &json) const
 {
-    pixelRow({Red, Green, Blue}).save(m_fixture.path(QStringLiteral("sheet.png")));
+    pixelRow({red, green, blue}).save(m_fixture.path(QStringLiteral("sheet.png")));
     QString path = m_fixture.path(QStringLiteral("sheet.json"));
     writeBytes(path, json);
     return path;
@@ -151,27 +151,27 @@ void TestSpriteSheets::emptyCellsAtTheEndAreLeftOut()
 {
     MemoryAccount memory(1 << 20);
     const QString path = QStringLiteral("sheet.png");
-    const DecodedFilm film = cutSheet(pixelRow({Red, 0, Green, 0, 0}), grid(5, 1), path, memory);
+    const DecodedFilm film = cutSheet(pixelRow({red, 0, green, 0, 0}), grid(5, 1), path, memory);
     QCOMPARE(film.pictures.size(), 3);
     QCOMPARE(pixelsOf(film.pictures.at(1)), QVector<QRgb>{0});
-    QCOMPARE(pixelsOf(film.pictures.at(2)), QVector<QRgb>{Green});
+    QCOMPARE(pixelsOf(film.pictures.at(2)), QVector<QRgb>{green});
     QVERIFY_EXCEPTION_THROWN(cutSheet(pixelRow({0, 0}), grid(2, 1), path, memory), Failure);
     MemoryAccount little(2000);
-    QVERIFY_EXCEPTION_THROWN(cutSheet(pixelRow({Red, Red}), grid(2, 1), path, little), OverBudget);
+    QVERIFY_EXCEPTION_THROWN(cutSheet(pixelRow({red, red}), grid(2, 1), path, little), OverBudget);
 }
 
 void TestSpriteSheets::pixelsInNoCellAreTold()
 {
     MemoryAccount memory(1 << 20);
     const DecodedFilm film =
-        cutSheet(pixelRow({Red, Green, Blue}), cells(2, 1), QStringLiteral("sheet.png"), memory);
+        cutSheet(pixelRow({red, green, blue}), cells(2, 1), QStringLiteral("sheet.png"), memory);
     QCOMPARE(film.warnings, QStringList{QStringLiteral("1 pixels at the right are in no cell")});
 }
 
 void TestSpriteSheets::optionsCutPictures()
 {
     const QString sheet = m_fixture.path(QStringLiteral("cut.png"));
-    QVERIFY(pixelRow({Red, Green, Blue, 0}).save(sheet));
+    QVERIFY(pixelRow({red, green, blue, 0}).save(sheet));
     const QStringList expected = {QStringLiteral("cut_1 #ff0000 1x1"),
                                   QStringLiteral("cut_2 #00ff00 1x1"),
                                   QStringLiteral("cut_3 #0000ff 1x1")};
@@ -274,10 +274,10 @@ void TestSpriteSheets::trimmedAndTurnedFramesAreWholeAgain()
     const QStringList files = QDir(folder).entryList({QStringLiteral("*.png")}, QDir::Files);
     QCOMPARE(files.size(), 2);
     QCOMPARE(pixelsOf(QImage(folder + QLatin1Char('/') + files.at(0))),
-             (QVector<QRgb>{0, Green, 0}));
+             (QVector<QRgb>{0, green, 0}));
     const QImage turned(folder + QLatin1Char('/') + files.at(1));
     QCOMPARE(turned.size(), QSize(1, 3));
-    QCOMPARE(pixelsOf(turned), (QVector<QRgb>{Blue, Green, Red}));
+    QCOMPARE(pixelsOf(turned), (QVector<QRgb>{blue, green, red}));
 }
 
 void TestSpriteSheets::durationsAreKept()
@@ -338,7 +338,7 @@ void TestSpriteSheets::aDamagedDescriptionIsRefused()
 void TestSpriteSheets::thePictureIsLookedUpInTheFolderOnly()
 {
     const QString outside = m_fixture.path(QStringLiteral("outside.png"));
-    QVERIFY(pixelRow({Red}).save(outside));
+    QVERIFY(pixelRow({red}).save(outside));
     const QString folder = m_fixture.path(QStringLiteral("inner"));
     QVERIFY(QDir().mkpath(folder));
     const QString path = folder + QStringLiteral("/sheet.json");

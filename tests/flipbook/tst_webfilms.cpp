@@ -19,10 +19,10 @@ Q_DECLARE_METATYPE(QVector<QRgb>)
 namespace
 {
 
-constexpr QRgb Red = 0xffff0000;
-constexpr QRgb Green = 0xff00ff00;
-constexpr QRgb Blue = 0xff0000ff;
-constexpr QRgb Nothing = 0;
+constexpr QRgb red = 0xffff0000;
+constexpr QRgb green = 0xff00ff00;
+constexpr QRgb blue = 0xff0000ff;
+constexpr QRgb nothing = 0;
 
 DecodedFilm apng(const QByteArray &file)
 {
@@ -120,24 +120,24 @@ void TestWebFilms::framesAreDisposedOfAsTheySay_data()
     QTest::addColumn<int>("disposal");
     QTest::addColumn<QVector<QRgb>>("third");
     // Red all over; then green on the left, disposed of; then nothing, painted over it.
-    QTest::newRow("kept") << 0 << QVector<QRgb>{Green, Red};
-    QTest::newRow("cleared") << 1 << QVector<QRgb>{Nothing, Red};
-    QTest::newRow("restored") << 2 << QVector<QRgb>{Red, Red};
+    QTest::newRow("kept") << 0 << QVector<QRgb>{green, red};
+    QTest::newRow("cleared") << 1 << QVector<QRgb>{nothing, red};
+    QTest::newRow("restored") << 2 << QVector<QRgb>{red, red};
 }
 
 void TestWebFilms::framesAreDisposedOfAsTheySay()
 {
     QFETCH(int, disposal);
     QFETCH(QVector<QRgb>, third);
-    FilmFrame second{pixelRow({Green}), {0, 0}};
+    FilmFrame second{pixelRow({green}), {0, 0}};
     second.disposal = disposal;
-    FilmFrame last{pixelRow({Nothing}), {0, 0}};
+    FilmFrame last{pixelRow({nothing}), {0, 0}};
     last.blends = true;
-    const QVector<FilmFrame> frames = {{pixelRow({Red, Red}), {0, 0}}, second, last};
+    const QVector<FilmFrame> frames = {{pixelRow({red, red}), {0, 0}}, second, last};
     ApngBuilder builder(QSize(2, 1), 0);
     for (const FilmFrame &frame : frames)
         builder.add(frame);
-    const QVector<QVector<QRgb>> expected = {{Red, Red}, {Green, Red}, third};
+    const QVector<QVector<QRgb>> expected = {{red, red}, {green, red}, third};
     QCOMPARE(pixelsOfAll(apng(builder.data())), expected);
     if (disposal < 2)
         QCOMPARE(pixelsOfAll(webp(webpFilm(QSize(2, 1), 0, frames))), expected);
@@ -145,16 +145,16 @@ void TestWebFilms::framesAreDisposedOfAsTheySay()
 
 void TestWebFilms::framesAreBlendedAsTheySay()
 {
-    FilmFrame replacing{pixelRow({Nothing, Blue}), {0, 0}};
+    FilmFrame replacing{pixelRow({nothing, blue}), {0, 0}};
     FilmFrame painted = replacing;
     painted.blends = true;
     const QVector<FilmFrame> frames = {
-        {pixelRow({Red, Red}), {0, 0}}, painted, {pixelRow({Green, Green}), {0, 0}}, replacing};
+        {pixelRow({red, red}), {0, 0}}, painted, {pixelRow({green, green}), {0, 0}}, replacing};
     ApngBuilder builder(QSize(2, 1), 0);
     for (const FilmFrame &frame : frames)
         builder.add(frame);
     const QVector<QVector<QRgb>> expected = {
-        {Red, Red}, {Red, Blue}, {Green, Green}, {Nothing, Blue}};
+        {red, red}, {red, blue}, {green, green}, {nothing, blue}};
     QCOMPARE(pixelsOfAll(apng(builder.data())), expected);
     QCOMPARE(pixelsOfAll(webp(webpFilm(QSize(2, 1), 0, frames))), expected);
 }
@@ -162,10 +162,10 @@ void TestWebFilms::framesAreBlendedAsTheySay()
 void TestWebFilms::aFrameIsPutInItsPlace()
 {
     QImage sheet(3, 3, QImage::Format_ARGB32);
-    sheet.fill(Red);
-    const QVector<FilmFrame> frames = {{sheet, {0, 0}}, {pixelRow({Blue}), {2, 2}}};
+    sheet.fill(red);
+    const QVector<FilmFrame> frames = {{sheet, {0, 0}}, {pixelRow({blue}), {2, 2}}};
     const QByteArray png = ApngBuilder(QSize(3, 3), 0).add(frames.at(0)).add(frames.at(1)).data();
-    const QVector<QRgb> expected = {Red, Red, Red, Red, Red, Red, Red, Red, Blue};
+    const QVector<QRgb> expected = {red, red, red, red, red, red, red, red, blue};
     QCOMPARE(pixelsOf(apng(png).pictures.at(1)), expected);
     QCOMPARE(pixelsOf(webp(webpFilm(QSize(3, 3), 0, frames)).pictures.at(1)), expected);
 }
@@ -243,11 +243,11 @@ void TestWebFilms::anyCompositionIsAsTheSlowOne()
 void TestWebFilms::aPictureForOtherProgramsIsNoFrame()
 {
     const DecodedFilm film = apng(ApngBuilder(QSize(1, 1), 0)
-                                      .still(pixelRow({Blue}))
-                                      .add({pixelRow({Red}), {0, 0}})
-                                      .add({pixelRow({Green}), {0, 0}})
+                                      .still(pixelRow({blue}))
+                                      .add({pixelRow({red}), {0, 0}})
+                                      .add({pixelRow({green}), {0, 0}})
                                       .data());
-    QCOMPARE(pixelsOfAll(film), (QVector<QVector<QRgb>>{{Red}, {Green}}));
+    QCOMPARE(pixelsOfAll(film), (QVector<QVector<QRgb>>{{red}, {green}}));
     QCOMPARE(film.warnings, QStringList());
 }
 
@@ -258,7 +258,7 @@ void TestWebFilms::delaysAreTakenAsBrowsersDo()
                                                 {11, 0}, {11, 1000}, {1, 30},   {65535, 1},
                                                 {1, 3},  {2, 3},     {10, 1000}};
     for (const auto &fraction : fractions) {
-        FilmFrame frame{pixelRow({Red}), {0, 0}};
+        FilmFrame frame{pixelRow({red}), {0, 0}};
         frame.delay = fraction.first;
         frame.divisor = fraction.second;
         builder.add(frame);
@@ -269,7 +269,7 @@ void TestWebFilms::delaysAreTakenAsBrowsersDo()
 
     QVector<FilmFrame> frames;
     for (const int delay : {0, 10, 11, 40, 16777215}) {
-        FilmFrame frame{pixelRow({Red}), {0, 0}};
+        FilmFrame frame{pixelRow({red}), {0, 0}};
         frame.delay = delay;
         frames.append(frame);
     }
@@ -279,7 +279,7 @@ void TestWebFilms::delaysAreTakenAsBrowsersDo()
 
 void TestWebFilms::repetitionsAreTakenOver()
 {
-    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const FilmFrame frame{pixelRow({red}), {0, 0}};
     for (const int plays : {0, 1, 5}) {
         QCOMPARE(apng(ApngBuilder(QSize(1, 1), plays).add(frame).data()).loopCount, plays - 1);
         QCOMPARE(webp(webpFilm(QSize(1, 1), plays, {frame})).loopCount, plays - 1);
@@ -292,18 +292,18 @@ void TestWebFilms::palettesAndDeepColoursAreRead()
 {
     // The chunks of pictures that Qt writes, with a description of one frame before the picture.
     QImage palette(2, 1, QImage::Format_Indexed8);
-    palette.setColorTable({Green, 0x40ff0000});
+    palette.setColorTable({green, 0x40ff0000});
     palette.setPixel(0, 0, 0);
     palette.setPixel(1, 0, 1);
     QImage deep(2, 1, QImage::Format_RGBA64);
-    deep.setPixelColor(0, 0, QColor::fromRgb(Blue));
+    deep.setPixelColor(0, 0, QColor::fromRgb(blue));
     deep.setPixelColor(1, 0, QColor(255, 0, 0, 64));
     for (const QImage &picture : {palette, deep}) {
         const QString path = m_fixture.path(QStringLiteral("still.png"));
         QVERIFY(picture.save(path));
         QByteArray file = bytesOf(path);
         const QByteArray model =
-            ApngBuilder(QSize(2, 1), 0).add({pixelRow({Red, Red}), {0, 0}}).data();
+            ApngBuilder(QSize(2, 1), 0).add({pixelRow({red, red}), {0, 0}}).data();
         const int start = model.indexOf("acTL") - 4;
         file.insert(33, model.mid(start, model.indexOf("IDAT") - 4 - start));
         const DecodedFilm film = apng(file);
@@ -314,7 +314,7 @@ void TestWebFilms::palettesAndDeepColoursAreRead()
 
 void TestWebFilms::whatIsCutOffIsTold()
 {
-    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const FilmFrame frame{pixelRow({red}), {0, 0}};
     const QByteArray png = ApngBuilder(QSize(1, 1), 0).add(frame).add(frame).add(frame).data();
     const DecodedFilm cutPng = apng(png.left(png.lastIndexOf("fdAT") + 6));
     QCOMPARE(cutPng.pictures.size(), 2);
@@ -331,8 +331,8 @@ void TestWebFilms::whatIsCutOffIsTold()
 
 void TestWebFilms::whatIsDamagedIsTold()
 {
-    const FilmFrame frame{pixelRow({Red}), {0, 0}};
-    const FilmFrame outside{pixelRow({Red}), {1, 0}};
+    const FilmFrame frame{pixelRow({red}), {0, 0}};
+    const FilmFrame outside{pixelRow({red}), {1, 0}};
     const QByteArray wrongPlace = ApngBuilder(QSize(1, 1), 0).add(frame).add(outside).data();
     QCOMPARE(apng(wrongPlace).warnings,
              QStringList{QStringLiteral("frame 2 is outside of the picture: 1 of 2 frames could be "
@@ -352,7 +352,7 @@ void TestWebFilms::whatIsDamagedIsTold()
 
 void TestWebFilms::aFileWithoutWholeFramesIsRefused()
 {
-    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const FilmFrame frame{pixelRow({red}), {0, 0}};
     const QByteArray png = ApngBuilder(QSize(1, 1), 0).add(frame).data();
     QCOMPARE(refusal([&] { apng(png.left(png.indexOf("IDAT") + 6)); }),
              QStringLiteral("an APNG of which no frame could be read: truncated"));
@@ -365,9 +365,9 @@ void TestWebFilms::aFileWithoutWholeFramesIsRefused()
 void TestWebFilms::memoryIsCountedBeforeDecoding()
 {
     // Two frames and the canvases of a film of 3000 x 3000 pixels need far more than 64 MiB.
-    const FilmFrame frame{pixelRow({Red}), {0, 0}};
+    const FilmFrame frame{pixelRow({red}), {0, 0}};
     const QByteArray png =
-        ApngBuilder(QSize(3000, 3000), 0).still(pixelRow({Red})).add(frame).data();
+        ApngBuilder(QSize(3000, 3000), 0).still(pixelRow({red})).add(frame).data();
     const QByteArray film = webpFilm(QSize(3000, 3000), 0, {frame, frame});
     const QString pngPath = write(QStringLiteral("large.png"), png);
     const QString webpPath = write(QStringLiteral("large.webp"), film);
@@ -382,9 +382,9 @@ void TestWebFilms::memoryIsCountedBeforeDecoding()
 
 void TestWebFilms::everyCommandReadsThem()
 {
-    FilmFrame second{pixelRow({Green, Blue}), {0, 0}};
+    FilmFrame second{pixelRow({green, blue}), {0, 0}};
     second.delay = 40;
-    const QVector<FilmFrame> frames = {{pixelRow({Red, Red}), {0, 0}, 40}, second};
+    const QVector<FilmFrame> frames = {{pixelRow({red, red}), {0, 0}, 40}, second};
     const QString png =
         write(QStringLiteral("film.png"),
               ApngBuilder(QSize(2, 1), 1).add(frames.at(0)).add(frames.at(1)).data());
@@ -413,8 +413,8 @@ void TestWebFilms::everyCommandReadsThem()
 
 void TestWebFilms::keepTimingWorksForThem()
 {
-    const QVector<FilmFrame> frames = {{pixelRow({Red}), {0, 0}, 50},
-                                       {pixelRow({Green}), {0, 0}, 100}};
+    const QVector<FilmFrame> frames = {{pixelRow({red}), {0, 0}, 50},
+                                       {pixelRow({green}), {0, 0}, 100}};
     const QString film = write(QStringLiteral("uneven.webp"), webpFilm(QSize(1, 1), 0, frames));
     const QString document = m_fixture.path(QStringLiteral("uneven.flipbook"));
     const FlipbookRun warned =
@@ -433,7 +433,7 @@ void TestWebFilms::keepTimingWorksForThem()
 
 void TestWebFilms::theNameOfTheFileDoesNotMatter()
 {
-    const QVector<FilmFrame> frames = {{pixelRow({Red}), {0, 0}}, {pixelRow({Green}), {0, 0}}};
+    const QVector<FilmFrame> frames = {{pixelRow({red}), {0, 0}}, {pixelRow({green}), {0, 0}}};
     const QString path = write(QStringLiteral("film.png"), webpFilm(QSize(1, 1), 0, frames));
     Reading reading(1 << 20, false);
     QCOMPARE(openFile(m_fixture.plugin(), path, reading).format, QStringLiteral("animated WebP"));
@@ -442,13 +442,13 @@ void TestWebFilms::theNameOfTheFileDoesNotMatter()
 void TestWebFilms::aStillWebpIsAPicture()
 {
     const QString path =
-        write(QStringLiteral("still.webp"), webpPicture(pixelRow({Green, 0x40ff0000})));
+        write(QStringLiteral("still.webp"), webpPicture(pixelRow({green, 0x40ff0000})));
     Reading reading(1 << 20, false);
     const OpenedFile opened = openFile(m_fixture.plugin(), path, reading);
     const Plugin::Frames frames = m_fixture.plugin().frames(*opened.objects().constFirst());
     QCOMPARE(frames.size(), 1);
     QCOMPARE(frames.first().first, QStringLiteral("still"));
-    QCOMPARE(pixelsOf(frames.first().second), (QVector<QRgb>{Green, 0x40ff0000}));
+    QCOMPARE(pixelsOf(frames.first().second), (QVector<QRgb>{green, 0x40ff0000}));
     QCOMPARE(opened.format, QStringLiteral("WebP"));
 
     // Objects read the pictures of a folder and those to be inserted themselves.
@@ -460,7 +460,7 @@ void TestWebFilms::aStillWebpIsAPicture()
     const OpenedFile fromFolder = openFile(m_fixture.plugin(), folder, reading);
     QCOMPARE(fromFolder.warnings, QStringList());
     QCOMPARE(pixelsOf(m_fixture.plugin().frames(*fromFolder.objects().constFirst()).first().second),
-             (QVector<QRgb>{Green, 0x40ff0000}));
+             (QVector<QRgb>{green, 0x40ff0000}));
     const QString document = m_fixture.path(QStringLiteral("still.flipbook"));
     QCOMPARE(flipbook({QStringLiteral("new"), document, QStringLiteral("--add"), path}).status, 0);
     const FlipbookRun edit = flipbook({QStringLiteral("edit"), document, QStringLiteral("--insert"),

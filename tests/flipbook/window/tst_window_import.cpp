@@ -5,6 +5,7 @@
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/import/importcontroller.h"
 #include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/filmbuilder.h"
 #include "tests/flipbook/window/windowfixture.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/pictures.h"
@@ -25,6 +26,9 @@ private Q_SLOTS:
     void aDroppedGifBecomesAnObjectWhereItWasDropped();
     void readingInPiecesGivesTheFilmThatTheObjectItselfImports();
     void anUnevenGifKeepsItsRhythmAndOffersOneTime();
+    void anUnevenWebpFilmKeepsItsRhythm();
+    void aFilmAmongPicturesIsAnObjectOfItsOwn();
+    void aSheetWithItsDescriptionBecomesAFilm();
     void framesThatTakeLongToReadAreNotTakenForUnevenOnes();
     void picturesOfOneSizeBecomeOneFilmInNaturalOrder();
     void theyCanBecomeSingleObjectsInstead();
@@ -121,6 +125,50 @@ void TestWindowImport::anUnevenGifKeepsItsRhythmAndOffersOneTime()
     QCOMPARE(m_fixture->messages(), QStringList());
     m_fixture->trigger("undo");
     QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 6);
+}
+
+void TestWindowImport::anUnevenWebpFilmKeepsItsRhythm()
+{
+    // 100, 300 and 200 ms: six frames of 100 ms.
+    const QString path = m_fixture->path(QStringLiteral("u.webp"));
+    writeBytes(path, webpFilm(QSize(1, 1), 3,
+                              {{pixelRow({0xffff0000}), {0, 0}, 100},
+                               {pixelRow({0xff00ff00}), {0, 0}, 300},
+                               {pixelRow({0xff0000ff}), {0, 0}, 200}}));
+    m_fixture->dropOnPage({200, 150}, {path});
+    QCOMPARE(objects().size(), 1);
+    const AnimatedObject film(*objects().first());
+    QCOMPARE(film.frameCount(), 6);
+    QCOMPARE(film.intervalMs(), 100);
+    QCOMPARE(film.loopCount(), 2);
+    QCOMPARE(film.name(), QStringLiteral("u"));
+}
+
+void TestWindowImport::aFilmAmongPicturesIsAnObjectOfItsOwn()
+{
+    const QString film = m_fixture->path(QStringLiteral("film.png"));
+    const FilmFrame frame{Pictures::solid(40, 30, Qt::red), {0, 0}};
+    writeBytes(film, ApngBuilder(QSize(40, 30), 0).add(frame).add(frame).data());
+    const QString still = m_fixture->path(QStringLiteral("a.webp"));
+    writeBytes(still, webpPicture(Pictures::solid(40, 30, Qt::green)));
+    m_fixture->dropOnPage({200, 150}, {film, still, picture(QStringLiteral("b.png"), Qt::blue)});
+    QCOMPARE(objects().size(), 2);
+    // The two pictures are one film.
+    for (CBaseObject *object : objects())
+        QCOMPARE(AnimatedObject(*object).frameCount(), 2);
+}
+
+void TestWindowImport::aSheetWithItsDescriptionBecomesAFilm()
+{
+    picture(QStringLiteral("sheet.png"), Qt::blue);
+    const QString path = m_fixture->path(QStringLiteral("sheet.json"));
+    writeBytes(path, R"({"frames": [{"frame": {"x": 0, "y": 0, "w": 20, "h": 30}},
+                                    {"frame": {"x": 20, "y": 0, "w": 20, "h": 30}}],
+                         "meta": {"image": "sheet.png"}})");
+    m_fixture->dropOnPage({200, 150}, {path});
+    QCOMPARE(objects().size(), 1);
+    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 2);
+    QCOMPARE(objects().first()->getSize(), QSizeF(20, 30));
 }
 
 void TestWindowImport::framesThatTakeLongToReadAreNotTakenForUnevenOnes()
