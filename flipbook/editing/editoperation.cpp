@@ -15,6 +15,8 @@
 #include "flipbook/object/formkeys.h"
 #include "framework/page.h"
 
+#include <QtCore/QFileInfo>
+
 #include <algorithm>
 
 namespace
@@ -95,25 +97,44 @@ Apply moveFrame(const QString &value)
         [from = from, to = to](EditTarget &target) { FrameEditor(target.chosen()).move(from, to); };
 }
 
-Apply insertFile(const QString &value)
+/// Files that are separated by commas; a single one may have commas in its name.
+QStringList fileNames(const QString &value)
 {
-    const auto [place, path] = numberAndFile(value);
-    return [place = place, path = path](EditTarget &target) {
-        PrivateFolder folder;
-        const QString copy = copyPicture(path, target.reading, folder);
-        const QString wanted = FrameNames::ofFile(path);
-        const QString name = FrameNames(target.plugin.frames(target.chosen())).give(wanted);
-        bool isInserted = false;
-        editFrames(target,
-                   [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy, name); });
-        if (isInserted) {
-            if (name != wanted)
-                target.warnings << path + QStringLiteral(": ") + FrameNames::told(wanted, name);
-            return;
-        }
-        // Only to say why.
-        readCopy(copy, path, target.reading.memory());
-        throw Failure{path, QStringLiteral("the picture cannot be read")};
+    if (QFileInfo::exists(value))
+        return {fileName(value)};
+    QStringList names;
+    const QStringList parts = value.split(QLatin1Char(','));
+    for (const QString &part : parts)
+        names << fileName(part);
+    return names;
+}
+
+void insertOne(EditTarget &target, int place, const QString &path)
+{
+    PrivateFolder folder;
+    const QString copy = copyPicture(path, target.reading, folder);
+    const QString wanted = FrameNames::ofFile(path);
+    const QString name = FrameNames(target.plugin.frames(target.chosen())).give(wanted);
+    bool isInserted = false;
+    editFrames(target,
+               [&](FrameEditor editor) { isInserted = editor.insertFile(place, copy, name); });
+    if (isInserted) {
+        if (name != wanted)
+            target.warnings << path + QStringLiteral(": ") + FrameNames::told(wanted, name);
+        return;
+    }
+    // Only to say why.
+    readCopy(copy, path, target.reading.memory());
+    throw Failure{path, QStringLiteral("the picture cannot be read")};
+}
+
+Apply insertFiles(const QString &value)
+{
+    const auto [first, files] = split(value, QLatin1Char('='));
+    return [first = number(first), paths = fileNames(files)](EditTarget &target) {
+        int place = first;
+        for (const QString &path : paths)
+            insertOne(target, place++, path);
     };
 }
 
@@ -221,7 +242,9 @@ constexpr Entry Entries[] = {
     {"rename", "AT=NAME", "Give frame AT the name NAME.", renameFrame},
     {"delete", "AT|FROM-TO", "Delete frame AT, or the frames FROM to TO.", removeFrames},
     {"move", "FROM:TO", "Move frame FROM so that it becomes number TO.", moveFrame},
-    {"insert", "AT=FILE", "Insert the picture in FILE as frame number AT.", insertFile},
+    {"insert", "AT=FILE,...",
+     "Insert the picture in FILE as frame number AT; those in several FILEs follow each other.",
+     insertFiles},
     {"replace", "AT=FILE", "Give frame AT the picture in FILE.", replacePicture},
     {"replace-all", "FILE", "Replace all frames by the picture in FILE.", replaceAll},
     {"interval", "MS", "Show each frame for MS milliseconds.", setInterval},

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void namedPicturesAreAFilmInNaturalOrder();
     void severalFilmsAndAnimationsAreAddedTogether();
     void equalNamesAreTold();
+    void severalPicturesAreInsertedInOrder();
     void anEmptyFilmIsWrongUsage_data();
     void anEmptyFilmIsWrongUsage();
     void aPictureOfAFilmThatCannotBeReadIsNamed();
@@ -187,6 +188,31 @@ void TestPictureSeries::equalNamesAreTold()
     QCOMPARE(run.err, QStringLiteral("flipbook: %1: warning: the name 'a' is taken; the frame is "
                                      "called 'a (2)'\n")
                           .arg(one));
+}
+
+void TestPictureSeries::severalPicturesAreInsertedInOrder()
+{
+    const QString one = picture(QStringLiteral("b.png"), Qt::blue);
+    const QString other = picture(QStringLiteral("a,1.png"), Qt::red);
+    const QString third = picture(QStringLiteral("c.png"), Qt::green);
+    QCOMPARE(flipbook({QStringLiteral("new"), m_document, QStringLiteral("--add"), third}).err,
+             QString());
+    const auto inserted = [this](const QString &value) {
+        return flipbook({QStringLiteral("edit"), m_document, QStringLiteral("--insert"), value});
+    };
+    // One file may have a comma in its name.
+    QCOMPARE(inserted(QStringLiteral("1=") + other).err, QString());
+    QCOMPARE(inserted(QStringLiteral("2=%1,%2").arg(one, third)).err.count(QLatin1Char('\n')), 1);
+    QCOMPARE(objectIn(m_fixture->plugin(), m_document, 1).frames,
+             QStringList({QStringLiteral("a,1 #ff0000 4x3"), QStringLiteral("b #0000ff 4x3"),
+                          QStringLiteral("c (2) #00ff00 4x3"), QStringLiteral("c #00ff00 4x3")}));
+    // All or none.
+    const QByteArray before = bytesOf(m_document);
+    const FlipbookRun missing = inserted(QStringLiteral("1=%1,none.png").arg(one));
+    QCOMPARE(missing.status, 1);
+    QVERIFY2(missing.err.contains(QStringLiteral("none.png: not found")), qPrintable(missing.err));
+    QVERIFY(bytesOf(m_document) == before);
+    QCOMPARE(inserted(QStringLiteral("1=%1,").arg(one)).status, 2);
 }
 
 void TestPictureSeries::anEmptyFilmIsWrongUsage_data()
