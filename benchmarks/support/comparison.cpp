@@ -18,10 +18,11 @@ namespace
 /// Work shorter than this is repeated until it takes as long.
 constexpr double shortestSeconds = 0.004;
 
-double threadSeconds()
+/// Of all threads: some work is spread over the cores.
+double cpuSeconds()
 {
     timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
     return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
 }
 
@@ -63,13 +64,13 @@ void measure(benchmark::State &state, const Plan &plan, const Preparation &prepa
 } // namespace
 
 CpuClock::CpuClock()
-    : m_start(threadSeconds())
+    : m_start(cpuSeconds())
 {
 }
 
 double CpuClock::seconds() const
 {
-    return threadSeconds() - m_start;
+    return cpuSeconds() - m_start;
 }
 
 Cost cpuTime(std::function<void()> work)
