@@ -156,6 +156,9 @@ std::optional<int> runWithoutApplication(const QStringList &arguments)
 bool namesFiles(const QStringList &arguments)
 {
     const QString first = arguments.value(0);
+    // Standard input.
+    if (first == QLatin1String("-"))
+        return true;
     return !first.isEmpty() && !first.startsWith(QLatin1Char('-')) && !findCommand(first) &&
            QFileInfo::exists(first);
 }

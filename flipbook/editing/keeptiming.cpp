@@ -2,10 +2,10 @@
 
 #include "flipbook/base/failure.h"
 #include "flipbook/editing/objectform.h"
+#include "flipbook/import/framenames.h"
 #include "flipbook/object/formkeys.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QSet>
 
 namespace
 {
@@ -17,26 +17,14 @@ struct FrameLists {
     QJsonArray pictures;
 };
 
-/// The name of a repeat: the first free one from @p number on, which then becomes the next.
-QString repeatName(const QString &name, int &number, QSet<QString> &taken)
-{
-    QString candidate;
-    do {
-        candidate = QStringLiteral("%1 (%2)").arg(name, QString::number(number++));
-    } while (taken.contains(candidate));
-    taken.insert(candidate);
-    return candidate;
-}
-
 FrameLists repeated(const FrameLists &frames, const RepeatPlan &plan)
 {
-    QSet<QString> taken(frames.names.cbegin(), frames.names.cend());
+    FrameNames names(frames.names);
     FrameLists result;
     for (int i = 0; i < frames.pictures.size(); ++i) {
         const QString name = frames.names.value(i);
-        int number = 2;
         for (int repeat = 0; repeat < plan.repeats.value(i, 1); ++repeat) {
-            result.names.append(repeat == 0 ? name : repeatName(name, number, taken));
+            result.names.append(repeat == 0 ? name : names.give(name));
             result.sizes.append(frames.sizes.value(i));
             result.pictures.append(frames.pictures.at(i));
         }

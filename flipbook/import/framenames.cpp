@@ -11,6 +11,11 @@ FrameNames::FrameNames(const Plugin::Frames &present)
         m_taken.insert(frame.first);
 }
 
+FrameNames::FrameNames(const QStringList &present)
+    : m_taken(present.cbegin(), present.cend())
+{
+}
+
 QString FrameNames::give(const QString &wanted)
 {
     QString name = wanted;

@@ -13,6 +13,7 @@ class FrameNames
 public:
     FrameNames() = default;
     explicit FrameNames(const Plugin::Frames &present);
+    explicit FrameNames(const QStringList &present);
 
     /// The name of a frame that should be called @p wanted: that name, or, where it is taken, the
     /// first of "wanted (2)", "wanted (3)" and so on that is free. It is taken from then on.

@@ -90,6 +90,11 @@ void TestCommandLine::aFileWithoutACommandIsDescribedWhereThereIsNoDisplay()
     QVERIFY(run.out.contains(QStringLiteral("frames    2, named film_1 to film_2\n")));
     QCOMPARE(flipbook({m_film, QStringLiteral("--json")}).json().value(QStringLiteral("frames")),
              QJsonValue(2));
+    QFile film(m_film);
+    QVERIFY(film.open(QIODevice::ReadOnly));
+    const FlipbookRun input = flipbookReading(film.readAll(), {QStringLiteral("-")});
+    QCOMPARE(input.err, QString());
+    QVERIFY2(input.out.contains(QStringLiteral("  frames    2, ")), qPrintable(input.out));
 }
 
 void TestCommandLine::optionsAreTakenWithADisplayToo()

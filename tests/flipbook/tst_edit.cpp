@@ -18,8 +18,6 @@ private Q_SLOTS:
     void operationsOnFrames();
     void operationsAreDoneInTheirOrder_data();
     void operationsAreDoneInTheirOrder();
-    void photosKeepTheirNumbers();
-    void aNameThatIsTakenGetsANumberAndIsTold();
     void aFileNameMayHoldAnything_data();
     void aFileNameMayHoldAnything();
     void anAnimatedPictureGivesItsFirstFrame();
@@ -172,42 +170,6 @@ void TestEdit::operationsAreDoneInTheirOrder()
     QCOMPARE(edited().frames, frames.split(QStringLiteral(", ")));
 }
 
-void TestEdit::photosKeepTheirNumbers()
-{
-    QStringList operations;
-    for (int i = 1; i <= 4; ++i) {
-        const QString file = QStringLiteral("IMG_%1.png").arg(i, 4, 10, QLatin1Char('0'));
-        QVERIFY(Pictures::solid(4, 3, Qt::yellow).save(path(file)));
-        operations << QStringLiteral("--insert") << QStringLiteral("%1=DIR/%2").arg(i).arg(file);
-    }
-    const FlipbookRun run = edit(operations);
-    QCOMPARE(run.out + run.err, QString());
-    QCOMPARE(
-        edited().frames.mid(0, 5),
-        QStringList({QStringLiteral("IMG_0001 #ffff00 4x3"), QStringLiteral("IMG_0002 #ffff00 4x3"),
-                     QStringLiteral("IMG_0003 #ffff00 4x3"), QStringLiteral("IMG_0004 #ffff00 4x3"),
-                     QStringLiteral("film_1 #ff0000 4x3")}));
-}
-
-void TestEdit::aNameThatIsTakenGetsANumberAndIsTold()
-{
-    const QString sun = path(QStringLiteral("sun.png"));
-    const FlipbookRun run =
-        edit({QStringLiteral("--replace-all"), sun, QStringLiteral("--insert"),
-              QStringLiteral("2=") + sun, QStringLiteral("--insert"), QStringLiteral("1=") + sun});
-    QCOMPARE(run.out, QString());
-    QCOMPARE(run.err,
-             QStringLiteral("flipbook: %1: warning: %2: the name 'sun' is taken; the frame "
-                            "is called 'sun (2)'\n"
-                            "flipbook: %1: warning: %2: the name 'sun' is taken; the frame "
-                            "is called 'sun (3)'\n")
-                 .arg(m_document, sun));
-    QCOMPARE(run.status, 0);
-    QCOMPARE(edited().frames,
-             QStringList({QStringLiteral("sun (3) #ffff00 4x3"), QStringLiteral("sun #ffff00 4x3"),
-                          QStringLiteral("sun (2) #ffff00 4x3")}));
-}
-
 void TestEdit::aFileNameMayHoldAnything_data()
 {
     QTest::addColumn<QString>("name");
@@ -264,6 +226,13 @@ void TestEdit::theIntervalIsSet_data()
     row("--interval 2147483647", 2147483647);
     row("--interval 80 --interval 90", 90);
     row("--interval 80 --loops 2", 80);
+    row("--fps 25", 40);
+    row("--fps 24", 42);
+    row("--fps 60", 17);
+    row("--fps 12.5", 80);
+    row("--fps 0.001", 1000000);
+    row("--fps 667", 1);
+    row("--fps 1000", 1);
 }
 
 void TestEdit::theIntervalIsSet()

@@ -35,8 +35,6 @@ private Q_SLOTS:
     void framesAreReversed();
     void reversedTwiceIsTheSameFile();
     void rangesOfFramesAreDeleted();
-    void framesPerSecondAreRounded_data();
-    void framesPerSecondAreRounded();
     void infoTellsTheRotation();
 
 private:
@@ -379,29 +377,6 @@ void TestEditObject::rangesOfFramesAreDeleted()
     QCOMPARE(edit(QStringLiteral("--object 1 --delete 2-2")).status, 0);
     QCOMPARE(objectIn(m_fixture->plugin(), m_document, 1).frames,
              QStringList(QStringLiteral("film_1 #ff0000 4x3")));
-}
-
-void TestEditObject::framesPerSecondAreRounded_data()
-{
-    QTest::addColumn<QString>("fps");
-    QTest::addColumn<int>("intervalMs");
-    const auto row = [](const char *fps, int intervalMs) {
-        QTest::newRow(fps) << QString::fromLatin1(fps) << intervalMs;
-    };
-    row("25", 40);
-    row("24", 42);
-    row("12.5", 80);
-    row("0.001", 1000000);
-    row("1000", 1);
-    row("667", 1);
-    row("60", 17);
-}
-
-void TestEditObject::framesPerSecondAreRounded()
-{
-    QFETCH(QString, fps);
-    QCOMPARE(edit(QStringLiteral("--object 1 --fps ") + fps).status, 0);
-    QTEST(objectIn(m_fixture->plugin(), m_document, 1).intervalMs, "intervalMs");
 }
 
 void TestEditObject::infoTellsTheRotation()

@@ -4,6 +4,7 @@
 #include "flipbook/object/animatedobject.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"
+#include "tests/flipbook/objectstate.h"
 #include "tests/support/pictures.h"
 
 #include <QtCore/QDir>
@@ -27,6 +28,8 @@ private Q_SLOTS:
     void anyNameComesBack();
     void theNamesOfAForeignFolderAreUsed();
     void pictureFilesOnAPageGiveTheirNames();
+    void insertedPhotosKeepTheirNumbers();
+    void aNameThatIsTakenGetsANumberAndIsTold();
 };
 
 void TestFrameNames::aTakenNameGetsTheFirstFreeNumber_data()
@@ -244,6 +247,52 @@ void TestFrameNames::pictureFilesOnAPageGiveTheirNames()
     QVERIFY2(info.out.contains(QStringLiteral("object 1, \"IMG_0001\"")), qPrintable(info.out));
     QVERIFY2(info.out.contains(QStringLiteral("frames    1, named IMG_0001\n")),
              qPrintable(info.out));
+}
+
+void TestFrameNames::insertedPhotosKeepTheirNumbers()
+{
+    DocumentFixture fixture;
+    const QString file = fixture.path(QStringLiteral("photos.flipbook"));
+    saveDocument(*fixture.document({Qt::red}), file);
+    QStringList words = {QStringLiteral("edit"), file};
+    for (int i = 1; i <= 4; ++i) {
+        const QString photo =
+            fixture.path(QStringLiteral("IMG_%1.png").arg(i, 4, 10, QLatin1Char('0')));
+        QVERIFY(Pictures::solid(4, 3, Qt::yellow).save(photo));
+        words << QStringLiteral("--insert")
+              << QStringLiteral("%1=%2").arg(QString::number(i), photo);
+    }
+    words << QStringLiteral("--delete") << QStringLiteral("5");
+    const FlipbookRun run = flipbook(words);
+    QCOMPARE(run.out + run.err, QString());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(objectIn(fixture.plugin(), file).frames,
+             QStringList(
+                 {QStringLiteral("IMG_0001 #ffff00 4x3"), QStringLiteral("IMG_0002 #ffff00 4x3"),
+                  QStringLiteral("IMG_0003 #ffff00 4x3"), QStringLiteral("IMG_0004 #ffff00 4x3")}));
+}
+
+void TestFrameNames::aNameThatIsTakenGetsANumberAndIsTold()
+{
+    DocumentFixture fixture;
+    const QString file = fixture.path(QStringLiteral("suns.flipbook"));
+    saveDocument(*fixture.document({Qt::red}), file);
+    const QString sun = fixture.path(QStringLiteral("sun.png"));
+    QVERIFY(Pictures::solid(4, 3, Qt::yellow).save(sun));
+    const FlipbookRun run = flipbook({QStringLiteral("edit"), file, QStringLiteral("--replace-all"),
+                                      sun, QStringLiteral("--insert"), QStringLiteral("2=") + sun,
+                                      QStringLiteral("--insert"), QStringLiteral("1=") + sun});
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err,
+             QStringLiteral("flipbook: %1: warning: %2: the name 'sun' is taken; the frame "
+                            "is called 'sun (2)'\n"
+                            "flipbook: %1: warning: %2: the name 'sun' is taken; the frame "
+                            "is called 'sun (3)'\n")
+                 .arg(file, sun));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(objectIn(fixture.plugin(), file).frames,
+             QStringList({QStringLiteral("sun (3) #ffff00 4x3"), QStringLiteral("sun #ffff00 4x3"),
+                          QStringLiteral("sun (2) #ffff00 4x3")}));
 }
 
 QTEST_MAIN(TestFrameNames)

@@ -15,7 +15,6 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
-#include <QtCore/QSet>
 
 #include <algorithm>
 
@@ -27,28 +26,14 @@ QString fileName(const QString &path)
     return QFileInfo(QDir::cleanPath(path)).fileName();
 }
 
-/// The name of a repeat: the first that is free.
-QString repeatName(const QString &name, QSet<QString> &taken)
-{
-    int number = 2;
-    QString candidate;
-    do {
-        candidate = QStringLiteral("%1 (%2)").arg(name, QString::number(number++));
-    } while (taken.contains(candidate));
-    taken.insert(candidate);
-    return candidate;
-}
-
 Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
 {
-    QSet<QString> taken;
-    for (const auto &frame : frames)
-        taken.insert(frame.first);
+    FrameNames names(frames);
     Plugin::Frames result;
     for (int i = 0; i < frames.size(); ++i) {
         result.append(frames.at(i));
         for (int repeat = 1; repeat < plan.repeats.value(i, 1); ++repeat)
-            result.append({repeatName(frames.at(i).first, taken), frames.at(i).second});
+            result.append({names.give(frames.at(i).first), frames.at(i).second});
     }
     return result;
 }
