@@ -11,11 +11,11 @@ BaseState CBaseObject::state() const
 
 void CBaseObject::restore(const BaseState &state)
 {
+    geometryAboutToChange();
     m_objectId = state.objectId;
     m_editable = state.editable;
     setFlag(ItemIsSelectable, m_editable);
     m_otherParams = state.otherParams;
-    geometryAboutToChange();
     m_pos = state.pos;
     m_rect = QRectF(QPointF(0, 0), state.size);
     m_rotateType = state.rotateType;

@@ -2,6 +2,7 @@
 
 #include <QtGui/QPainter>
 
+#include <cmath>
 #include <limits>
 
 namespace CostumeCanvas
@@ -14,7 +15,7 @@ namespace
 int truncated(double value)
 {
     constexpr double limit = std::numeric_limits<int>::max();
-    return value > -limit && value < limit ? int(value) : 0;
+    return std::abs(value) < limit ? int(value) : 0;
 }
 
 QSize truncated(const QSizeF &size)

@@ -16,7 +16,7 @@ bool paintsPixels(const QPainter &painter)
     if (!engine || engine->type() != QPaintEngine::Raster)
         return false;
     const QPaintDevice *device = engine->paintDevice();
-    if (!device || device->devType() != QInternal::Image)
+    if (device->devType() != QInternal::Image)
         return false;
     const QImage::Format format = static_cast<const QImage *>(device)->format();
     return format == QImage::Format_ARGB32_Premultiplied || format == QImage::Format_RGB32;

@@ -11,7 +11,8 @@ namespace
 using Change = std::function<void(CBaseObject &)>;
 
 /// What changes of an object together.
-struct Geometry {
+struct State {
+    int id;
     QPointF pos;
     QSizeF size;
     double degrees;
@@ -19,22 +20,23 @@ struct Geometry {
     bool isMirrored;
     bool isFlipped;
 
-    bool operator==(const Geometry &other) const
+    bool operator==(const State &other) const
     {
-        return pos == other.pos && size == other.size && degrees == other.degrees &&
-               rotateType == other.rotateType && isMirrored == other.isMirrored &&
-               isFlipped == other.isFlipped;
+        return id == other.id && pos == other.pos && size == other.size &&
+               degrees == other.degrees && rotateType == other.rotateType &&
+               isMirrored == other.isMirrored && isFlipped == other.isFlipped;
     }
 };
 
-Geometry geometryOf(CGDRootObject &object)
+State stateOf(CBaseObject &object)
 {
-    return {object.getPos(),          object.getSize(),    object.getKTRotateDegree(),
-            object.getKTRotateType(), object.isMirrored(), object.isFlipped()};
+    return {object.objectId(),          object.CGDRootObject::getPos(), object.getSize(),
+            object.getKTRotateDegree(), object.getKTRotateType(),       object.isMirrored(),
+            object.isFlipped()};
 }
 
-/// An object at (10, 20) of 100 x 50, turned by 30 degrees, that remembers its geometry whenever it
-/// is told that this is about to change, and that it has changed.
+/// An object at (10, 20) of 100 x 50, turned by 30 degrees, that remembers its state whenever it is
+/// told that its geometry is about to change, and that it has changed.
 struct Told : CBaseObject {
     Told()
         : CBaseObject(7, true, nullptr, nullptr)
@@ -46,18 +48,18 @@ struct Told : CBaseObject {
         after.clear();
     }
 
-    QVector<Geometry> before;
-    QVector<Geometry> after;
+    QVector<State> before;
+    QVector<State> after;
 
 protected:
     void geometryAboutToChange() override
     {
-        before.append(geometryOf(*this));
+        before.append(stateOf(*this));
         CBaseObject::geometryAboutToChange();
     }
     void geometryChanged(bool notify) override
     {
-        after.append(geometryOf(*this));
+        after.append(stateOf(*this));
         CBaseObject::geometryChanged(notify);
     }
 };
@@ -89,6 +91,7 @@ class TestFrameworkChanges : public QObject
 private Q_SLOTS:
     void aChangeIsToldBeforeAndAfterIt_data();
     void aChangeIsToldBeforeAndAfterIt();
+    void theSamePlaceIsNoChange();
 };
 
 void TestFrameworkChanges::aChangeIsToldBeforeAndAfterIt_data()
@@ -98,6 +101,12 @@ void TestFrameworkChanges::aChangeIsToldBeforeAndAfterIt_data()
     row("position", [](CBaseObject &object) { object.CGDRootObject::setPos({5, 6}, false); });
     row("size", [](CBaseObject &object) { object.setSize({60, 70}, true, false); });
     row("centre", [](CBaseObject &object) { object.setCenterPos({5, 6}, {7, 8}, 9, false); });
+    row("centre alone", [](CBaseObject &object) {
+        object.setCenterPos({5, 6}, {100, 50}, 30, false);
+    });
+    row("size from the corner", [](CBaseObject &object) {
+        object.setCenterPos({40, 40}, {60, 40}, 30, false);
+    });
     row("mirror", [](CBaseObject &object) { object.setMirror(true, false); });
     row("flip", [](CBaseObject &object) { object.setFlip(true, false); });
     row("angle", [](CBaseObject &object) { object.setRotate(60, false); });
@@ -112,14 +121,21 @@ void TestFrameworkChanges::aChangeIsToldBeforeAndAfterIt()
 {
     QFETCH(Change, change);
     Told object;
-    const Geometry old = geometryOf(object);
+    const State old = stateOf(object);
     change(object);
-    const Geometry now = geometryOf(object);
+    const State now = stateOf(object);
     QVERIFY(!(now == old));
     QVERIFY(!object.before.isEmpty());
     QVERIFY(object.before.first() == old);
     QVERIFY(!object.after.isEmpty());
     QVERIFY(object.after.last() == now);
+}
+
+void TestFrameworkChanges::theSamePlaceIsNoChange()
+{
+    Told object;
+    object.setCenterPos({60, 45}, {100, 50}, 30, false);
+    QVERIFY(object.before.isEmpty());
 }
 
 QTEST_MAIN(TestFrameworkChanges)

@@ -3,19 +3,25 @@
 
 #include <QtTest/QTest>
 
-/// What is left where memory ends while a hit path is computed.
+/// What is left where memory ends while the shape of a picture is computed.
 class TestPathWithoutMemory : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
     void thePathOfTheSizeBeforeIsComputedAgain();
+    void aPictureIsNotReduced();
 };
 
-void TestPathWithoutMemory::thePathOfTheSizeBeforeIsComputedAgain()
+void TestPathWithoutMemory::init()
 {
     if (!FailingAllocations::isPossible())
         QSKIP("the sanitizers have allocators of their own");
+}
+
+void TestPathWithoutMemory::thePathOfTheSizeBeforeIsComputedAgain()
+{
     Stage stage(solidFrames({{8, 6}}));
     stage.document.setAlternateMode(1);
     // The last column of an opaque picture does not count.
@@ -29,6 +35,20 @@ void TestPathWithoutMemory::thePathOfTheSizeBeforeIsComputedAgain()
 
     stage->setSize(QSizeF(8, 6), false, true);
     QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 7, 6));
+}
+
+void TestPathWithoutMemory::aPictureIsNotReduced()
+{
+    Stage stage;
+    QImage source(40, 40, QImage::Format_ARGB32_Premultiplied);
+    source.fill(Qt::black);
+    QImage reduced;
+    FailingAllocations::failAt(1);
+    const bool isReduced = stage->getImageForPath(source, reduced, 10);
+    QVERIFY(FailingAllocations::stop());
+    QVERIFY(!isReduced);
+    QVERIFY(stage->getImageForPath(source, reduced, 10));
+    QCOMPARE(reduced.size(), QSize(10, 10));
 }
 
 QTEST_MAIN(TestPathWithoutMemory)
