@@ -7,7 +7,7 @@
 namespace
 {
 
-const QRectF A4(0, 0, 210, 297);
+const QRectF paper(0, 0, 210, 297);
 
 int historyLength()
 {
@@ -41,9 +41,9 @@ private:
 void TestFrameworkPageTaking::init()
 {
     m_document = std::make_unique<Document>();
-    m_first = m_document->addPage(A4);
-    m_second = m_document->addPage(A4);
-    m_third = m_document->addPage(A4);
+    m_first = m_document->addPage(paper);
+    m_second = m_document->addPage(paper);
+    m_third = m_document->addPage(paper);
 }
 
 void TestFrameworkPageTaking::cleanup()

@@ -28,6 +28,22 @@ public:
     std::function<void()> asked;
 };
 
+/// A document that looks at what is saved already when it is asked to save pictures.
+class WatchedDocument : public Document
+{
+public:
+    void jsonImageList(QJsonObject &json, QList<QImage> &images, const QString &key,
+                       bool saving) override
+    {
+        hadFlag = json.contains(QLatin1String("IsGif"));
+        hadInterval = json.contains(QLatin1String("ShiftInterval"));
+        Document::jsonImageList(json, images, key, saving);
+    }
+
+    bool hadFlag = false;
+    bool hadInterval = true;
+};
+
 } // namespace
 
 /// When the object asks its host for what, while it is saved.
@@ -38,6 +54,7 @@ class TestFormHostCalls : public QObject
 private Q_SLOTS:
     void theBaseIsInTheStreamBeforeTheDocumentIsAsked();
     void theBaseIsInTheJsonBeforeTheDocumentIsAsked();
+    void picturesAreBetweenTheFlagAndTheInterval();
 };
 
 void TestFormHostCalls::theBaseIsInTheStreamBeforeTheDocumentIsAsked()
@@ -65,6 +82,19 @@ void TestFormHostCalls::theBaseIsInTheJsonBeforeTheDocumentIsAsked()
     QVERIFY(stage->saveJson(json));
     page.asked = nullptr;
     QCOMPARE(hadBase, QVector<bool>{true});
+}
+
+void TestFormHostCalls::picturesAreBetweenTheFlagAndTheInterval()
+{
+    WatchedDocument document;
+    Stage stage(solidFrames({{8, 6}}));
+    WatchedPage page(&document);
+    page.addObject(stage.image);
+    QJsonObject json;
+    QVERIFY(stage->saveJson(json));
+    QVERIFY(document.hadFlag);
+    QVERIFY(!document.hadInterval);
+    stage.release();
 }
 
 QTEST_MAIN(TestFormHostCalls)
