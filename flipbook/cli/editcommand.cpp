@@ -7,6 +7,7 @@
 #include "flipbook/document/documentlimits.h"
 #include "flipbook/document/documentlock.h"
 #include "flipbook/editing/editoperation.h"
+#include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
 
 #include <QtCore/QHash>
@@ -85,6 +86,9 @@ void choose(EditTarget &target, const QCommandLineParser &line, const QString &p
 void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
+    if (isStandardInput(path))
+        throw UsageError{QStringLiteral("a document on standard input cannot be edited, since it "
+                                        "could not be written back; name a file")};
     const Edit edit = editOf(line);
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);

@@ -37,7 +37,8 @@ QByteArray apng(int number, bool hasStill)
     ApngBuilder builder(QSize(2, 1), number);
     if (hasStill)
         builder.still(pixelRow({green, green}));
-    for (const FilmFrame &frame : frames(number))
+    const QVector<FilmFrame> all = frames(number);
+    for (const FilmFrame &frame : all)
         builder.add(frame);
     return builder.data();
 }
