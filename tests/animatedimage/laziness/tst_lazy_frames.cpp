@@ -47,6 +47,7 @@ private Q_SLOTS:
     void theShapeIsWorkedOutForTheFrameShown();
     void resizingLeavesFramesAlone();
     void aSecondUpdateLeavesTheListAsItIs();
+    void framesThatHoldTheirRegionsAreToldApart();
     void theShapeIsRememberedWithoutMemory();
     void withoutMemoryTheShapeIsEmptyAndComesBack();
     void takingOverAnotherStateWorksNothingOut();
@@ -139,6 +140,19 @@ void TestLazyFrames::aSecondUpdateLeavesTheListAsItIs()
     const QList<CAnimatedPortrait> shared = stage.probe.storedFrames();
     stage->setSize(QSizeF(40, 50), false, true);
     QVERIFY(stage.probe.storedFrames().isSharedWith(shared));
+}
+
+void TestLazyFrames::framesThatHoldTheirRegionsAreToldApart()
+{
+    Stage stage({Pictures::fromText({"##..", "....", "...."}),
+                 Pictures::fromText({"....", "....", ".##."})});
+    stage.document.setAlternateMode(1);
+    // Asked for by a test, the frames hold their regions; another size makes their paths noted.
+    QCOMPARE(stage.probe.frames().size(), 2);
+    stage->setSize(QSizeF(8, 6), false, true);
+    QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 4, 2));
+    stage.probe.runningIndex() = 1;
+    QCOMPARE(stage->shape().boundingRect(), QRectF(2, 4, 4, 2));
 }
 
 void TestLazyFrames::theShapeIsRememberedWithoutMemory()

@@ -11,6 +11,7 @@ class TestPathWithoutMemory : public QObject
 private Q_SLOTS:
     void init();
     void thePathOfTheSizeBeforeIsComputedAgain();
+    void aShapeThatIsAskedForAgainTakesNone();
     void aPictureIsNotReduced();
 };
 
@@ -35,6 +36,21 @@ void TestPathWithoutMemory::thePathOfTheSizeBeforeIsComputedAgain()
 
     stage->setSize(QSizeF(8, 6), false, true);
     QCOMPARE(stage->shape().boundingRect(), QRectF(0, 0, 7, 6));
+}
+
+void TestPathWithoutMemory::aShapeThatIsAskedForAgainTakesNone()
+{
+    Stage stage(solidFrames({{8, 6}}));
+    // While it is presented, and while it is edited, with handles.
+    for (const int mode : {1, 0}) {
+        stage.document.setAlternateMode(mode);
+        const QPainterPath first = stage->shape();
+        FailingAllocations::failAt(1);
+        const QPainterPath again = stage->shape();
+        QVERIFY(!FailingAllocations::stop());
+        QVERIFY(!again.isEmpty());
+        QCOMPARE(again, first);
+    }
 }
 
 void TestPathWithoutMemory::aPictureIsNotReduced()
