@@ -327,6 +327,14 @@ void TestPictureSeries::standardInputIsAddedToADocument()
     QCOMPARE(
         objectIn(m_fixture->plugin(), m_document, 1).frames,
         QStringList({QStringLiteral("film_1 #ff0000 4x3"), QStringLiteral("film_2 #00ff00 4x3")}));
+    // There is nowhere to write it.
+    const QByteArray document = bytesOf(m_document);
+    const FlipbookRun edit = flipbookReading(
+        document, {QStringLiteral("edit"), QStringLiteral("-"), QStringLiteral("--mirror")});
+    QCOMPARE(edit.status, 2);
+    const FlipbookRun info =
+        flipbookReading(document, {QStringLiteral("info"), QStringLiteral("-")});
+    QVERIFY2(info.out.contains(QStringLiteral("object 1, \"film\"")), qPrintable(info.out));
     const FlipbookRun twice =
         flipbookReading(film, {QStringLiteral("info"), QStringLiteral("-"), QStringLiteral("-")});
     QCOMPARE(twice.status, 2);
