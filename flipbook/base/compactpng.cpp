@@ -12,6 +12,11 @@ namespace
 
 constexpr int MostColors = 256;
 
+// How hard a file is compressed. Without a palette more than usual takes several times as long, and
+// gains a few per cent.
+constexpr int Smallest = 100;
+constexpr int Usual = -1;
+
 /// The colours of @p image, which has 32 bits a pixel; empty when they are too many. Transparent
 /// ones come first: a PNG lists the opacity of colours up to the last that is not opaque.
 QVector<QRgb> colorsOf(const QImage &image)
@@ -58,28 +63,42 @@ bool isOpaque(const QImage &image)
     return true;
 }
 
-QImage compact(const QImage &image)
+/// @p image as 32 bits a pixel, without a colour space.
+QImage plain(const QImage &image)
 {
-    QImage plain = image.convertToFormat(QImage::Format_ARGB32);
-    plain.setColorSpace(QColorSpace());
-    const QVector<QRgb> colors = colorsOf(plain);
-    if (!colors.isEmpty())
-        return withPalette(plain, colors);
-    if (isOpaque(plain))
-        plain = plain.convertToFormat(QImage::Format_RGB32);
-    return plain;
+    QImage result = image.convertToFormat(QImage::Format_ARGB32);
+    result.setColorSpace(QColorSpace());
+    return result;
+}
+
+QByteArray written(const QImage &image, int compression)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "png");
+    writer.setCompression(compression);
+    return writer.write(image) ? buffer.data() : QByteArray();
 }
 
 } // namespace
 
-QByteArray compactPng(const QImage &image)
+QByteArray palettePng(const QImage &image)
 {
-    constexpr int smallest = 100;
     if (image.isNull())
         return {};
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "png");
-    writer.setCompression(smallest);
-    return writer.write(compact(image)) ? buffer.data() : QByteArray();
+    const QImage picture = plain(image);
+    const QVector<QRgb> colors = colorsOf(picture);
+    return colors.isEmpty() ? QByteArray() : written(withPalette(picture, colors), Smallest);
+}
+
+QByteArray compactPng(const QImage &image)
+{
+    if (image.isNull())
+        return {};
+    const QByteArray png = palettePng(image);
+    if (!png.isEmpty())
+        return png;
+    const QImage picture = plain(image);
+    return written(isOpaque(picture) ? picture.convertToFormat(QImage::Format_RGB32) : picture,
+                   Usual);
 }

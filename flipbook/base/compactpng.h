@@ -7,3 +7,6 @@
 /// which browsers would shift its colours. Empty when it cannot be written, such as a picture
 /// without pixels. Needs up to twice the memory of the picture while it works.
 QByteArray compactPng(const QImage &image);
+
+/// The same only where it has at most 256 different colours; empty otherwise.
+QByteArray palettePng(const QImage &image);

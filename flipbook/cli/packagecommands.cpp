@@ -1,4 +1,5 @@
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/console.h"
@@ -53,10 +54,13 @@ Sprite exported(SpriteExporter &exporter, CBaseObject &object, const QString &pa
     }
 }
 
-void warn(const SpriteExporter &exporter, const QString &path)
+void warn(const SpriteExporter &exporter, const QString &path, const QByteArray &package)
 {
     for (const QString &remark : exporter.remarks())
         Console::warn(path, remark);
+    if (package.size() > ManyBytes)
+        Console::warn(path, QStringLiteral("the file has %1; fewer or smaller frames help")
+                                .arg(MemoryBudget::text(package.size())));
 }
 
 bool withScripts(const QCommandLineParser &line)
@@ -79,8 +83,9 @@ void runSprite(const QCommandLineParser &line)
     SpriteExporter exporter(plugin, placementOf(opened, pageOf(object)), withScripts(line),
                             reading.memory());
     const Sprite sprite = exported(exporter, object, path, opened.delaysMs());
-    writeFile(output, spritePackage(sprite));
-    warn(exporter, output);
+    const QByteArray package = spritePackage(sprite);
+    writeFile(output, package);
+    warn(exporter, output, package);
 }
 
 void runProject(const QCommandLineParser &line)
@@ -103,8 +108,9 @@ void runProject(const QCommandLineParser &line)
         sprites.append(exported(exporter, *object, path, delaysMs));
         progress.setDone(sprites.size());
     }
-    writeFile(output, projectPackage(sprites));
-    warn(exporter, output);
+    const QByteArray package = projectPackage(sprites);
+    writeFile(output, package);
+    warn(exporter, output, package);
 }
 
 QCommandLineOption noScriptOption()

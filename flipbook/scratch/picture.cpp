@@ -1,32 +1,45 @@
 #include "flipbook/scratch/picture.h"
 
+#include "flipbook/base/compactpng.h"
 #include "flipbook/base/failure.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QCryptographicHash>
-#include <QtGui/QColorSpace>
-#include <QtGui/QImageWriter>
+#include <QtGui/QImageReader>
 
 namespace Scratch
 {
 
+namespace
+{
+
+QSize pictureSize(const QByteArray &png)
+{
+    QByteArray bytes = png;
+    QBuffer buffer(&bytes);
+    return QImageReader(&buffer, "png").size();
+}
+
+} // namespace
+
 Costume costumeOf(const QString &name, const QImage &image)
 {
-    QImage plain = image;
-    plain.setColorSpace(QColorSpace());
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "png");
-    if (!writer.write(plain))
-        throw Failure{name,
-                      QStringLiteral("its picture cannot be written: ") + writer.errorString()};
+    const QByteArray png = compactPng(image);
+    if (png.isEmpty())
+        throw Failure{name, QStringLiteral("its picture cannot be written")};
 
+    return costumeOfPng(name, png);
+}
+
+Costume costumeOfPng(const QString &name, const QByteArray &png)
+{
     Costume costume;
     costume.name = name;
-    costume.png = buffer.data();
+    costume.png = png;
     costume.digest =
-        QString::fromLatin1(QCryptographicHash::hash(costume.png, QCryptographicHash::Md5).toHex());
-    costume.rotationCenter = QPointF(image.width(), image.height()) / 2.0;
+        QString::fromLatin1(QCryptographicHash::hash(png, QCryptographicHash::Md5).toHex());
+    const QSize size = pictureSize(png);
+    costume.rotationCenter = QPointF(size.width(), size.height()) / 2.0;
     return costume;
 }
 

@@ -1,5 +1,6 @@
 #include "flipbook/scratch/spriteexport.h"
 
+#include "flipbook/base/compactpng.h"
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
@@ -12,6 +13,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonObject>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QPainter>
 #include <QtGui/QTransform>
 
 #include <algorithm>
@@ -24,9 +26,8 @@ namespace Scratch
 namespace
 {
 
-/// Beyond these Scratch is slow to load a sprite, and may fail to.
+/// Beyond this Scratch is slow to load a sprite, and may fail to.
 constexpr int ManyCostumes = 200;
-constexpr qint64 ManyBytes = qint64(10) * 1024 * 1024;
 
 /// Gives every frame the size that it has during playback: each step scales them all like the
 /// frame that was shown.
@@ -70,6 +71,11 @@ Playback playbackOf(AnimatedObject &object, const QVector<int> &delaysMs)
     return playback;
 }
 
+QByteArray smallest(const QByteArray &png, const QByteArray &other)
+{
+    return !other.isEmpty() && other.size() < png.size() ? other : png;
+}
+
 /// Whether the PNG file @p bytes was written to its end; on a full disk it was not.
 bool isComplete(const QByteArray &bytes)
 {
@@ -104,13 +110,19 @@ Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name,
     sprite.shownCostume = qBound(0, object.shownIndex(), object.frameCount() - 1);
     sprite.playback = playbackOf(object, delaysMs);
     sprite.hasScript = m_withScripts;
-    sprite.costumes = costumesOf(object, name);
-
     sprite.size = 100.0 * m_placement.scale();
-    // A single frame is never resized by a step: its costume may differ from the object.
-    const double costumeWidth = sprite.costumes.constFirst().rotationCenter.x();
-    if (sprite.costumes.size() == 1 && costumeWidth > 0.0)
-        sprite.size *= size.width() / costumeWidth;
+    const double unitsPerPixel = m_placement.scale() * size.width() / base.getImageSize().width();
+    // The stage shows no more than these pixels: twice as many would only take room.
+    if (unitsPerPixel * BitmapResolution < 1.0 && !isStretched(size, base.getImageSize())) {
+        sprite.costumes = framesOf(object, name);
+        sprite.size = 100.0 * unitsPerPixel * BitmapResolution;
+    } else {
+        sprite.costumes = costumesOf(object, name);
+        // A single frame is never resized by a step: its costume may differ from the object.
+        const double costumeWidth = sprite.costumes.constFirst().rotationCenter.x();
+        if (sprite.costumes.size() == 1 && costumeWidth > 0.0)
+            sprite.size *= size.width() / costumeWidth;
+    }
     sprite.size *= shrinkToTexture(sprite);
     place(sprite, m_placement.toStage(QRectF(base.CGDRootObject::getPos(), size).center()));
     if (isStretched(size, base.getImageSize()))
@@ -143,24 +155,75 @@ void SpriteExporter::requireMemory(AnimatedObject &object, const QString &name) 
     m_memory.require(std::max(Saturating::product(bytes, pictures), all), name, what);
 }
 
-/// A costume as its description and its file in @p folder give it.
-Costume SpriteExporter::readCostume(const QJsonObject &json, const QString &folder,
-                                    const QString &objectName)
+/// The picture of a costume as the object wrote it into @p folder.
+QByteArray SpriteExporter::readPicture(const QJsonObject &json, const QString &folder,
+                                       const QString &objectName) const
 {
-    Costume costume;
-    costume.digest = json.value(QLatin1String("assetId")).toString();
-    costume.rotationCenter = QPointF(json.value(QLatin1String("rotationCenterX")).toDouble(),
-                                     json.value(QLatin1String("rotationCenterY")).toDouble());
+    const bool hasDigest = !json.value(QLatin1String("assetId")).toString().isEmpty();
     QFile file(folder + json.value(QLatin1String("md5ext")).toString());
-    if (!costume.digest.isEmpty() && file.open(QIODevice::ReadOnly)) {
-        // Once as a costume, and once in the package.
-        m_memory.require(2 * file.size(), objectName, QStringLiteral("its costumes"));
-        costume.png = file.readAll();
-        m_memory.take(2 * file.size());
+    QByteArray png;
+    if (hasDigest && file.open(QIODevice::ReadOnly)) {
+        m_memory.require(file.size(), objectName, QStringLiteral("its costumes"));
+        png = file.readAll();
     }
-    if (!isComplete(costume.png))
+    if (!isComplete(png))
         throw Failure{objectName, QStringLiteral("its costumes could not be written")};
+    return png;
+}
+
+/// The costume of a description, as a small file. A sprite cannot be mirrored or flipped as an
+/// object can: its pictures are.
+Costume SpriteExporter::costumeAs(const QJsonObject &json, const QByteArray &png,
+                                  const CBaseObject &object, const QString &objectName)
+{
+    const bool isMirrored = object.isMirrored();
+    const bool isFlipped = object.isFlipped();
+    const QImage picture = QImage::fromData(png, "PNG").mirrored(isMirrored, isFlipped);
+    Costume costume;
+    if (isMirrored || isFlipped)
+        costume = costumeOf(objectName, picture);
+    else
+        costume = costumeOfPng(objectName, smallest(png, palettePng(picture)));
+    const QPointF center(json.value(QLatin1String("rotationCenterX")).toDouble(),
+                         json.value(QLatin1String("rotationCenterY")).toDouble());
+    costume.rotationCenter = {isMirrored ? picture.width() - center.x() : center.x(),
+                              isFlipped ? picture.height() - center.y() : center.y()};
+    count(costume, objectName);
     return costume;
+}
+
+/// Counts a costume, and its picture in the package.
+void SpriteExporter::count(const Costume &costume, const QString &objectName)
+{
+    const qint64 bytes = 2 * qint64(costume.png.size());
+    m_memory.require(bytes, objectName, QStringLiteral("its costumes"));
+    m_memory.take(bytes);
+}
+
+/// The frames pixel by pixel, in the middle of pictures of one size.
+QVector<Costume> SpriteExporter::framesOf(AnimatedObject &object, const QString &name)
+{
+    const CBaseObject &base = object.base();
+    const Plugin::Frames frames = m_plugin.frames(object.base());
+    QSize largest;
+    for (const auto &frame : frames)
+        largest = largest.expandedTo(frame.second.size());
+    QVector<Costume> costumes;
+    QSet<QString> takenNames;
+    for (const auto &frame : frames) {
+        QImage canvas(largest, QImage::Format_ARGB32);
+        canvas.fill(Qt::transparent);
+        QPainter painter(&canvas);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage((largest.width() - frame.second.width()) / 2,
+                          (largest.height() - frame.second.height()) / 2, frame.second);
+        painter.end();
+        Costume costume = costumeOf(name, canvas.mirrored(base.isMirrored(), base.isFlipped()));
+        costume.name = Names::costume(frame.first, takenNames);
+        count(costume, name);
+        costumes.append(costume);
+    }
+    return costumes;
 }
 
 QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QString &name)
@@ -169,23 +232,13 @@ QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QStrin
     if (!folder.isValid())
         throw Failure{name, folder.errorString()};
     const QString prefix = folder.path() + QLatin1Char('/');
-    const bool isMirrored = object.base().isMirrored();
-    const bool isFlipped = object.base().isFlipped();
 
     QVector<Costume> costumes;
     QSet<QString> takenNames;
     const QJsonArray list = object.base().generateCostumesCode(prefix);
     for (const QJsonValue &value : list) {
         const QJsonObject json = value.toObject();
-        Costume costume = readCostume(json, prefix, name);
-        // A sprite cannot be mirrored or flipped as an object can: its pictures are.
-        if (isMirrored || isFlipped) {
-            const QPointF center = costume.rotationCenter;
-            const QImage picture = pictureOf(costume).mirrored(isMirrored, isFlipped);
-            costume = costumeOf(name, picture);
-            costume.rotationCenter = {isMirrored ? picture.width() - center.x() : center.x(),
-                                      isFlipped ? picture.height() - center.y() : center.y()};
-        }
+        Costume costume = costumeAs(json, readPicture(json, prefix, name), object.base(), name);
         costume.name = Names::costume(json.value(QLatin1String("name")).toString(), takenNames);
         costumes.append(costume);
     }

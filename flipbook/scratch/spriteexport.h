@@ -7,6 +7,7 @@
 #include <QtCore/QStringList>
 
 class AnimatedObject;
+class CBaseObject;
 class MemoryAccount;
 class Plugin;
 class QImage;
@@ -17,6 +18,10 @@ namespace Scratch
 
 /// The longest side of a picture that Scratch's renderer is sure to draw, in pixels.
 constexpr int MaxPictureSide = 8192;
+
+/// Of pictures or packages: with more, Scratch is slow to load a sprite, and may fail to. It refuses
+/// single pictures of more than 10 MB.
+constexpr qint64 ManyBytes = qint64(10) * 1024 * 1024;
 
 /// Makes sprites of the objects of one page.
 class SpriteExporter
@@ -42,7 +47,12 @@ public:
 private:
     void requireMemory(AnimatedObject &object, const QString &name) const;
     QVector<Costume> costumesOf(AnimatedObject &object, const QString &name);
-    Costume readCostume(const QJsonObject &json, const QString &folder, const QString &objectName);
+    QVector<Costume> framesOf(AnimatedObject &object, const QString &name);
+    void count(const Costume &costume, const QString &objectName);
+    QByteArray readPicture(const QJsonObject &json, const QString &folder,
+                           const QString &objectName) const;
+    Costume costumeAs(const QJsonObject &json, const QByteArray &png, const CBaseObject &object,
+                      const QString &objectName);
     double shrinkToTexture(Sprite &sprite);
     void remarkOnAmount(const Sprite &sprite);
 

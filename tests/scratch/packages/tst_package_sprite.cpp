@@ -163,6 +163,36 @@ private Q_SLOTS:
                                 "draw, and were reduced to 8192 x 2")));
     }
 
+    void aFilmThatTheStageShowsAtLessThanHalfKeepsItsPixels()
+    {
+        load("walk.gif");
+        m_object->setPos(QPointF(640, 460), false);
+        // The stage has a third of a unit for each of this page, in the middle of which it is.
+        const Sprite sprite = exported(QRectF(0, 0, 1440, 1080));
+        const QImage picture = pictureOf(sprite.costumes.at(0));
+        QCOMPARE(picture.size(), QSize(160, 160));
+        QCOMPARE(sprite.costumes.at(0).rotationCenter, QPointF(80, 80));
+        // Costumes have two pixels to a unit: 160 pixels at 66.7 % are 53.3 units, a third of 160.
+        QCOMPARE(sprite.size, 200.0 / 3.0);
+        QCOMPARE(picture.convertToFormat(QImage::Format_ARGB32),
+                 AnimatedObject(*m_object).frameImage(0).convertToFormat(QImage::Format_ARGB32));
+    }
+
+    void costumesOfFewColoursHaveAPalette()
+    {
+        loadPicture(twoColors());
+        const Sprite few = exported(QRectF(0, 0, 1440, 1080));
+        QCOMPARE(pictureOf(few.costumes.at(0)).format(), QImage::Format_Indexed8);
+        QCOMPARE(pictureOf(few.costumes.at(0)).convertToFormat(QImage::Format_ARGB32), twoColors());
+        QImage many(40, 40, QImage::Format_ARGB32);
+        for (int i = 0; i < 1600; ++i)
+            many.setPixel(i % 40, i / 40, qRgba(i % 256, i / 256, 7, 255 - i % 3));
+        loadPicture(many);
+        const QImage picture = pictureOf(exported(QRectF(0, 0, 1440, 1080)).costumes.at(0));
+        QCOMPARE(picture.format(), QImage::Format_ARGB32);
+        QCOMPARE(picture, many);
+    }
+
     void anObjectWithoutFramesIsRefused()
     {
         makeObject();

@@ -49,11 +49,11 @@ void demand(bool holds, const QString &subject, const QString &reason)
 
 /// The two pixels of a picture that show the corners of a frame, in the frame's own order.
 QPair<QPointF, QPointF> cornersIn(const QSize &picture, const QSizeF &frame, const QSizeF &largest,
-                                  const CBaseObject &object)
+                                  double density, const CBaseObject &object)
 {
     // Frames are in the middle of the canvas, which may have lost a fraction of a pixel.
-    const QPointF middle = QPointF(largest.width(), largest.height());
-    const QPointF half(frame.width(), frame.height());
+    const QPointF middle = QPointF(largest.width(), largest.height()) * density / 2.0;
+    const QPointF half = QPointF(frame.width(), frame.height()) * density / 2.0;
     QPointF first = middle - half;
     QPointF last = middle + half;
     if (object.isMirrored()) {
@@ -104,7 +104,7 @@ QJsonObject expectedCostume(const PackageFile &package, const QJsonObject &sprit
     const QString difference = differenceOf(picture, frame, object);
     demand(difference.isEmpty(), file, difference);
 
-    const auto pixels = cornersIn(picture.size(), frame.size, frame.largest, object);
+    const auto pixels = cornersIn(picture.size(), frame.size, frame.largest, frame.density, object);
     const QPointF first = drawnAt(pixels.first, costume, sprite);
     const QPointF last = drawnAt(pixels.second, costume, sprite);
     demand(isNear(first, corners.first) && isNear(last, corners.second), file,
@@ -126,7 +126,7 @@ QJsonArray expectedCostumes(const PackageFile &package, const QJsonObject &sprit
 {
     CBaseObject &object = *expected.object;
     const AnimatedObject animated(object);
-    const QVector<FramePicture> frames = framePictures(object);
+    const QVector<FramePicture> frames = framePictures(object, scaleTo(stage));
     const QJsonArray found = sprite.value(QLatin1String("costumes")).toArray();
     demand(found.size() == frames.size(), expected.name,
            QStringLiteral("has %1 costumes, not %2").arg(found.size()).arg(frames.size()));

@@ -40,11 +40,11 @@ bool isClose(QRgb a, QRgb b)
            std::abs(qBlue(seenA) - qBlue(seenB)) <= rounding;
 }
 
-/// The frame at twice its size in the middle of a transparent canvas, pixel by pixel.
+/// The frame at the density of its costume in the middle of a transparent canvas, pixel by pixel.
 QImage expectedPicture(const FramePicture &frame)
 {
-    const QSizeF canvasSize = frame.largest * 2.0;
-    const QSizeF size = frame.size * 2.0;
+    const QSizeF canvasSize = frame.largest * frame.density;
+    const QSizeF size = frame.size * frame.density;
     QImage canvas(int(canvasSize.width()), int(canvasSize.height()), QImage::Format_ARGB32);
     canvas.fill(0);
     if (frame.image.isNull())
@@ -64,22 +64,25 @@ QImage expectedPicture(const FramePicture &frame)
 
 } // namespace
 
-QVector<FramePicture> framePictures(CBaseObject &object)
+QVector<FramePicture> framePictures(CBaseObject &object, double stageScale)
 {
     const AnimatedObject animated(object);
     const int count = animated.frameCount();
+    const double shownScale = object.getSize().width() / object.getImageSize().width();
+    const bool isSmall = stageScale * shownScale < 0.5;
     QVector<FramePicture> frames;
     if (count == 1) {
         // There is no other frame to be shown in proportion to: the picture keeps its own size.
         const QSizeF size(animated.frameImage(0).size());
-        return {{animated.frameImage(0), size, size, object.getSize().width() / size.width()}};
+        return {{animated.frameImage(0), size, size, shownScale, isSmall ? 1.0 : 2.0}};
     }
     const QVector<QSizeF> sizes = shownSizes(object);
     QSizeF largest;
     for (const QSizeF &size : sizes)
         largest = largest.expandedTo(size);
     for (int i = 0; i < count; ++i)
-        frames.append({animated.frameImage(i), sizes.at(i), largest, 1.0});
+        frames.append(
+            {animated.frameImage(i), sizes.at(i), largest, 1.0, isSmall ? 1.0 / shownScale : 2.0});
     return frames;
 }
 

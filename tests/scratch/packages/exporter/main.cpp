@@ -148,11 +148,14 @@ void makeOfPages(PackageMaker &maker, const Plugin &plugin, const QDir &samples)
     }
 }
 
-void makeOfGap(PackageMaker &maker)
+void makeOfFolders(PackageMaker &maker)
 {
     const QString gap = maker.path(QStringLiteral("gap"));
     PackageDocuments::writeFolderWithGap(QDir(gap));
     makeBoth(maker, gap, QStringLiteral("gap"));
+    const QString large = maker.path(QStringLiteral("large"));
+    PackageDocuments::writeLargeFolder(QDir(large));
+    makeBoth(maker, large, QStringLiteral("large"));
 }
 
 int makeOfCorpus(PackageMaker &maker)
@@ -189,7 +192,7 @@ int run(const QStringList &arguments)
         makeOfPlaying(maker, samples);
         makeOfNames(maker, plugin);
         makeOfPages(maker, plugin, samples);
-        makeOfGap(maker);
+        makeOfFolders(maker);
     }
     std::printf("%d packages are what their objects show\n", maker.count());
     return status;

@@ -89,6 +89,16 @@ void writeNamedObjects(const Plugin &plugin, const QStringList &names, const QSt
     saveDocument(document, path);
 }
 
+void writeLargeFolder(const QDir &folder)
+{
+    folder.mkpath(QStringLiteral("."));
+    numbered(0).scaled(1200, 800).save(folder.filePath(QStringLiteral("first.png")));
+    numbered(5).scaled(1001, 901).save(folder.filePath(QStringLiteral("last.png")));
+    writeBytes(folder.filePath(QStringLiteral("config.json")),
+               R"({"ImageList": [{"filename": "first.png"}, {"filename": "last.png"}],)"
+               R"( "ShiftInterval": 120, "LoopCount": -1})");
+}
+
 void writeFolderWithGap(const QDir &folder)
 {
     folder.mkpath(QStringLiteral("."));

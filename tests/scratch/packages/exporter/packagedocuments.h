@@ -20,6 +20,9 @@ void writeNamedFrames(const Plugin &plugin, const QStringList &names, const QStr
 /// A page with an object of one frame for each of these names.
 void writeNamedObjects(const Plugin &plugin, const QStringList &names, const QString &path);
 
+/// A frame folder of two frames of different sizes, which are larger than twice the stage.
+void writeLargeFolder(const QDir &folder);
+
 /// A frame folder of three frames, of which the second has no picture.
 void writeFolderWithGap(const QDir &folder);
 

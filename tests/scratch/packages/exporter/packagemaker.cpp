@@ -9,7 +9,7 @@
 #include "tests/scratch/packages/exporter/expectation.h"
 
 #include <QtCore/QJsonDocument>
-#include <QtGui/QMovie>
+#include <QtGui/QImageReader>
 
 namespace
 {
@@ -25,9 +25,9 @@ bool isSprite(const PackageWish &wish)
 QVector<int> gifDelays(const QString &path)
 {
     QVector<int> delays;
-    QMovie movie(path, "gif");
-    for (int i = 0; movie.jumpToFrame(i) && movie.currentFrameNumber() == i; ++i)
-        delays.append(movie.nextFrameDelay());
+    QImageReader reader(path, "gif");
+    while (reader.canRead() && !reader.read().isNull())
+        delays.append(reader.nextImageDelay());
     return delays;
 }
 
