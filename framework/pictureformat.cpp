@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <utility>
 
 namespace
@@ -94,14 +93,14 @@ QImage takenBare(QImage image)
         keys.isEmpty() || (keys.size() == 1 && image.text(keys.first()).size() < 64);
     if (image.isNull() || !isLight || image.colorSpace().isValid())
         return bare(image);
-    auto holder = std::make_unique<QImage>(std::move(image));
-    uchar *pixels = holder->bits();
-    QImage taken(pixels, holder->width(), holder->height(), holder->bytesPerLine(),
-                 holder->format(), release, holder.get());
+    const QVector<QRgb> colours = image.colorTable();
+    auto *holder = new QImage(std::move(image));
+    QImage taken(holder->bits(), holder->width(), holder->height(), holder->bytesPerLine(),
+                 holder->format(), release, holder);
     if (taken.isNull())
-        return {};
-    taken.setColorTable(holder->colorTable());
-    (void)holder.release();
+        release(holder);
+    else
+        taken.setColorTable(colours);
     return taken;
 }
 

@@ -3,7 +3,7 @@
 namespace
 {
 
-constexpr int MaxCodeSize = 12;
+constexpr int maxCodeSize = 12;
 
 } // namespace
 
@@ -76,6 +76,6 @@ void SlowLzwWalk::addEntry(int length)
         return;
     m_lengths[std::size_t(m_nextCode)] = quint16(length);
     ++m_nextCode;
-    if (m_nextCode == (1 << m_codeSize) && m_codeSize < MaxCodeSize)
+    if (m_nextCode == (1 << m_codeSize) && m_codeSize < maxCodeSize)
         ++m_codeSize;
 }

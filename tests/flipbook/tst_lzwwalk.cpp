@@ -72,9 +72,13 @@ private:
             restart();
             return;
         }
-        if (!m_isFirst && m_nextCode < 4096 && ++m_nextCode == 1 << m_codeSize && m_codeSize < 12)
-            ++m_codeSize;
+        const bool isEntered = !m_isFirst && m_nextCode < 4096;
         m_isFirst = false;
+        if (!isEntered)
+            return;
+        ++m_nextCode;
+        if (m_nextCode == 1 << m_codeSize && m_codeSize < 12)
+            ++m_codeSize;
     }
 
     std::mt19937 &m_random;

@@ -74,7 +74,7 @@ void TestRegionBudget::handlesAreKeptWithThePath()
     const HitPath::Handles handles{QRectF(0, 0, 8, 4), 1.0};
     // Nine ellipses, each of a beginning and four curves of three points.
     QCOMPARE(regions.pathOf(frames.at(0), handles).elementCount(), 10 + 9 * 13);
-    QCOMPARE(regions.keptBytes(), bytesOfCorners + 9 * 13 * 24);
+    QCOMPARE(regions.keptBytes(), bytesOfCorners + qint64(9 * 13 * 24));
     QCOMPARE(regions.pathOf(frames.at(0)).elementCount(), 10);
     const HitPath::Handles larger{QRectF(0, 0, 8, 4), 5.0};
     // Those at the corners reach 7 beyond them, that for rotation 17 above the top.
