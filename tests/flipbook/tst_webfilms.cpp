@@ -3,16 +3,12 @@
 #include "flipbook/base/reading.h"
 #include "flipbook/document/openedfile.h"
 #include "flipbook/import/apngfilm.h"
-#include "flipbook/import/filmcanvas.h"
 #include "flipbook/import/webpfile.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/filmbuilder.h"
 #include "tests/flipbook/flipbookrun.h"
 
-#include <QtCore/QRandomGenerator>
 #include <QtTest/QTest>
-
-#include <cmath>
 
 Q_DECLARE_METATYPE(QVector<QRgb>)
 
@@ -56,27 +52,6 @@ QVector<QVector<QRgb>> pixelsOfAll(const DecodedFilm &film)
     return all;
 }
 
-/// What the formats say of painting one colour over another, in real numbers.
-QRgb paintedOver(QRgb top, QRgb bottom)
-{
-    const double above = qAlpha(top) / 255.0;
-    const double below = qAlpha(bottom) / 255.0 * (1.0 - above);
-    const double both = above + below;
-    if (both == 0.0)
-        return 0;
-    const auto mixed = [&](int one, int other) {
-        return int(std::floor((one * above + other * below) / both + 0.5));
-    };
-    return qRgba(mixed(qRed(top), qRed(bottom)), mixed(qGreen(top), qGreen(bottom)),
-                 mixed(qBlue(top), qBlue(bottom)), int(std::floor(both * 255.0 + 0.5)));
-}
-
-bool areNear(QRgb one, QRgb other)
-{
-    return qAbs(qRed(one) - qRed(other)) <= 1 && qAbs(qGreen(one) - qGreen(other)) <= 1 &&
-           qAbs(qBlue(one) - qBlue(other)) <= 1 && qAlpha(one) == qAlpha(other);
-}
-
 } // namespace
 
 /// Animated PNG and WebP files: their frames, times and repetitions.
@@ -90,7 +65,6 @@ private Q_SLOTS:
     void framesAreBlendedAsTheySay();
     void aFrameIsPutInItsPlace();
     void blendingIsExact();
-    void anyCompositionIsAsTheSlowOne();
     void aPictureForOtherProgramsIsNoFrame();
     void delaysAreTakenAsBrowsersDo();
     void repetitionsAreTakenOver();
@@ -102,7 +76,6 @@ private Q_SLOTS:
     void everyCommandReadsThem();
     void keepTimingWorksForThem();
     void theNameOfTheFileDoesNotMatter();
-    void aStillWebpIsAPicture();
     void theSamplesAreRead();
 
 private:
@@ -182,62 +155,6 @@ void TestWebFilms::blendingIsExact()
                                .add(top)
                                .data();
     QCOMPARE(pixelsOf(apng(png).pictures.at(1)), (QVector<QRgb>{0xff808080, 0xc0aa0055}));
-}
-
-void TestWebFilms::anyCompositionIsAsTheSlowOne()
-{
-    QRandomGenerator random(7);
-    const auto colour = [&random] {
-        const int alpha = random.bounded(3) == 0 ? random.bounded(256) : random.bounded(2) * 255;
-        return qRgba(random.bounded(256), random.bounded(256), random.bounded(256), alpha);
-    };
-    for (int round = 0; round < 300; ++round) {
-        const QSize size(1 + random.bounded(6), 1 + random.bounded(6));
-        FilmCanvas canvas(size);
-        QVector<QRgb> slow(size.width() * size.height(), 0);
-        for (int number = 0; number < 6; ++number) {
-            const QPoint place(random.bounded(size.width()), random.bounded(size.height()));
-            QImage picture(1 + random.bounded(size.width() - place.x()),
-                           1 + random.bounded(size.height() - place.y()), QImage::Format_ARGB32);
-            for (int y = 0; y < picture.height(); ++y) {
-                for (int x = 0; x < picture.width(); ++x)
-                    picture.setPixel(x, y, colour());
-            }
-            const bool blends = random.bounded(2) == 0;
-            const int disposal = random.bounded(3);
-            const QVector<QRgb> before = slow;
-            const QImage shown = canvas.show(
-                picture, place, blends ? FilmCanvas::Blend::Over : FilmCanvas::Blend::Source,
-                disposal == 0   ? FilmCanvas::Disposal::Keep
-                : disposal == 1 ? FilmCanvas::Disposal::Clear
-                                : FilmCanvas::Disposal::Restore);
-            for (int y = 0; y < picture.height(); ++y) {
-                for (int x = 0; x < picture.width(); ++x) {
-                    QRgb &pixel = slow[(place.y() + y) * size.width() + place.x() + x];
-                    pixel = blends ? paintedOver(picture.pixel(x, y), pixel) : picture.pixel(x, y);
-                }
-            }
-            const QVector<QRgb> pixels = pixelsOf(shown);
-            for (int i = 0; i < pixels.size(); ++i) {
-                const bool isSame = areNear(pixels.at(i), slow.at(i)) ||
-                                    (qAlpha(pixels.at(i)) == 0 && qAlpha(slow.at(i)) == 0);
-                QVERIFY2(isSame, qPrintable(QStringLiteral("round %1, frame %2, pixel %3: %4, %5")
-                                                .arg(round)
-                                                .arg(number)
-                                                .arg(i)
-                                                .arg(pixels.at(i), 8, 16)
-                                                .arg(slow.at(i), 8, 16)));
-            }
-            // From here on both go on with the same pixels.
-            slow = pixels;
-            for (int y = 0; y < picture.height(); ++y) {
-                for (int x = 0; x < picture.width(); ++x) {
-                    const int at = (place.y() + y) * size.width() + place.x() + x;
-                    slow[at] = disposal == 0 ? slow.at(at) : disposal == 1 ? 0 : before.at(at);
-                }
-            }
-        }
-    }
 }
 
 void TestWebFilms::aPictureForOtherProgramsIsNoFrame()
@@ -437,36 +354,6 @@ void TestWebFilms::theNameOfTheFileDoesNotMatter()
     const QString path = write(QStringLiteral("film.png"), webpFilm(QSize(1, 1), 0, frames));
     Reading reading(1 << 20, false);
     QCOMPARE(openFile(m_fixture.plugin(), path, reading).format, QStringLiteral("animated WebP"));
-}
-
-void TestWebFilms::aStillWebpIsAPicture()
-{
-    const QString path =
-        write(QStringLiteral("still.webp"), webpPicture(pixelRow({green, 0x40ff0000})));
-    Reading reading(1 << 20, false);
-    const OpenedFile opened = openFile(m_fixture.plugin(), path, reading);
-    const Plugin::Frames frames = m_fixture.plugin().frames(*opened.objects().constFirst());
-    QCOMPARE(frames.size(), 1);
-    QCOMPARE(frames.first().first, QStringLiteral("still"));
-    QCOMPARE(pixelsOf(frames.first().second), (QVector<QRgb>{green, 0x40ff0000}));
-    QCOMPARE(opened.format, QStringLiteral("WebP"));
-
-    // Objects read the pictures of a folder and those to be inserted themselves.
-    const QString folder = m_fixture.path(QStringLiteral("folder"));
-    QVERIFY(QDir().mkpath(folder));
-    QVERIFY(QFile::copy(path, folder + QStringLiteral("/a.webp")));
-    writeBytes(folder + QStringLiteral("/config.json"),
-               R"({"ImageList": [{"filename": "a.webp"}]})");
-    const OpenedFile fromFolder = openFile(m_fixture.plugin(), folder, reading);
-    QCOMPARE(fromFolder.warnings, QStringList());
-    QCOMPARE(pixelsOf(m_fixture.plugin().frames(*fromFolder.objects().constFirst()).first().second),
-             (QVector<QRgb>{green, 0x40ff0000}));
-    const QString document = m_fixture.path(QStringLiteral("still.flipbook"));
-    QCOMPARE(flipbook({QStringLiteral("new"), document, QStringLiteral("--add"), path}).status, 0);
-    const FlipbookRun edit = flipbook({QStringLiteral("edit"), document, QStringLiteral("--insert"),
-                                       QStringLiteral("2=") + path});
-    QCOMPARE(edit.err.section(QLatin1Char('\n'), 1), QString());
-    QCOMPARE(edit.status, 0);
 }
 
 void TestWebFilms::theSamplesAreRead()
