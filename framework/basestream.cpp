@@ -116,7 +116,6 @@ void writeBaseState(QDataStream &stream, const BaseState &state)
 {
     QByteArray block;
     QDataStream fields(&block, QIODevice::WriteOnly);
-    fields.setVersion(QDataStream::Qt_5_15);
     fields << FormVersion << qint32(state.objectId);
     ByteStream::writeFlag(fields, state.editable);
     writePair(fields, state.pos.x(), state.pos.y());
@@ -138,6 +137,5 @@ bool readBaseState(QDataStream &stream, BaseState &state)
     if (stream.status() != QDataStream::Ok)
         return false;
     QDataStream fields(block);
-    fields.setVersion(QDataStream::Qt_5_15);
     return readFields(fields, state);
 }

@@ -21,10 +21,7 @@ constexpr qint64 SmallPicture = qint64(64) << 20;
 constexpr qint64 MaxDeflateRatio = 1032;
 constexpr qint64 BytesPerPixel = 4;
 
-QString formatKey()
-{
-    return QStringLiteral("PixelFormat");
-}
+const QLatin1String FormatKey("PixelFormat");
 
 /// Whether a picture of @p size may come out of so many bytes.
 bool isPlausible(const QSize &size, qint64 byteCount)
@@ -66,7 +63,7 @@ QByteArray encode(const QImage &image)
     QImage carrier = PictureFormat::carried(image, format);
     carrier.setDotsPerMeterX(DotsPerMeter);
     carrier.setDotsPerMeterY(DotsPerMeter);
-    carrier.setText(formatKey(), format);
+    carrier.setText(FormatKey, format);
     QByteArray png;
     QBuffer buffer(&png);
     QImageWriter writer(&buffer, PngFormat);
@@ -88,7 +85,7 @@ Decoded decode(const QByteArray &png)
     QImage carrier = reader.read();
     if (carrier.isNull())
         return {};
-    const QString format = carrier.text(formatKey());
+    const QString format = carrier.text(FormatKey);
     const QImage image = PictureFormat::restored(std::move(carrier), format);
     return {image, !format.isEmpty() && format == PictureFormat::name(image)};
 }

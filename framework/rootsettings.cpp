@@ -17,10 +17,13 @@ QJsonObject setting(const QString &id, const QString &nameId, const QString &kin
     return json;
 }
 
-void insertUnlessEmpty(QJsonObject &json, const QString &key, const QString &text)
+/// Inserts the texts of @p members that are not empty.
+void insertTexts(QJsonObject &json, const QJsonObject &members)
 {
-    if (!text.isEmpty())
-        json.insert(key, text);
+    for (auto member = members.begin(); member != members.end(); ++member) {
+        if (!member.value().toString().isEmpty())
+            json.insert(member.key(), member.value());
+    }
 }
 
 /// The text of a setting's value; false when @p value is of a kind that no setting has.
@@ -62,10 +65,10 @@ QJsonObject CGDRootObject::GetSettingJsonInput(QString &id, QString &nameId, QSt
 {
     QJsonObject json = setting(id, nameId, QStringLiteral("input"));
     json.insert(QStringLiteral("value"), value);
-    insertUnlessEmpty(json, QStringLiteral("type"), type);
-    insertUnlessEmpty(json, QStringLiteral("minimum"), minimum);
-    insertUnlessEmpty(json, QStringLiteral("maximum"), maximum);
-    insertUnlessEmpty(json, QStringLiteral("unit"), unit);
+    insertTexts(json, QJsonObject{{QStringLiteral("type"), type},
+                                  {QStringLiteral("minimum"), minimum},
+                                  {QStringLiteral("maximum"), maximum},
+                                  {QStringLiteral("unit"), unit}});
     return json;
 }
 

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void aCommandKnowsItsPlaceOncePushed();
     void anActionNameIsLookedUpAsAnId();
     void aMacroIsUndoneAsOne();
+    void aMacroIsOpenOnceTheStackHasBegunIt();
     void macrosNest();
     void closingWithoutAnOpenMacroDoesNothing();
     void aMacroIsNamedInTheUsersLanguage();
@@ -181,6 +182,18 @@ void TestFrameworkUndo::anActionNameIsLookedUpAsAnId()
     command.setText(QStringLiteral("Plain"));
     QCOMPARE(command.getActionName(&texts), QStringLiteral("Plain"));
     QCOMPARE(command.getActionName(nullptr), QStringLiteral("Plain"));
+}
+
+void TestFrameworkUndo::aMacroIsOpenOnceTheStackHasBegunIt()
+{
+    QVector<bool> heard;
+    const auto connection =
+        connect(Framework::instance().undoStack(), &QUndoStack::canUndoChanged, this,
+                [&heard] { heard.append(GetFramework()->isUndoMacroOpen()); });
+    GetFramework()->openUndoMacro(QStringLiteral("Two steps"));
+    disconnect(connection);
+    GetFramework()->closeUndoMacro();
+    QCOMPARE(heard, QVector<bool>{false});
 }
 
 void TestFrameworkUndo::aMacroIsUndoneAsOne()

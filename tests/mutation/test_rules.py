@@ -148,6 +148,7 @@ class Rules(unittest.TestCase):
 /* true */
 qDebug("%d", 5);
 list.reserve(4 * n);
+list.squeeze();
 Q_ASSERT(a == 3);
 static_assert(sizeof a == 8);"""
         self.assertEqual(after(body, None), [])

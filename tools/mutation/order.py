@@ -15,7 +15,7 @@ All other statements are taken to depend on each other: what a function does is 
 
 # Setters of Qt that store one property each, and do nothing else.
 SETTERS = {"setAutoTransform", "setCacheMode", "setDecideFormatFromContent", "setDotsPerMeterX",
-           "setDotsPerMeterY", "setInterval", "setSingleShot"}
+           "setDotsPerMeterY", "setInterval", "setSingleShot", "setText"}
 
 # Casts, and operations of containers, that only read their arguments.
 READERS = {"append", "at", "char", "double", "float", "int", "isEmpty", "isNull", "isValid",

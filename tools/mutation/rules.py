@@ -17,9 +17,9 @@ STEP = {"++": "--", "--": "++"}
 
 CONTROL = {"if", "for", "while", "switch", "return", "catch"}
 
-# Calls that only tell developers something, or set memory aside.
+# Calls that only tell developers something, set memory aside, or give spare memory back.
 UNTOUCHED = {"qDebug", "qWarning", "qCritical", "qCDebug", "Q_ASSERT", "Q_UNUSED", "static_assert",
-             "assert", "Q_ASSERT_X", "reserve"}
+             "assert", "Q_ASSERT_X", "reserve", "squeeze"}
 
 # Conversions of texts to numbers, which take the address of a bool.
 CONVERSION = re.compile(r"to(U?Int|U?Long(Long)?|U?Short|Double|Float)")
