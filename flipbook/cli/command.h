@@ -33,6 +33,10 @@ Command editCommand();
 Command spriteCommand();
 Command projectCommand();
 Command webCommand();
+Command gifCommand();
+Command webpCommand();
+Command apngCommand();
+Command atlasCommand();
 Command helpCommand();
 Command completionCommand();
 

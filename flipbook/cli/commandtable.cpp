@@ -7,9 +7,10 @@
 const QList<Command> &commandTable()
 {
     static const QList<Command> table = {
-        infoCommand(),   sheetCommand(),  playCommand(),       newCommand(),    editCommand(),
-        renderCommand(), framesCommand(), recordCommand(),     spriteCommand(), projectCommand(),
-        webCommand(),    helpCommand(),   completionCommand(),
+        infoCommand(),   sheetCommand(),      playCommand(),   newCommand(),     editCommand(),
+        renderCommand(), framesCommand(),     recordCommand(), gifCommand(),     webpCommand(),
+        apngCommand(),   atlasCommand(),      spriteCommand(), projectCommand(), webCommand(),
+        helpCommand(),   completionCommand(),
     };
     return table;
 }

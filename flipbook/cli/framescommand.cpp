@@ -4,8 +4,10 @@
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
+#include "flipbook/cli/filmoptions.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/cli/sheetoptions.h"
+#include "flipbook/export/filmexchange.h"
 #include "flipbook/export/frameexport.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/sourcefile.h"
@@ -21,10 +23,14 @@ void run(const QCommandLineParser &line)
         throw UsageError{QStringLiteral("'%1' contains \".gif\" and could not be imported as a "
                                         "frame folder")
                              .arg(folder)};
+    const FilmSelection selection = FilmOptions::chosen(line);
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);
     const OpenedFile opened = openNamed(plugin, path, reading);
-    CBaseObject &object = chosenObject(line, path, opened);
+    CBaseObject &object = *exchangeFilm(plugin, chosenObject(line, path, opened),
+                                        selection.isWhole() ? QVector<int>() : opened.delaysMs(),
+                                        selection, reading.memory(), path)
+                               .object;
     OutputFolder output(folder);
     ProgressLine progress(QStringLiteral("Writing"), AnimatedObject(object).frameCount());
     const QStringList warnings = exportFrames(*opened.document, object, reading.memory(), output,
@@ -38,7 +44,7 @@ void run(const QCommandLineParser &line)
 
 Command framesCommand()
 {
-    return withSheetOptions(
+    return withSheetOptions(withFilmOptions(
         {QStringLiteral("frames"),
          QStringLiteral("FILE -o FOLDER [--object N]"),
          QStringLiteral("Write the frames as PNG files, with a config.json, so that they can "
@@ -46,5 +52,5 @@ Command framesCommand()
          {{QStringLiteral("o"), QStringLiteral("Write into FOLDER, which is new or empty."),
            QStringLiteral("FOLDER")},
           objectOption()},
-         run});
+         run}));
 }

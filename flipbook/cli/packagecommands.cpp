@@ -4,8 +4,10 @@
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
+#include "flipbook/cli/filmoptions.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/cli/sheetoptions.h"
+#include "flipbook/export/filmexchange.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
@@ -72,17 +74,20 @@ void runSprite(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = packageOutput(line, QStringLiteral("sprite3"));
+    const FilmSelection selection = FilmOptions::chosen(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
     const OpenedFile opened = openNamed(plugin, path, reading);
     checkOutput(output, reading);
-    CBaseObject &object = chosenObject(line, path, opened);
+    CBaseObject &whole = chosenObject(line, path, opened);
 
     const ProgressLine progress(QStringLiteral("Writing %1").arg(output));
-    SpriteExporter exporter(plugin, placementOf(opened, pageOf(object)), withScripts(line),
-                            reading.memory());
-    const Sprite sprite = exported(exporter, object, path, opened.delaysMs());
+    const StagePlacement placement = placementOf(opened, pageOf(whole));
+    const ExchangedFilm film =
+        exchangeFilm(plugin, whole, opened.delaysMs(), selection, reading.memory(), path);
+    SpriteExporter exporter(plugin, placement, withScripts(line), reading.memory());
+    const Sprite sprite = exported(exporter, *film.object, path, film.delaysMs);
     const QByteArray package = spritePackage(sprite);
     writeFile(output, package);
     warn(exporter, output, package);
@@ -123,14 +128,14 @@ QCommandLineOption noScriptOption()
 Command spriteCommand()
 {
     return withSheetOptions(
-        {QStringLiteral("sprite"),
-         QStringLiteral("DOC-OR-FILE -o OUT.sprite3"),
-         QStringLiteral("Write an object as a Scratch 3 sprite."),
-         {{QStringLiteral("o"), QStringLiteral("Write the sprite to OUT.sprite3."),
-           QStringLiteral("OUT.sprite3")},
-          noScriptOption(),
-          objectOption()},
-         runSprite});
+        withFilmOptions({QStringLiteral("sprite"),
+                         QStringLiteral("DOC-OR-FILE -o OUT.sprite3"),
+                         QStringLiteral("Write an object as a Scratch 3 sprite."),
+                         {{QStringLiteral("o"), QStringLiteral("Write the sprite to OUT.sprite3."),
+                           QStringLiteral("OUT.sprite3")},
+                          noScriptOption(),
+                          objectOption()},
+                         runSprite}));
 }
 
 Command projectCommand()

@@ -3,9 +3,11 @@
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/command.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/cli/filmoptions.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/cli/sheetoptions.h"
 #include "flipbook/export/contactsheet.h"
+#include "flipbook/export/filmexchange.h"
 
 #include <QtGui/QFontDatabase>
 
@@ -29,12 +31,16 @@ void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::pngOutput(line);
+    const FilmSelection selection = FilmOptions::chosen(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
 
     const OpenedFile opened = openNamed(plugin, path, reading);
     checkOutput(output, reading);
+    const QList<CBaseObject *> objects = opened.objects();
+    for (CBaseObject *object : objects)
+        exchangeFilm(plugin, *object, {}, selection, reading.memory(), path);
     if (QFontDatabase().families().isEmpty())
         Console::warn(output, QStringLiteral("no font is installed; labels are omitted"));
     writePng(output, paint(path, opened.objects(), reading.memory()));
@@ -44,12 +50,12 @@ void run(const QCommandLineParser &line)
 
 Command sheetCommand()
 {
-    return withSheetOptions(
+    return withSheetOptions(withFilmOptions(
         {QStringLiteral("sheet"),
          QStringLiteral("FILE -o OUT.png"),
          QStringLiteral(
              "Paint all frames of an animation, or of all objects of a document, on a sheet."),
          {{QStringLiteral("o"), QStringLiteral("Write the sheet to OUT.png."),
            QStringLiteral("OUT.png")}},
-         run});
+         run}));
 }

@@ -5,9 +5,14 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/outputfolder.h"
+#include "flipbook/export/apngexport.h"
+#include "flipbook/export/atlasfiles.h"
 #include "flipbook/export/contactsheet.h"
 #include "flipbook/export/frameexport.h"
+#include "flipbook/export/gif/gifexport.h"
+#include "flipbook/export/outgoingfilm.h"
 #include "flipbook/export/webpage.h"
+#include "flipbook/export/webpexport.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
@@ -47,6 +52,7 @@ ExportController::ExportController(Session &session, ActionSet &actions, Message
     , m_window(window)
 {
     addActions(actions);
+    addFilmActions(actions);
     connect(&session, &Session::selectionChanged, this, &ExportController::update);
     update();
 }
@@ -96,6 +102,32 @@ void ExportController::addActions(ActionSet &actions)
             chooseFile(tr("Export web page"), QStringLiteral("html"), tr("Web pages (*.html)"),
                        &ExportController::exportWebPage);
         });
+}
+
+/// The forms in which one file holds an animation.
+void ExportController::addFilmActions(ActionSet &actions)
+{
+    const auto add = [&](const char *id, const QString &text, const QString &toolTip,
+                         const QString &suffix, const QString &filter,
+                         void (ExportController::*write)(const QString &)) {
+        QAction *action =
+            actions.add({QLatin1String(id), text, QStringLiteral("document-export"), {}, toolTip});
+        const QString title = tr("Export animation");
+        connect(action, &QAction::triggered, this,
+                [this, title, suffix, filter, write] { chooseFile(title, suffix, filter, write); });
+        m_needFilm << action;
+    };
+    add("export-gif", tr("Export &GIF…"), tr("The selected animation as a GIF"),
+        QStringLiteral("gif"), tr("GIF animations (*.gif)"), &ExportController::exportGif);
+    add("export-webp", tr("Export Web&P…"),
+        tr("The selected animation as an animated WebP, without loss"), QStringLiteral("webp"),
+        tr("WebP animations (*.webp)"), &ExportController::exportWebp);
+    add("export-apng", tr("Export &animated PNG…"), tr("The selected animation as an animated PNG"),
+        QStringLiteral("png"), tr("Animated PNG files (*.png)"), &ExportController::exportApng);
+    add("export-atlas", tr("Export sprite s&heet…"),
+        tr("The frames of the selected animation packed on a sheet, with a JSON file that says "
+           "where they are"),
+        QStringLiteral("png"), tr("PNG pictures (*.png)"), &ExportController::exportAtlas);
 }
 
 void ExportController::update()
@@ -236,6 +268,70 @@ void ExportController::exportRecording(const QString &folder, double seconds)
         return QStringList();
     });
     m_session.page()->selectObjects(selected);
+}
+
+void ExportController::exportFilm(const QString &path, const WriteFilm &write)
+{
+    CBaseObject *object = m_session.film();
+    if (!object)
+        return;
+    run(path, [&](Progress &progress) {
+        const MemoryAccount memory(MemoryBudget::Default);
+        const OutgoingFilm film(m_session.plugin(), *object, {}, {}, path);
+        const WrittenFilm written = write(film, memory, [&](int done, int all) {
+            progress.step(tr("Writing frame %1 of %2")
+                              .arg(int(qint64(done) * film.count() / all))
+                              .arg(film.count()),
+                          done, all);
+        });
+        writeFile(path, written.bytes);
+        return written.remarks;
+    });
+}
+
+void ExportController::exportGif(const QString &path)
+{
+    exportFilm(path, [&path](const OutgoingFilm &film, const MemoryAccount &memory,
+                             const FilmProgress &progress) {
+        return gifOf(film, Dithering::None, memory, path, progress);
+    });
+}
+
+void ExportController::exportWebp(const QString &path)
+{
+    exportFilm(path, [&path](const OutgoingFilm &film, const MemoryAccount &memory,
+                             const FilmProgress &progress) {
+        return webpOf(film, std::nullopt, memory, path, progress);
+    });
+}
+
+void ExportController::exportApng(const QString &path)
+{
+    exportFilm(path, [&path](const OutgoingFilm &film, const MemoryAccount &memory,
+                             const FilmProgress &progress) {
+        return apngOf(film, memory, path, progress);
+    });
+}
+
+void ExportController::exportAtlas(const QString &path)
+{
+    CBaseObject *object = m_session.film();
+    if (!object)
+        return;
+    const QFileInfo sheet(path);
+    const AtlasFiles files{
+        path, QStringLiteral("%1/%2.json").arg(sheet.path(), sheet.completeBaseName())};
+    run(path, [&](Progress &progress) {
+        const MemoryAccount memory(MemoryBudget::Default);
+        const OutgoingFilm film(m_session.plugin(), *object, {}, {}, path);
+        const Atlas atlas = atlasOf(film, Trimming::None, memory, path, [&](int done, int all) {
+            progress.step(
+                tr("Writing frame %1 of %2").arg(done * film.count() / all).arg(film.count()), done,
+                all);
+        });
+        files.write(atlas, film);
+        return QStringList();
+    });
 }
 
 void ExportController::exportSprite(const QString &path)

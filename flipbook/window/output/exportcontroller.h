@@ -1,12 +1,16 @@
 #pragma once
 
+#include "flipbook/export/writtenfilm.h"
+
 #include <QtCore/QObject>
 
 #include <functional>
 
 class ActionSet;
 class CBaseObject;
+class MemoryAccount;
 class MessageBar;
+class OutgoingFilm;
 class Progress;
 class QAction;
 class QMainWindow;
@@ -27,6 +31,11 @@ public:
     void exportFrames(const QString &folder);
     void exportSheet(const QString &path);
     void exportRecording(const QString &folder, double seconds);
+    void exportGif(const QString &path);
+    void exportWebp(const QString &path);
+    void exportApng(const QString &path);
+    /// The description of the sheet is beside it, with the ending .json.
+    void exportAtlas(const QString &path);
     void exportSprite(const QString &path);
     void exportProject(const QString &path);
     void exportWebPage(const QString &path);
@@ -35,7 +44,12 @@ private:
     /// Answers remarks on what was written.
     using Work = std::function<QStringList(Progress &progress)>;
 
+    using WriteFilm = std::function<WrittenFilm(
+        const OutgoingFilm &film, const MemoryAccount &memory, const FilmProgress &progress)>;
+
     void addActions(ActionSet &actions);
+    void addFilmActions(ActionSet &actions);
+    void exportFilm(const QString &path, const WriteFilm &write);
     void run(const QString &path, const Work &work);
     void chooseFile(const QString &title, const QString &suffix, const QString &filter,
                     void (ExportController::*write)(const QString &));

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void aWebPageIsWrittenAsTheCommandWritesIt();
     void aCancelledExportLeavesNothing();
     void aCancelledExportLeavesWhatWasThere();
+    void animationsAreWrittenAsTheCommandsWriteThem();
     void aFolderThatIsNotEmptyIsRefused();
     void aFileThatCannotBeWrittenIsNamed();
     void unsavedWorkIsKeptAndOfferedAfterACrash();
@@ -183,6 +184,34 @@ void TestWindowOutput::aCancelledExportLeavesWhatWasThere()
     pressEscapeSoon();
     exporter().exportSheet(path(QStringLiteral("sheet.png")));
     QCOMPARE(bytesOf(path(QStringLiteral("sheet.png/mine.txt"))), QByteArray("mine"));
+}
+
+void TestWindowOutput::animationsAreWrittenAsTheCommandsWriteThem()
+{
+    exporter().exportGif(path(QStringLiteral("w.gif")));
+    exporter().exportWebp(path(QStringLiteral("w.webp")));
+    exporter().exportApng(path(QStringLiteral("w.png")));
+    exporter().exportAtlas(path(QStringLiteral("sheet.png")));
+    QCOMPARE(m_fixture->messages(),
+             QStringList({QStringLiteral("Written to ") + path(QStringLiteral("sheet.png"))}));
+    const QByteArray sheet = bytesOf(path(QStringLiteral("sheet.png")));
+    const QByteArray description = bytesOf(path(QStringLiteral("sheet.json")));
+    saveDocument(m_fixture->session().document(), path(QStringLiteral("a.flipbook")));
+    const QString document = path(QStringLiteral("a.flipbook"));
+    const QString output = QStringLiteral("-o");
+    for (const char *form : {"gif", "webp", "apng"}) {
+        const QString suffix =
+            QString::fromLatin1(form).replace(QLatin1String("apng"), QLatin1String("png"));
+        const QString file = path(QStringLiteral("c.") + suffix);
+        QCOMPARE(flipbook({QString::fromLatin1(form), document, output, file}).status, 0);
+        QCOMPARE(bytesOf(path(QStringLiteral("w.") + suffix)), bytesOf(file));
+    }
+    QCOMPARE(flipbook({QStringLiteral("atlas"), document, output, path(QStringLiteral("sheet.png")),
+                       QStringLiteral("--json"), path(QStringLiteral("sheet.json"))})
+                 .status,
+             0);
+    QCOMPARE(sheet, bytesOf(path(QStringLiteral("sheet.png"))));
+    QCOMPARE(description, bytesOf(path(QStringLiteral("sheet.json"))));
 }
 
 void TestWindowOutput::aFolderThatIsNotEmptyIsRefused()
