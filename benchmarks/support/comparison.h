@@ -21,8 +21,8 @@ struct Sides {
 /// do.
 using Preparation = std::function<Sides()>;
 
-/// Seconds of CPU time, of all threads, that @p work takes. Short work is repeated, so that the clock
-/// can tell.
+/// Seconds of CPU time, of all threads, that @p work takes. Short work is repeated, so that the
+/// clock can tell.
 Cost cpuTime(std::function<void()> work);
 
 /// Seconds of CPU time of this process, with all its threads, since the construction.

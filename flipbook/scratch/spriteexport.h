@@ -19,8 +19,8 @@ namespace Scratch
 /// The longest side of a picture that Scratch's renderer is sure to draw, in pixels.
 constexpr int MaxPictureSide = 8192;
 
-/// Of pictures or packages: with more, Scratch is slow to load a sprite, and may fail to. It refuses
-/// single pictures of more than 10 MB.
+/// Of pictures or packages: with more, Scratch is slow to load a sprite, and may fail to. It
+/// refuses single pictures of more than 10 MB.
 constexpr qint64 ManyBytes = qint64(10) * 1024 * 1024;
 
 /// Makes sprites of the objects of one page.
