@@ -56,13 +56,16 @@ Sprite exported(SpriteExporter &exporter, CBaseObject &object, const QString &pa
     }
 }
 
-void warn(const SpriteExporter &exporter, const QString &path, const QByteArray &package)
+/// @p remedy is what the user can do about a package that is too large.
+void warn(const SpriteExporter &exporter, const QString &path, const QByteArray &package,
+          const QString &remedy)
 {
     for (const QString &remark : exporter.remarks())
         Console::warn(path, remark);
     if (package.size() > ManyBytes)
-        Console::warn(path, QStringLiteral("the file has %1; fewer or smaller frames help")
-                                .arg(MemoryBudget::text(package.size())));
+        Console::warn(
+            path,
+            QStringLiteral("the file has %1; %2").arg(MemoryBudget::text(package.size()), remedy));
 }
 
 bool withScripts(const QCommandLineParser &line)
@@ -90,7 +93,7 @@ void runSprite(const QCommandLineParser &line)
     const Sprite sprite = exported(exporter, *film.object, path, film.delaysMs);
     const QByteArray package = spritePackage(sprite);
     writeFile(output, package);
-    warn(exporter, output, package);
+    warn(exporter, output, package, QStringLiteral("--every 2 or --scale 0.5 makes it smaller"));
 }
 
 void runProject(const QCommandLineParser &line)
@@ -115,7 +118,7 @@ void runProject(const QCommandLineParser &line)
     }
     const QByteArray package = projectPackage(sprites);
     writeFile(output, package);
-    warn(exporter, output, package);
+    warn(exporter, output, package, QStringLiteral("fewer or smaller frames help"));
 }
 
 QCommandLineOption noScriptOption()
