@@ -107,6 +107,9 @@ void GifFile::add(const GifFrame &frame, int centiseconds)
     // of a common one has shorter codes.
     else
         m_file->SColorMap->BitsPerPixel = frame.symbolBits;
+    // giflib forgets the palette of the frame before when this one has none.
+    GifFreeMapObject(m_file->Image.ColorMap);
+    m_file->Image.ColorMap = nullptr;
     const QRect &rect = frame.step.rect;
     require(EGifPutImageDesc(m_file, rect.left(), rect.top(), rect.width(), rect.height(), false,
                              map.get()));
