@@ -96,6 +96,7 @@ class TestFrameworkImageStore : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void aNewStoreHasNotOverflowed();
     void aPictureIsKeptOnce();
     void theDigestIsThatOfThePng();
     void aNullPictureIsNotKept();
@@ -146,6 +147,13 @@ void TestFrameworkImageStore::whatThereIsNoRoomForIsNotKept()
     store.remove(red);
     store.clear();
     QCOMPARE(store.byteCount(), 0);
+}
+
+void TestFrameworkImageStore::aNewStoreHasNotOverflowed()
+{
+    const ImageStore store;
+    QVERIFY(!store.hasOverflowed());
+    QCOMPARE(store.byteCount(), qint64(0));
 }
 
 void TestFrameworkImageStore::aPictureIsKeptOnce()
