@@ -87,7 +87,7 @@ QString branches(const Command &command, const QCommandLineOption &option)
                              .arg(value.words.join(QLatin1Char(' '))));
 }
 
-/// What a command takes that is no value of an option: its options, and mostly files.
+/// What a command takes apart from the values of options: its options, and mostly files.
 QString operands(const Command &command)
 {
     QStringList options;

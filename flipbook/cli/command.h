@@ -6,7 +6,7 @@
 
 enum ExitStatus { Success = 0, Failed = 1, WrongUsage = 2 };
 
-/// What the arguments of a command are that are no options.
+/// What the arguments of a command are, apart from its options.
 enum class Operands { Files, Commands, Shells };
 
 /// One command of the command line.

@@ -11,10 +11,10 @@
 /// of a page of its size.
 struct OpenedFile {
     std::unique_ptr<Document> document;
-    QStringList warnings;              ///< clauses without a full stop
-    QString format;                    ///< of what is no document, as people call it, such as "GIF"
-    std::optional<GifDescriptors> gif; ///< what a GIF says about itself
-    bool isDocument = false;           ///< a document's file, with pages
+    QStringList warnings; ///< clauses without a full stop
+    QString format;       ///< of a file that is not a document, as people call it, such as "GIF"
+    std::optional<GifDescriptors> gif;            ///< what a GIF says about itself
+    bool isDocument = false;                      ///< a document's file, with pages
     std::unique_ptr<PrivateFolder> privateFolder; ///< of what was imported
     FilmTimes times;                              ///< readable as long as the folder is there
 

@@ -86,7 +86,7 @@ QRect changedRect(const QImage &before, const QImage &after)
     return all.isEmpty() ? QRect(0, 0, 1, 1) : all;
 }
 
-/// A time as the format has it: a fraction of a second with 16 bits above and below.
+/// A time in the form of the file: a fraction of a second, with 16 bits above and below.
 struct Delay {
     int above;
     int below;
