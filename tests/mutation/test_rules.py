@@ -10,7 +10,7 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
 
-from mutation import campaign, ledger, rules, selection  # noqa: E402
+from mutation import campaign, ledger, reach, rules, selection  # noqa: E402
 
 
 def changes(text, rule=None):
@@ -254,6 +254,23 @@ class Equivalents(unittest.TestCase):
         self.assertEqual(len(self.ran), 9)
 
 
+class Reached(unittest.TestCase):
+    def test_a_program_that_compiles_a_header_itself_may_notice_its_mutants(self):
+        class Programs:
+            tests = [{"name": name, "program": name} for name in ("includes", "does not", "other")]
+
+            def users_of(self, file, program):
+                return [] if program == "does not" else ["test.o"]
+
+        known = reach.Reach(Programs(), ".")
+        lines = {"includes": {"framework/a.cpp": [7]}, "does not": {"framework/a.cpp": [7]},
+                 "other": {"framework/b.cpp": [1], "framework/a.h": [9]}}
+        known.data = {"counted": {"framework/a.h": [3, 9]}, "tests": {
+            name: {"lines": reached, "seconds": 0.1} for name, reached in lines.items()}}
+        mutant = rules.mutants("framework/a.h", "\n\nconstexpr int A = 1;\n")[0]
+        self.assertEqual([test["name"] for test in known.tests_for(mutant)], ["includes"])
+
+
 class Accepted(unittest.TestCase):
     def accepted(self, text):
         with tempfile.NamedTemporaryFile("w", suffix=".txt") as file:
@@ -282,6 +299,8 @@ class Accepted(unittest.TestCase):
             ledger.Ledger(path).add(mutant, ledger.KILLED, "tst_a::b", "")
             self.assertEqual(ledger.Ledger(path).outcome(mutant), ledger.KILLED)
             self.assertEqual(ledger.Ledger(path).killers("a.cpp"), {"tst_a": 1})
+            self.assertEqual(ledger.Ledger(path).killers("a.h"), {"tst_a": 1})
+            self.assertEqual(ledger.Ledger(path).killers("aa.h"), {})
 
 
 if __name__ == "__main__":

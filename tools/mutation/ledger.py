@@ -31,10 +31,11 @@ class Ledger:
             file.write(json.dumps(entry) + "\n")
 
     def killers(self, file):
-        """How often each test was the first to notice a mutant of @p file."""
-        times = {}
+        """How often each test was the first to notice a mutant of @p file, or of the source or the
+        header of the same name."""
+        name, times = Path(file).with_suffix(""), {}
         for entry in self.entries.values():
-            if entry["file"] == file and entry["outcome"] == KILLED:
+            if Path(entry["file"]).with_suffix("") == name and entry["outcome"] == KILLED:
                 test = entry["by"].split("::")[0]
                 times[test] = times.get(test, 0) + 1
         return times

@@ -14,6 +14,11 @@ from pathlib import Path
 from . import trial, workshop
 
 
+def partner_of(file):
+    """The source that a header belongs to by its name."""
+    return str(Path(file).with_suffix(".cpp")) if file.endswith(".h") else ""
+
+
 class Reach:
     def __init__(self, shop, folder):
         self.shop = shop
@@ -143,11 +148,15 @@ class Reach:
         for test in usable:
             lines, seconds = known[test["name"]]["lines"], known[test["name"]]["seconds"]
             reached = set(lines.get(mutant.file, []))
+            # What a program itself compiles of a header is not counted: the source tells.
+            includes = bool(self.shop.users_of(mutant.file, test["program"]))
+            partner = set(lines.get(partner_of(mutant.file), [])) if includes else set()
             # A line without code of its own, such as that of a constant, is judged by its file, and
             # a file without code by nothing; nor is a program without counts.
-            if wanted & reached or (not is_counted and (reached or not is_reached)) or not lines:
+            may_reach = not is_counted and (reached or not is_reached)
+            if wanted & reached or partner or may_reach or not lines:
                 total = sum(len(numbers) for numbers in lines.values()) or 1
-                found.append((len(reached) / total / (seconds + 0.1), test))
+                found.append((len(reached | partner) / total / (seconds + 0.1), test))
         return [test for _, test in sorted(found, key=lambda pair: -pair[0])]
 
     def seconds(self, test):
