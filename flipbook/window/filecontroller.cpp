@@ -7,6 +7,7 @@
 #include "flipbook/document/documentlock.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/messagebar.h"
+#include "flipbook/window/replacing.h"
 #include "flipbook/window/session.h"
 
 #include <QtCore/QFileInfo>
@@ -153,8 +154,11 @@ bool FileController::saveAs()
         QFileDialog::getSaveFileName(&m_window, tr("Save as"), suggestion, documentFilter());
     if (path.isEmpty())
         return false;
-    if (QFileInfo(path).suffix().isEmpty())
+    if (QFileInfo(path).suffix().isEmpty()) {
         path += QStringLiteral(".flipbook");
+        if (!mayReplace(m_window, path))
+            return false;
+    }
     return saveTo(path);
 }
 

@@ -20,6 +20,7 @@
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/output/recording.h"
 #include "flipbook/window/progress.h"
+#include "flipbook/window/replacing.h"
 #include "flipbook/window/session.h"
 
 #include <QtCore/QFileInfo>
@@ -154,8 +155,11 @@ void ExportController::chooseFile(const QString &title, const QString &suffix,
         &m_window, title, QStringLiteral("%1.%2").arg(suggestion(), suffix), filter);
     if (path.isEmpty())
         return;
-    if (QFileInfo(path).suffix().toLower() != suffix)
+    if (QFileInfo(path).suffix().toLower() != suffix) {
         path += QLatin1Char('.') + suffix;
+        if (!mayReplace(m_window, path))
+            return;
+    }
     (this->*write)(path);
 }
 
@@ -321,6 +325,8 @@ void ExportController::exportAtlas(const QString &path)
     const QFileInfo sheet(path);
     const AtlasFiles files{
         path, QStringLiteral("%1/%2.json").arg(sheet.path(), sheet.completeBaseName())};
+    if (!mayReplace(m_window, files.description))
+        return;
     run(path, [&](Progress &progress) {
         const MemoryAccount memory(MemoryBudget::Default);
         const OutgoingFilm film(m_session.plugin(), *object, {}, {}, path);

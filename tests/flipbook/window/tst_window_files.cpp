@@ -9,6 +9,8 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QDockWidget>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 
@@ -34,6 +36,7 @@ private Q_SLOTS:
     void ownSavesAreNoChangeByAnotherProgram();
     void aChangedFileIsNotOverwrittenWithoutAQuestion();
     void aFileThatIsGoneIsSavedAgain();
+    void aNameWithoutAnEndingReplacesNoFileWithoutAQuestion();
     void recentFilesAreListedAndMissingOnesGreyed();
     void panelsCanBeHiddenAndComeBackByResetLayout();
     void theLayoutIsRemembered();
@@ -220,6 +223,29 @@ void TestWindowFiles::aFileThatIsGoneIsSavedAgain()
     m_fixture->trigger("save");
     QVERIFY(QFile::exists(path));
     QVERIFY(!m_fixture->window().isWindowModified());
+}
+
+void TestWindowFiles::aNameWithoutAnEndingReplacesNoFileWithoutAQuestion()
+{
+    const QString path = saved(QStringLiteral("lesson.flipbook"));
+    const QByteArray before = bytesOf(path);
+    const auto saveAsLesson = [this](QMessageBox::StandardButton answer) {
+        QTimer::singleShot(0, qApp, [this, answer] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            QVERIFY2(dialog, "no file was asked for");
+            dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
+                ->setText(m_fixture->path(QStringLiteral("lesson")));
+            m_fixture->answerNext(answer);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        m_fixture->trigger("save-as");
+    };
+    saveAsLesson(QMessageBox::Cancel);
+    QCOMPARE(bytesOf(path), before);
+    QVERIFY(m_fixture->session().path().isEmpty());
+    saveAsLesson(QMessageBox::Save);
+    QVERIFY(bytesOf(path) != before);
+    QCOMPARE(m_fixture->session().path(), path);
 }
 
 void TestWindowFiles::recentFilesAreListedAndMissingOnesGreyed()

@@ -10,6 +10,7 @@
 
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
+#include <QtWidgets/QMessageBox>
 
 /// Exports, the copy of unsaved work, and documents that are open elsewhere. A film of 40 x 30 with
 /// two frames, red and green, lies at (100, 100).
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void aCancelledExportLeavesNothing();
     void aCancelledExportLeavesWhatWasThere();
     void animationsAreWrittenAsTheCommandsWriteThem();
+    void aFileBesideTheSheetIsNotReplacedWithoutAQuestion();
     void aFolderThatIsNotEmptyIsRefused();
     void aFileThatCannotBeWrittenIsNamed();
     void unsavedWorkIsKeptAndOfferedAfterACrash();
@@ -212,6 +214,19 @@ void TestWindowOutput::animationsAreWrittenAsTheCommandsWriteThem()
              0);
     QCOMPARE(sheet, bytesOf(path(QStringLiteral("sheet.png"))));
     QCOMPARE(description, bytesOf(path(QStringLiteral("sheet.json"))));
+}
+
+void TestWindowOutput::aFileBesideTheSheetIsNotReplacedWithoutAQuestion()
+{
+    writeBytes(path(QStringLiteral("sheet.json")), "mine");
+    m_fixture->answerNext(QMessageBox::Cancel);
+    exporter().exportAtlas(path(QStringLiteral("sheet.png")));
+    QCOMPARE(bytesOf(path(QStringLiteral("sheet.json"))), QByteArray("mine"));
+    QVERIFY(!QFile::exists(path(QStringLiteral("sheet.png"))));
+    m_fixture->answerNext(QMessageBox::Save);
+    exporter().exportAtlas(path(QStringLiteral("sheet.png")));
+    QVERIFY(bytesOf(path(QStringLiteral("sheet.json"))).startsWith('{'));
+    QVERIFY(QFile::exists(path(QStringLiteral("sheet.png"))));
 }
 
 void TestWindowOutput::aFolderThatIsNotEmptyIsRefused()
