@@ -118,12 +118,17 @@ double amount(const QCommandLineParser &line, const QString &option, double most
     return amount;
 }
 
-QString pngOutput(const QCommandLineParser &line)
+QString output(const QCommandLineParser &line, const QString &suffix)
 {
     const QString path = plainPath(needed(line, QStringLiteral("o")));
-    if (QFileInfo(path).suffix().toLower() != QLatin1String("png"))
-        throw UsageError{QStringLiteral("'%1' does not end in .png").arg(path)};
+    if (QFileInfo(path).suffix().toLower() != suffix)
+        throw UsageError{QStringLiteral("'%1' does not end in .%2").arg(path, suffix)};
     return path;
+}
+
+QString pngOutput(const QCommandLineParser &line)
+{
+    return output(line, QStringLiteral("png"));
 }
 
 Reading reading(const QCommandLineParser &line)

@@ -38,6 +38,9 @@ int count(const QCommandLineParser &line, const QString &option, int most, int f
 /// not given.
 double amount(const QCommandLineParser &line, const QString &option, double most, double fallback);
 
+/// The name of a file that -o gives, which must end in .@p suffix, in letters of either case.
+QString output(const QCommandLineParser &line, const QString &suffix);
+
 /// The name of a PNG file that -o gives.
 QString pngOutput(const QCommandLineParser &line);
 

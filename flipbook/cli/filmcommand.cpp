@@ -9,22 +9,6 @@
 #include "flipbook/cli/filmoptions.h"
 #include "flipbook/cli/progressline.h"
 #include "flipbook/export/outgoingfilm.h"
-#include "flipbook/import/sourcefile.h"
-
-#include <QtCore/QFileInfo>
-
-namespace
-{
-
-QString filmOutput(const QCommandLineParser &line, const QString &suffix)
-{
-    const QString path = plainPath(Arguments::needed(line, QStringLiteral("o")));
-    if (QFileInfo(path).suffix().toLower() != suffix)
-        throw UsageError{QStringLiteral("'%1' does not end in .%2").arg(path, suffix)};
-    return path;
-}
-
-} // namespace
 
 QString filmText(const OutgoingFilm &film, qint64 bytes)
 {
@@ -44,7 +28,7 @@ QString filmText(const OutgoingFilm &film, qint64 bytes)
 void runFilmCommand(const QCommandLineParser &line, const FilmWriter &writer)
 {
     const QString path = Arguments::onlyFile(line);
-    const QString output = filmOutput(line, writer.suffix);
+    const QString output = Arguments::output(line, writer.suffix);
     const FilmSelection selection = FilmOptions::chosen(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});

@@ -8,7 +8,6 @@
 #include "flipbook/cli/progressline.h"
 #include "flipbook/cli/sheetoptions.h"
 #include "flipbook/export/filmexchange.h"
-#include "flipbook/import/sourcefile.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
 #include "framework/page.h"
@@ -19,16 +18,6 @@ using namespace Scratch;
 
 namespace
 {
-
-/// The file that -o names, which must have the ending @p suffix, by which Scratch recognises the
-/// package.
-QString packageOutput(const QCommandLineParser &line, const QString &suffix)
-{
-    const QString path = plainPath(Arguments::needed(line, QStringLiteral("o")));
-    if (QFileInfo(path).suffix().toLower() != suffix)
-        throw UsageError{QStringLiteral("'%1' does not end in .%2").arg(path, suffix)};
-    return path;
-}
 
 /// Where a page is on the stage. A lone film is not a page: it is in the middle of the stage at
 /// its own size, and is reduced only where it is larger.
@@ -76,7 +65,7 @@ bool withScripts(const QCommandLineParser &line)
 void runSprite(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
-    const QString output = packageOutput(line, QStringLiteral("sprite3"));
+    const QString output = Arguments::output(line, QStringLiteral("sprite3"));
     const FilmSelection selection = FilmOptions::chosen(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
@@ -99,7 +88,7 @@ void runSprite(const QCommandLineParser &line)
 void runProject(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
-    const QString output = packageOutput(line, QStringLiteral("sb3"));
+    const QString output = Arguments::output(line, QStringLiteral("sb3"));
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
