@@ -39,7 +39,7 @@ int append(GifFileType *file, const GifByteType *bytes, int count)
     return count;
 }
 
-/// giflib fails only where there is no memory: what it writes goes into memory.
+/// giflib writes into memory here, so it fails only if memory runs out.
 void require(int result)
 {
     if (result != GIF_OK)

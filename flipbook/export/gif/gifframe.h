@@ -26,8 +26,8 @@ public:
     /// @p common is the palette of all frames, which may be empty.
     GifFrameWriter(const QVector<QRgb> &common, Dithering dithering);
 
-    /// The frame that makes @p shown of @p canvas. Its colours are exact when those that change
-    /// are no more than a palette has.
+    /// The frame that makes @p shown of @p canvas. Its colours are exact if those that change
+    /// fit into one palette.
     GifFrame frame(const QImage &canvas, const QImage &shown, const GifStep &step);
 
     /// How many frames were written with other colours than their own.

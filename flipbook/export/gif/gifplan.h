@@ -13,7 +13,7 @@ struct GifStep {
     GifDisposal disposal = GifDisposal::Keep;
 };
 
-/// The canvas on which the frames of a GIF are drawn one after another, as a reader has it.
+/// The canvas on which the frames of a GIF are drawn one after another, as a reader does.
 class GifCanvas
 {
 public:
