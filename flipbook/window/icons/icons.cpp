@@ -8,6 +8,8 @@
 #include <QtSvg/QSvgRenderer>
 #include <QtWidgets/QApplication>
 
+#include <memory>
+
 // The drawings are in a static library: nothing else would bring them into the program.
 static void loadDrawings()
 {
@@ -31,10 +33,7 @@ public:
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const auto role =
             mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
-        QByteArray svg = m_svg;
-        svg.replace("currentColor", QApplication::palette().color(group, role).name().toLatin1());
-        QSvgRenderer renderer(svg);
-        renderer.render(painter, rect);
+        drawing(QApplication::palette().color(group, role)).render(painter, rect);
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
@@ -49,7 +48,21 @@ public:
     QIconEngine *clone() const override { return new PaletteIconEngine(*this); }
 
 private:
+    /// The drawing in @p colour, which is read once as long as the colour stays the same.
+    QSvgRenderer &drawing(const QColor &colour)
+    {
+        if (!m_drawing || m_colour != colour) {
+            QByteArray svg = m_svg;
+            svg.replace("currentColor", colour.name().toLatin1());
+            m_drawing = std::make_shared<QSvgRenderer>(svg);
+            m_colour = colour;
+        }
+        return *m_drawing;
+    }
+
     QByteArray m_svg;
+    QColor m_colour;
+    std::shared_ptr<QSvgRenderer> m_drawing;
 };
 
 } // namespace

@@ -218,7 +218,7 @@ void ObjectEditor::showSwitch(QCheckBox *box, const std::function<bool(CBaseObje
         box->setChecked(on != 0);
 }
 
-void ObjectEditor::refresh()
+void ObjectEditor::refresh(bool withRatio)
 {
     const QList<CBaseObject *> objects = m_session.selection();
     setEnabled(!objects.isEmpty());
@@ -232,7 +232,8 @@ void ObjectEditor::refresh()
     showNumber(m_width, [](const ObjectGeometry &geometry) { return geometry.size.width(); });
     showNumber(m_height, [](const ObjectGeometry &geometry) { return geometry.size.height(); });
     showNumber(m_angle, [](const ObjectGeometry &geometry) { return geometry.angle; });
-    showSwitch(m_ratio, [](CBaseObject &object) { return FilmState(object).keepsRatio(); });
+    if (withRatio)
+        showSwitch(m_ratio, [](CBaseObject &object) { return FilmState(object).keepsRatio(); });
     showSwitch(m_mirror, [](CBaseObject &object) { return object.isMirrored(); });
     showSwitch(m_flip, [](CBaseObject &object) { return object.isFlipped(); });
     m_type->setCurrentIndex(typeOf(*objects.first()));

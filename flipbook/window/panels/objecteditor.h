@@ -22,7 +22,9 @@ class ObjectEditor : public QWidget
 public:
     explicit ObjectEditor(Session &session, QWidget *parent = nullptr);
 
-    void refresh();
+    /// Shows the values of the selected objects. Unless @p withRatio, what the switch for the ratio
+    /// shows stays as it is: to find it out, the whole state of an object is asked for.
+    void refresh(bool withRatio = true);
 
 private:
     using Change = std::function<void(ObjectGeometry &geometry, double value)>;

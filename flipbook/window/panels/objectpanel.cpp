@@ -1,5 +1,6 @@
 #include "flipbook/window/panels/objectpanel.h"
 
+#include "flipbook/window/commands/commandids.h"
 #include "flipbook/window/panels/objecteditor.h"
 #include "flipbook/window/panels/settingsform.h"
 #include "flipbook/window/session.h"
@@ -9,6 +10,8 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QVBoxLayout>
+
+#include <utility>
 
 ObjectPanel::ObjectPanel(Session &session, QWidget *parent)
     : QScrollArea(parent)
@@ -42,7 +45,7 @@ ObjectPanel::ObjectPanel(Session &session, QWidget *parent)
     setMinimumWidth(content->sizeHint().width());
 
     connect(&session, &Session::selectionChanged, this, &ObjectPanel::followSelection);
-    connect(&session.undoStack(), &QUndoStack::indexChanged, this, &ObjectPanel::scheduleRefresh);
+    connect(&session.undoStack(), &QUndoStack::indexChanged, this, &ObjectPanel::noteStep);
     connect(Framework::instance().notifier(), &Notifier::propertyChanged, this,
             [this](CBaseObject *object) {
                 if (object->isSelected())
@@ -62,6 +65,18 @@ void ObjectPanel::followSelection()
     m_form->refresh();
 }
 
+/// Any step may change any value, but for those that move, resize or rotate: there may be many of
+/// them in a second.
+void ObjectPanel::noteStep(int index)
+{
+    const QUndoCommand *step = index > 0 ? m_session.undoStack().command(index - 1) : nullptr;
+    const bool isNew = index == m_stepCount || index == m_stepCount + 1;
+    m_stepCount = index;
+    if (!step || !isNew || step->id() != CommandId::Geometry)
+        m_ratioIsDue = true;
+    scheduleRefresh();
+}
+
 /// A step may tell of several changes: one look at the end is enough.
 void ObjectPanel::scheduleRefresh()
 {
@@ -70,6 +85,6 @@ void ObjectPanel::scheduleRefresh()
     m_refreshIsDue = true;
     QTimer::singleShot(0, this, [this] {
         m_refreshIsDue = false;
-        m_form->refresh();
+        m_form->refresh(std::exchange(m_ratioIsDue, false));
     });
 }

@@ -17,6 +17,7 @@ public:
 
 private:
     void followSelection();
+    void noteStep(int index);
     void scheduleRefresh();
 
     Session &m_session;
@@ -24,5 +25,7 @@ private:
     ObjectEditor *m_form;
     SettingsForm *m_settings;
     QWidget *m_settingsHeading;
+    int m_stepCount = 0;
     bool m_refreshIsDue = false;
+    bool m_ratioIsDue = false;
 };

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void aTypedWidthKeepsTheRatioWhenTheObjectDoes();
     void withoutTheRatioOnlyThatSideChanges();
     void keepingTheRatioIsAStep();
+    void theSwitchForTheRatioFollowsJumpsInTheHistory();
     void aTypedAngleTurnsTheObject();
     void aNewNameRenamesTheFrames();
     void undoingANameBringsTheOldFrameNamesBack();
@@ -107,6 +108,24 @@ void TestWindowPanels::keepingTheRatioIsAStep()
     QVERIFY(FilmState(film()).keepsRatio());
     m_fixture->trigger("redo");
     QVERIFY(!FilmState(film()).keepsRatio());
+}
+
+void TestWindowPanels::theSwitchForTheRatioFollowsJumpsInTheHistory()
+{
+    auto &ratio = control<QCheckBox>("keepRatio");
+    ratio.click();
+    QTest::keyClick(&m_fixture->view(), Qt::Key_Right);
+    QTRY_COMPARE(number("x"), 101.0);
+    QVERIFY(!ratio.isChecked());
+    m_fixture->session().undoStack().setIndex(0);
+    QTRY_VERIFY(ratio.isChecked());
+    m_fixture->session().undoStack().setIndex(2);
+    QTRY_VERIFY(!ratio.isChecked());
+    // The step before the one that changed the ratio.
+    QTest::keyClick(&m_fixture->view(), Qt::Key_Right);
+    m_fixture->trigger("undo");
+    m_fixture->trigger("undo");
+    QTRY_VERIFY(ratio.isChecked());
 }
 
 void TestWindowPanels::aTypedAngleTurnsTheObject()
