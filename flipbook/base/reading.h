@@ -37,7 +37,7 @@ public:
 
     /// How pictures are to be cut into frames; none if each is one frame.
     const std::optional<SheetCut> &sheetCut() const { return m_sheetCut; }
-    void setSheetCut(const SheetCut &cut) { m_sheetCut = cut; }
+    void setSheetCut(const std::optional<SheetCut> &cut) { m_sheetCut = cut; }
 
     /// What the user named as @p path; for StandardInput, a private copy of all that comes from
     /// there. @throw Failure when it cannot be opened, or is longer than there may be memory.

@@ -3,6 +3,7 @@
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/documentcommand.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/cli/sheetoptions.h"
 #include "flipbook/document/documentfile.h"
 #include "flipbook/document/documentlimits.h"
 #include "flipbook/document/documentlock.h"
@@ -90,10 +91,17 @@ void run(const QCommandLineParser &line)
         throw UsageError{QStringLiteral("a document on standard input cannot be edited, since it "
                                         "could not be written back; name a file")};
     const Edit edit = editOf(line);
+    if (cutsSheets(line) && !line.isSet(QStringLiteral("add")))
+        throw UsageError{QStringLiteral("--grid and --cell cut the pictures that --add adds, and "
+                                        "nothing is added")};
     const Plugin plugin = openPlugin(line);
     Reading reading = Arguments::reading(line);
+    // It is not the document that is cut.
+    const std::optional<SheetCut> cut = reading.sheetCut();
+    reading.setSheetCut(std::nullopt);
     const DocumentLock lock(path, MaxWaitMs);
     const OpenedFile opened = openDocument(plugin, path, reading);
+    reading.setSheetCut(cut);
     if (!opened.warnings.isEmpty() && !line.isSet(QStringLiteral("force")))
         throw Failure{path, QStringLiteral("the parts that cannot be read would be lost; "
                                            "--force saves it without them")};
@@ -143,5 +151,5 @@ Command editCommand()
                                            "frames.")});
     command.options.append({QStringLiteral("force"),
                             QStringLiteral("Save a damaged document without the damaged parts.")});
-    return command;
+    return withSheetOptions(command);
 }

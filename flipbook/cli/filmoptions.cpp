@@ -52,6 +52,23 @@ QList<QCommandLineOption> selection()
              QStringLiteral("F")}};
 }
 
+QList<QCommandLineOption> selectionOfPage()
+{
+    return {{QStringLiteral("frames"),
+             QStringLiteral("Write only the frames A to B of each animation, counted from 1."),
+             QStringLiteral("A-B")},
+            {QStringLiteral("every"),
+             QStringLiteral("Write the first of each N frames of the animations, for the time of "
+                            "all of them."),
+             QStringLiteral("N")},
+            {QStringLiteral("reverse"),
+             QStringLiteral("Write the last frame of each animation first.")},
+            {QStringLiteral("scale"),
+             QStringLiteral("Write pictures with F times as many pixels on each side, such as 0.5; "
+                            "objects keep their places and sizes."),
+             QStringLiteral("F")}};
+}
+
 FilmSelection chosen(const QCommandLineParser &line)
 {
     constexpr double maxScale = 100.0;
@@ -70,5 +87,11 @@ FilmSelection chosen(const QCommandLineParser &line)
 Command withFilmOptions(Command command)
 {
     command.options += FilmOptions::selection();
+    return command;
+}
+
+Command withPageFilmOptions(Command command)
+{
+    command.options += FilmOptions::selectionOfPage();
     return command;
 }

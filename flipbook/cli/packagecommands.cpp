@@ -45,16 +45,14 @@ Sprite exported(SpriteExporter &exporter, CBaseObject &object, const QString &pa
     }
 }
 
-/// @p remedy is what the user can do about a package that is too large.
-void warn(const SpriteExporter &exporter, const QString &path, const QByteArray &package,
-          const QString &remedy)
+void warn(const SpriteExporter &exporter, const QString &path, const QByteArray &package)
 {
     for (const QString &remark : exporter.remarks())
         Console::warn(path, remark);
     if (package.size() > ManyBytes)
-        Console::warn(
-            path,
-            QStringLiteral("the file has %1; %2").arg(MemoryBudget::text(package.size()), remedy));
+        Console::warn(path,
+                      QStringLiteral("the file has %1; --every 2 or --scale 0.5 makes it smaller")
+                          .arg(MemoryBudget::text(package.size())));
 }
 
 bool withScripts(const QCommandLineParser &line)
@@ -82,13 +80,14 @@ void runSprite(const QCommandLineParser &line)
     const Sprite sprite = exported(exporter, *film.object, path, film.delaysMs);
     const QByteArray package = spritePackage(sprite);
     writeFile(output, package);
-    warn(exporter, output, package, QStringLiteral("--every 2 or --scale 0.5 makes it smaller"));
+    warn(exporter, output, package);
 }
 
 void runProject(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = Arguments::output(line, QStringLiteral("sb3"));
+    const FilmSelection selection = FilmOptions::chosen(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
@@ -96,10 +95,13 @@ void runProject(const QCommandLineParser &line)
     checkOutput(output, reading);
     Page &page = chosenPage(line, path, *opened.document);
 
+    ProgressLine progress(QStringLiteral("Writing %1").arg(output), page.objects().size());
+    const StagePlacement placement = placementOf(opened, page);
+    const QVector<int> delaysMs =
+        exchangeFilms(plugin, page, opened.delaysMs(), selection, reading.memory(), path);
     const QList<CBaseObject *> objects = page.objects();
-    ProgressLine progress(QStringLiteral("Writing %1").arg(output), objects.size());
-    SpriteExporter exporter(plugin, placementOf(opened, page), withScripts(line), reading.memory());
-    const QVector<int> delaysMs = opened.delaysMs();
+    SpriteExporter exporter(plugin, placement, withScripts(line), reading.memory());
+    exporter.setPictureScale(selection.scale);
     QVector<Sprite> sprites;
     for (CBaseObject *object : objects) {
         sprites.append(exported(exporter, *object, path, delaysMs));
@@ -107,7 +109,7 @@ void runProject(const QCommandLineParser &line)
     }
     const QByteArray package = projectPackage(sprites);
     writeFile(output, package);
-    warn(exporter, output, package, QStringLiteral("fewer or smaller frames help"));
+    warn(exporter, output, package);
 }
 
 QCommandLineOption noScriptOption()
@@ -132,7 +134,7 @@ Command spriteCommand()
 
 Command projectCommand()
 {
-    return withSheetOptions(
+    return withSheetOptions(withPageFilmOptions(
         {QStringLiteral("project"),
          QStringLiteral("DOC-OR-FILE -o OUT.sb3"),
          QStringLiteral("Write a page as a Scratch 3 project that is ready to play."),
@@ -140,5 +142,5 @@ Command projectCommand()
            QStringLiteral("OUT.sb3")},
           noScriptOption(),
           pageOption()},
-         runProject});
+         runProject}));
 }

@@ -2,7 +2,10 @@
 #include "flipbook/base/outputfile.h"
 #include "flipbook/cli/arguments.h"
 #include "flipbook/cli/documentcommand.h"
+#include "flipbook/cli/filmoptions.h"
 #include "flipbook/cli/progressline.h"
+#include "flipbook/cli/sheetoptions.h"
+#include "flipbook/export/filmexchange.h"
 #include "flipbook/export/webpage.h"
 #include "flipbook/import/sourcefile.h"
 #include "framework/page.h"
@@ -25,6 +28,7 @@ void run(const QCommandLineParser &line)
 {
     const QString path = Arguments::onlyFile(line);
     const QString output = htmlOutput(line);
+    const FilmSelection selection = FilmOptions::chosen(line);
     Reading reading = Arguments::reading(line);
     checkOutput(output, {path});
     const Plugin plugin = openPlugin(line);
@@ -32,13 +36,15 @@ void run(const QCommandLineParser &line)
     checkOutput(output, reading);
     Page &page = chosenPage(line, path, *opened.document);
 
+    const QVector<int> delaysMs =
+        exchangeFilms(plugin, page, opened.delaysMs(), selection, reading.memory(), path);
     int frames = 0;
     const QList<CBaseObject *> objects = page.objects();
     for (CBaseObject *object : objects)
         frames += AnimatedObject(*object).frameCount();
     ProgressLine progress(QStringLiteral("Writing %1").arg(output), frames);
     try {
-        const WebPageSource source{QFileInfo(path).completeBaseName(), opened.delaysMs()};
+        const WebPageSource source{QFileInfo(path).completeBaseName(), delaysMs, selection.scale};
         writeFile(output, webPage(plugin, page, source, reading.memory(),
                                   [&progress](int done, int) { progress.setDone(done); }));
     } catch (const Failure &failure) {
@@ -52,11 +58,12 @@ void run(const QCommandLineParser &line)
 
 Command webCommand()
 {
-    return {QStringLiteral("web"),
-            QStringLiteral("DOC-OR-FILE -o PAGE.html [--page N]"),
-            QStringLiteral("Write a page as one HTML file that plays in a browser."),
-            {{QStringLiteral("o"), QStringLiteral("Write the page to PAGE.html."),
-              QStringLiteral("PAGE.html")},
-             pageOption()},
-            run};
+    return withSheetOptions(withPageFilmOptions(
+        {QStringLiteral("web"),
+         QStringLiteral("DOC-OR-FILE -o PAGE.html [--page N]"),
+         QStringLiteral("Write a page as one HTML file that plays in a browser."),
+         {{QStringLiteral("o"), QStringLiteral("Write the page to PAGE.html."),
+           QStringLiteral("PAGE.html")},
+          pageOption()},
+         run}));
 }

@@ -1,5 +1,6 @@
 #include "flipbook/document/openedfile.h"
 
+#include "flipbook/base/failure.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/import/mediaimport.h"
 #include "flipbook/import/sourcefile.h"
@@ -18,6 +19,9 @@ OpenedFile openFile(const Plugin &plugin, const QString &path, Reading &reading)
     OpenedFile opened;
     Source source = reading.open(path);
     if (kindOf(source, path) == SourceKind::Document) {
+        if (reading.sheetCut())
+            throw Failure{path, QStringLiteral("only a picture can be cut into frames, and this "
+                                               "is: document")};
         LoadedDocument loaded = loadDocument(plugin, std::move(source.file), path, reading);
         opened.document = std::move(loaded.document);
         opened.warnings = loaded.warnings;

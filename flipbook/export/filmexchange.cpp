@@ -78,7 +78,8 @@ ExchangedFilm exchangeFilm(const Plugin &plugin, CBaseObject &object, const QVec
         delays.append(step.delayMs);
 
     FilmState state(object);
-    if (selection.every > 1)
+    const bool hasOwnDelays = delaysMs.size() == AnimatedObject(object).frameCount();
+    if (selection.every > 1 || hasOwnDelays)
         state.setInterval(meanDelay(delays));
     ExchangedFilm result;
     result.object = exchange(object, state.withFrames(plugin, frames, 0));
@@ -86,5 +87,29 @@ ExchangedFilm exchangeFilm(const Plugin &plugin, CBaseObject &object, const QVec
                                     [&delays](int delay) { return delay == delays.constFirst(); });
     if (!isEven)
         result.delaysMs = delays;
+    return result;
+}
+
+QVector<int> exchangeFilms(const Plugin &plugin, Page &page, const QVector<int> &delaysMs,
+                           FilmSelection selection, MemoryAccount &memory, const QString &path)
+{
+    selection.scale = 1.0;
+    if (selection.isWhole())
+        return delaysMs;
+    QVector<int> result;
+    const QList<CBaseObject *> objects = page.objects();
+    for (CBaseObject *object : objects) {
+        const AnimatedObject film(*object);
+        if (film.frameCount() < 2)
+            continue;
+        const QString name = film.name();
+        try {
+            result = exchangeFilm(plugin, *object, delaysMs, selection, memory, path).delaysMs;
+        } catch (const Failure &failure) {
+            if (objects.size() == 1)
+                throw;
+            throw Failure{path, QStringLiteral("%1: %2").arg(name, failure.reason)};
+        }
+    }
     return result;
 }

@@ -3,6 +3,8 @@
 #include "flipbook/base/compactpng.h"
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
+#include "flipbook/base/memorybudget.h"
+#include "flipbook/export/filmscale.h"
 #include "flipbook/object/objectprotocol.h"
 #include "framework/page.h"
 #include "host/specialpropertyids.h"
@@ -126,7 +128,12 @@ int WebPageMaker::pictureOf(const QImage &image)
     const auto known = m_byKey.constFind(image.cacheKey());
     if (known != m_byKey.constEnd())
         return known.value();
-    const int number = encoded(image);
+    if (m_source.scale != 1.0) {
+        const QSize size = FilmScale::scaled(image.size(), m_source.scale);
+        m_memory.require(MemoryBudget::neededForFilm(size, 2, 0), m_source.title,
+                         QStringLiteral("a scaled picture"));
+    }
+    const int number = encoded(FilmScale::scaled(image, m_source.scale));
     m_byKey.insert(image.cacheKey(), number);
     return number;
 }
@@ -160,7 +167,7 @@ QJsonObject WebPageMaker::objectJson(CBaseObject &object)
     const int shown = qBound(0, animated.shownIndex(), frames.size() - 1);
     const QPointF place = object.CGDRootObject::getPos();
     const QSizeF size = object.getSize();
-    const QSize pixels = frames.at(shown).second.size();
+    const QSize pixels = FilmScale::scaled(frames.at(shown).second.size(), m_source.scale);
     const bool isBackground =
         ObjectProtocol::ask<qint32>(object, SpecialPropertyId::AnimatedType) == BackgroundType;
     return {

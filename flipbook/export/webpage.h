@@ -14,6 +14,7 @@ class Page;
 struct WebPageSource {
     QString title;         ///< also the name of objects that have none
     QVector<int> delaysMs; ///< of a lone film: one for each frame; other numbers do not count
+    double scale = 1.0;    ///< of both sides of the pictures; objects keep their sizes
 };
 
 /// @p page as one HTML file that plays it in a browser and needs nothing else. Objects look and

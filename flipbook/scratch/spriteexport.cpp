@@ -41,6 +41,12 @@ void settleFrameSizes(AnimatedObject &object)
     object.showFrame(shown);
 }
 
+/// @p costume with a picture of another size.
+Costume resized(const Costume &costume, const QSize &size, Qt::TransformationMode mode)
+{
+    return costumeOf(costume.name, pictureOf(costume).scaled(size, Qt::IgnoreAspectRatio, mode));
+}
+
 bool isStretched(const QSizeF &size, const QSize &pixels)
 {
     constexpr double visible = 0.01;
@@ -123,6 +129,7 @@ Sprite SpriteExporter::exported(AnimatedObject &object, const QString &name,
         if (sprite.costumes.size() == 1 && costumeWidth > 0.0)
             sprite.size *= size.width() / costumeWidth;
     }
+    sprite.size *= scalePictures(sprite);
     sprite.size *= shrinkToTexture(sprite);
     place(sprite, m_placement.toStage(QRectF(base.CGDRootObject::getPos(), size).center()));
     if (isStretched(size, base.getImageSize()))
@@ -140,7 +147,8 @@ void SpriteExporter::requireMemory(AnimatedObject &object, const QString &name) 
     constexpr qint64 bytesPerPixel = 4;
     // They are drawn one after another, but what would take too long is not begun either.
     constexpr qint64 costumesAtOnce = 16;
-    const QSizeF size = largestCostume(m_plugin, object.base());
+    QSizeF size = largestCostume(m_plugin, object.base());
+    size = size.expandedTo(size * m_pictureScale);
     const double pixels = size.width() * size.height();
     const qint64 bytes = pixels < double(std::numeric_limits<int>::max())
                              ? qint64(pixels) * bytesPerPixel
@@ -245,6 +253,25 @@ QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QStrin
     return costumes;
 }
 
+/// Gives the pictures the pixels that the user wants; the factor by which the sprite must grow.
+/// Whole numbers repeat pixels.
+double SpriteExporter::scalePictures(Sprite &sprite)
+{
+    const QSize pixels = pictureOf(sprite.costumes.constFirst()).size();
+    const QSize scaled = (QSizeF(pixels) * m_pictureScale).toSize().expandedTo(QSize(1, 1));
+    if (scaled == pixels)
+        return 1.0;
+    const bool isWhole = m_pictureScale == std::round(m_pictureScale);
+    for (Costume &costume : sprite.costumes) {
+        costume =
+            resized(costume, scaled, isWhole ? Qt::FastTransformation : Qt::SmoothTransformation);
+        if (m_pictureScale > 1.0)
+            count(costume, sprite.name);
+    }
+    return pixels.width() > pixels.height() ? double(pixels.width()) / scaled.width()
+                                            : double(pixels.height()) / scaled.height();
+}
+
 /// Reduces pictures that are larger than a texture, all alike; the factor by which the sprite must
 /// grow in return.
 double SpriteExporter::shrinkToTexture(Sprite &sprite)
@@ -255,11 +282,8 @@ double SpriteExporter::shrinkToTexture(Sprite &sprite)
         return 1.0;
     const QSize reduced =
         pixels.scaled(MaxPictureSide, MaxPictureSide, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
-    for (Costume &costume : sprite.costumes) {
-        const QImage picture =
-            pictureOf(costume).scaled(reduced, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        costume = costumeOf(costume.name, picture);
-    }
+    for (Costume &costume : sprite.costumes)
+        costume = resized(costume, reduced, Qt::SmoothTransformation);
     m_remarks.append(QStringLiteral("%1: pictures of %2 x %3 pixels are larger than Scratch can "
                                     "draw, and were reduced to %4 x %5")
                          .arg(sprite.name, QString::number(pixels.width()),

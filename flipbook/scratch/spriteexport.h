@@ -32,6 +32,10 @@ public:
     SpriteExporter(const Plugin &plugin, const StagePlacement &placement, bool withScripts,
                    MemoryAccount &memory);
 
+    /// Costumes get @p scale times as many pixels on each side; the sprites look as large as they
+    /// would without.
+    void setPictureScale(double scale) { m_pictureScale = scale; }
+
     /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Its
     /// costumes are shown for @p delaysMs milliseconds, one time for each frame; any other number
     /// of times, such as none, means that the object's interval holds for all. Steps through frames
@@ -53,6 +57,7 @@ private:
                            const QString &objectName) const;
     Costume costumeAs(const QJsonObject &json, const QByteArray &png, const CBaseObject &object,
                       const QString &objectName);
+    double scalePictures(Sprite &sprite);
     double shrinkToTexture(Sprite &sprite);
     void remarkOnAmount(const Sprite &sprite);
 
@@ -60,6 +65,7 @@ private:
     MemoryAccount &m_memory;
     StagePlacement m_placement;
     bool m_withScripts;
+    double m_pictureScale = 1.0;
     QSet<QString> m_takenNames;
     QStringList m_remarks;
 };

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void optionsSelectFrames_data();
     void optionsSelectFrames();
     void framesAreSelectedForAFolder();
+    void theIntervalIsThatOfTheSelectedFrames();
     void framesAreSelectedForASheet();
     void framesAreSelectedForASprite();
     void anAtlasIsReadByItsDescription();
@@ -149,6 +150,14 @@ void TestFilmCommands::framesAreSelectedForAFolder()
     QCOMPARE(info.value(QStringLiteral("intervalMs")).toInt(), 500);
 }
 
+void TestFilmCommands::theIntervalIsThatOfTheSelectedFrames()
+{
+    GifBuilder(8, 6).add(0, 10).add(1, 20).add(2, 20).write(path(QStringLiteral("late.gif")));
+    QCOMPARE(run(QStringLiteral("frames late.gif -o late --frames 2-3")).status, 0);
+    const QJsonObject info = run(QStringLiteral("info --json late")).json();
+    QCOMPARE(info.value(QStringLiteral("intervalMs")).toInt(), 200);
+}
+
 void TestFilmCommands::framesAreSelectedForASheet()
 {
     const auto sheet = [this](const QString &options) {
@@ -219,6 +228,10 @@ void TestFilmCommands::wrongOptionsAreRefused_data()
     row("gif film.gif -o x.gif --frames 3-5", 1, "film.gif: it has 4 frames, so no frame 5");
     row("frames film.gif -o x --frames 7", 1, "film.gif: it has 4 frames, so no frame 7");
     row("sprite film.gif -o x.sprite3 --frames 7", 1, "film.gif: it has 4 frames, so no frame 7");
+    row("project film.gif -o x.sb3 --frames 7", 1, "film.gif: it has 4 frames, so no frame 7");
+    row("web film.gif -o x.html --frames 7", 1, "film.gif: it has 4 frames, so no frame 7");
+    row("project film.gif -o x.sb3 --every 0", 2, "--every takes a whole number from 1");
+    row("web film.gif -o x.html --scale 0", 2, "--scale takes a number above 0");
     row("sheet film.gif -o x.png --frames 7", 1, "film.gif: it has 4 frames, so no frame 7");
     row("webp film.gif -o x.webp --every 0", 2, "--every takes a whole number from 1");
     row("webp film.gif -o x.webp --scale 0", 2, "--scale takes a number above 0");

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void wrongOptionsAreTold_data();
     void wrongOptionsAreTold();
     void onlyPicturesAreCut();
+    void aSheetIsAddedToAPage();
     void aDescriptionIsRead_data();
     void aDescriptionIsRead();
     void trimmedAndTurnedFramesAreWholeAgain();
@@ -231,6 +232,30 @@ void TestSpriteSheets::onlyPicturesAreCut()
     QCOMPARE(run.err, QStringLiteral("flipbook: %1: only a picture can be cut into frames, and "
                                      "this is: GIF\n")
                           .arg(gif));
+}
+
+void TestSpriteSheets::aSheetIsAddedToAPage()
+{
+    const auto run = [this](const QString &arguments) {
+        return flipbookIn(m_fixture.path(QString()), arguments.split(QLatin1Char(' ')));
+    };
+    QVERIFY(pixelRow({red, green}).save(m_fixture.path(QStringLiteral("two.png"))));
+    QCOMPARE(run(QStringLiteral("new page.flipbook")).status, 0);
+    const QString edit = QStringLiteral("edit page.flipbook --add two.png ");
+    QCOMPARE(run(edit + QStringLiteral("--grid 2x1 --name cut")).err, QString());
+    QCOMPARE(
+        objectIn(m_fixture.plugin(), m_fixture.path(QStringLiteral("page.flipbook")), 1).frames,
+        (QStringList{QStringLiteral("two_1 #ff0000 1x1"), QStringLiteral("two_2 #00ff00 1x1")}));
+    QVERIFY(
+        run(edit + QStringLiteral("--cell 5x1"))
+            .err.startsWith(QLatin1String("flipbook: page.flipbook: --add two.png: two.png: ")));
+    const FlipbookRun nothing = run(QStringLiteral("edit page.flipbook --mirror --grid 2x1"));
+    QCOMPARE(nothing.status, 2);
+    QVERIFY(nothing.err.startsWith(QLatin1String("flipbook: --grid and --cell cut the pictures")));
+    const FlipbookRun document = run(QStringLiteral("info page.flipbook --grid 2x1"));
+    QCOMPARE(document.status, 1);
+    QVERIFY2(document.err.endsWith(QLatin1String("and this is: document\n")),
+             qPrintable(document.err));
 }
 
 void TestSpriteSheets::aDescriptionIsRead_data()

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void timesOfAGifAreKept();
     void aDocumentKeepsItsOwnInterval();
     void equalFramesAreInThePageOnce();
+    void framesAreSelected();
+    void picturesAreScaledAndObjectsAreNot();
     void namesCannotLeaveTheirPlace();
     void theSamePageGivesTheSameBytes();
     void wrongUsageIsTold_data();
@@ -109,6 +111,50 @@ void TestWebCommand::equalFramesAreInThePageOnce()
     const QByteArray page = written(QStringLiteral("film.gif"));
     QCOMPARE(dataOf(page).value(QLatin1String("pictures")).toArray().size(), 2);
     QCOMPARE(objectOf(page).value(QLatin1String("frames")).toArray(), QJsonArray({0, 1, 0}));
+}
+
+void TestWebCommand::framesAreSelected()
+{
+    const QJsonObject some = objectOf(
+        written(QStringLiteral("film.gif"),
+                {QStringLiteral("--every"), QStringLiteral("2"), QStringLiteral("--reverse")}));
+    QCOMPARE(some.value(QLatin1String("delays")).toArray(), QJsonArray({1500, 520}));
+
+    // A still picture has no second frame, and stays.
+    QVERIFY(Pictures::solid(3, 2, Qt::red).save(path(QStringLiteral("still.png"))));
+    QCOMPARE(flipbook({QStringLiteral("new"), path(QStringLiteral("two.flipbook")),
+                       QStringLiteral("--add"), path(QStringLiteral("film.gif")),
+                       QStringLiteral("--add"), path(QStringLiteral("still.png"))})
+                 .status,
+             0);
+    const QString document = QStringLiteral("two.flipbook");
+    const QJsonArray objects =
+        dataOf(written(document, {QStringLiteral("--frames"), QStringLiteral("2-3")}))
+            .value(QLatin1String("objects"))
+            .toArray();
+    QCOMPARE(objects.at(0).toObject().value(QLatin1String("delays")).toArray(),
+             QJsonArray({500, 500}));
+    QCOMPARE(objects.at(1).toObject().value(QLatin1String("frames")).toArray().size(), 1);
+    const FlipbookRun run =
+        flipbookIn(path(QString()),
+                   {QStringLiteral("web"), document, QStringLiteral("-o"), QStringLiteral("x.html"),
+                    QStringLiteral("--frames"), QStringLiteral("4")});
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.err,
+             QStringLiteral("flipbook: two.flipbook: film: it has 3 frames, so no frame 4\n"));
+}
+
+void TestWebCommand::picturesAreScaledAndObjectsAreNot()
+{
+    const QByteArray page =
+        written(QStringLiteral("film.gif"), {QStringLiteral("--scale"), QStringLiteral("0.5")});
+    const QJsonArray pictures = dataOf(page).value(QLatin1String("pictures")).toArray();
+    const QByteArray png = QByteArray::fromBase64(pictures.at(0).toString().toLatin1());
+    QCOMPARE(QImage::fromData(png).size(), QSize(2, 2));
+    const QJsonObject object = objectOf(page);
+    QCOMPARE(object.value(QLatin1String("width")).toDouble(), 4.0);
+    QCOMPARE(object.value(QLatin1String("scaleX")).toDouble(), 2.0);
+    QCOMPARE(object.value(QLatin1String("delays")).toArray(), QJsonArray({500, 20, 1500}));
 }
 
 void TestWebCommand::namesCannotLeaveTheirPlace()

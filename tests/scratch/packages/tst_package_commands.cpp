@@ -37,6 +37,8 @@ private Q_SLOTS:
     void aReducedPictureKeepsAPixelOnEachSide_data();
     void aReducedPictureKeepsAPixelOnEachSide();
     void theProjectNamesTheProgramThatMadeIt();
+    void aProjectOfSelectedFramesLooksAsLarge();
+    void selectedFramesStayWhereTheyAreOnThePage();
     void moderateFilmsGiveNoRemark();
 
 private:
@@ -47,6 +49,7 @@ private:
         return flipbook(
             {QStringLiteral("sprite"), path(input), QStringLiteral("-o"), path(output)});
     }
+    QJsonArray projectOf(const QString &input, const QString &options) const;
     static FlipbookRun withSmallDisk(int halfKilobytes, const QStringList &arguments);
 
     std::unique_ptr<DocumentFixture> m_fixture;
@@ -295,6 +298,72 @@ void TestPackageCommands::theProjectNamesTheProgramThatMadeIt()
     const QJsonObject meta =
         QJsonDocument::fromJson(project).object().value(QLatin1String("meta")).toObject();
     QCOMPARE(meta.value(QLatin1String("agent")).toString(), version);
+}
+
+/// The sprites of the project of @p input, with these options.
+QJsonArray TestPackageCommands::projectOf(const QString &input, const QString &options) const
+{
+    QStringList arguments = {QStringLiteral("project"), path(input), QStringLiteral("-o"),
+                             path(QStringLiteral("some.sb3"))};
+    arguments += options.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const FlipbookRun run = flipbook(arguments);
+    if (run.status != 0)
+        return {run.err};
+    return readPackage(path(QStringLiteral("some.sb3"))).sprites;
+}
+
+void TestPackageCommands::aProjectOfSelectedFramesLooksAsLarge()
+{
+    // A frame of 8 x 6 has a costume of 16 x 12, of which each side is halved. The first and the
+    // third frame are shown for the time of the one after them, too: 300 and 700 ms.
+    GifBuilder(8, 6).add(0, 10).add(1, 20).add(2, 30).add(3, 40).write(
+        path(QStringLiteral("four.gif")));
+    const QJsonObject sprite =
+        projectOf(QStringLiteral("four.gif"), QStringLiteral("--every 2 --reverse --scale 0.5"))
+            .first()
+            .toObject();
+    const QJsonArray costumes = sprite.value(QLatin1String("costumes")).toArray();
+    QCOMPARE(costumes.size(), 2);
+    const QJsonObject first = costumes.at(0).toObject();
+    QCOMPARE(first.value(QLatin1String("name")).toString(), QStringLiteral("four_3"));
+    QCOMPARE(costumes.at(1).toObject().value(QLatin1String("name")).toString(),
+             QStringLiteral("four_1"));
+    const PackageFile package = readPackage(path(QStringLiteral("some.sb3")));
+    const QString picture = first.value(QLatin1String("md5ext")).toString();
+    QCOMPARE(QImage::fromData(package.files.value(picture)).size(), QSize(8, 6));
+    QCOMPARE(first.value(QLatin1String("rotationCenterX")).toDouble(), 4.0);
+    QCOMPARE(sprite.value(QLatin1String("size")).toDouble(), 200.0);
+    const QJsonObject lists = sprite.value(QLatin1String("lists")).toObject();
+    QCOMPARE(lists.begin().value().toArray().at(1).toArray(),
+             QJsonArray({QStringLiteral("0.7"), QStringLiteral("0.3")}));
+}
+
+void TestPackageCommands::selectedFramesStayWhereTheyAreOnThePage()
+{
+    QCOMPARE(flipbook({QStringLiteral("new"), path(QStringLiteral("both.flipbook")),
+                       QStringLiteral("--add"), path(QStringLiteral("walk.gif")),
+                       QStringLiteral("--add"), path(QStringLiteral("apple.png"))})
+                 .status,
+             0);
+    const QString document = QStringLiteral("both.flipbook");
+    const QJsonArray whole = projectOf(document, QString());
+    const QJsonArray some = projectOf(document, QStringLiteral("--frames 3-5 --scale 2"));
+    QCOMPARE(whole.size(), 2);
+    QCOMPARE(some.size(), 2);
+    for (int i = 0; i < 2; ++i) {
+        const QJsonObject before = whole.at(i).toObject();
+        const QJsonObject after = some.at(i).toObject();
+        for (const char *key : {"name", "x", "y", "direction"})
+            QCOMPARE(after.value(QLatin1String(key)), before.value(QLatin1String(key)));
+        QCOMPARE(after.value(QLatin1String("size")).toDouble() * 2,
+                 before.value(QLatin1String("size")).toDouble());
+    }
+    // A still picture has no third frame, and stays.
+    QCOMPARE(some.at(0).toObject().value(QLatin1String("costumes")).toArray().size(), 3);
+    QCOMPARE(some.at(1).toObject().value(QLatin1String("costumes")).toArray().size(), 1);
+    QCOMPARE(projectOf(document, QStringLiteral("--frames 3-13")).first().toString(),
+             QStringLiteral("flipbook: %1: walk: it has 12 frames, so no frame 13\n")
+                 .arg(path(document)));
 }
 
 void TestPackageCommands::moderateFilmsGiveNoRemark()
