@@ -30,7 +30,8 @@ bool hasPictureName(const QString &name)
     return endings.contains(QFileInfo(name).suffix().toLower());
 }
 
-/// Before any is decoded: what all of them would need.
+/// Before any is decoded: what all of them would need. @p subject is told that it is too much;
+/// without one, the first that is.
 void requireAll(const QStringList &names, const Open &open, const QString &subject,
                 const MemoryAccount &memory)
 {
@@ -46,7 +47,7 @@ void requireAll(const QStringList &names, const Open &open, const QString &subje
         }
         kept = Saturating::sum(kept, facts.keptBytes() + MemoryBudget::BytesPerFrame);
         work = std::max(work, facts.workBytes);
-        memory.require(Saturating::sum(kept, work), subject,
+        memory.require(Saturating::sum(kept, work), subject.isEmpty() ? name : subject,
                        QStringLiteral("%1 pictures").arg(names.size()));
     }
 }
@@ -111,7 +112,7 @@ DecodedFilm readPictureFolder(const FileHandle &folder, const QString &path, Rea
 DecodedFilm readPictureFiles(const QStringList &paths, Reading &reading)
 {
     const Open open = [&reading](const QString &path) { return reading.openFile(path); };
-    requireAll(paths, open, commonName(paths), reading.memory());
+    requireAll(paths, open, QString(), reading.memory());
     DecodedFilm film;
     film.format = QStringLiteral("pictures");
     for (const QString &path : paths)

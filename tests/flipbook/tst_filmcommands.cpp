@@ -196,7 +196,8 @@ void TestFilmCommands::anAtlasIsReadByItsDescription()
              QJsonValue(QStringLiteral("sheet.png")));
     const QImage sheet(path(QStringLiteral("sheet.png")));
     QStringList found;
-    for (const QJsonValue &value : json.value(QStringLiteral("frames")).toArray()) {
+    const QJsonArray frames = json.value(QStringLiteral("frames")).toArray();
+    for (const QJsonValue &value : frames) {
         const QJsonObject frame = value.toObject();
         const QJsonObject place = frame.value(QStringLiteral("frame")).toObject();
         found << QStringLiteral("%1 %2 %3")
