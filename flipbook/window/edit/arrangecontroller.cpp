@@ -95,12 +95,17 @@ void ArrangeController::update()
         action->setEnabled(!m_session.selection().isEmpty());
 }
 
-/// Selected objects keep their order among themselves.
+/// Selected objects keep their order among themselves. Backgrounds stay where they are.
 void ArrangeController::stack(const QString &text, int step, bool toTheEnd)
 {
     const QList<CBaseObject *> before = normalObjects(*m_session.page());
     QList<CBaseObject *> order = before;
-    QList<CBaseObject *> selected = m_session.selection();
+    QList<CBaseObject *> selected;
+    const QList<CBaseObject *> chosen = m_session.selection();
+    for (CBaseObject *object : chosen) {
+        if (before.contains(object))
+            selected.append(object);
+    }
     if (toTheEnd) {
         for (CBaseObject *object : qAsConst(selected))
             order.removeOne(object);

@@ -17,6 +17,8 @@
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/session.h"
 
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QFileDialog>
 
@@ -35,9 +37,13 @@ FrameController::FrameController(Session &session, ActionSet &actions, FramePane
     connect(&m_strip, &FrameStrip::moveWanted, this, &FrameController::move);
     connect(&m_strip, &FrameStrip::copyWanted, this, &FrameController::copy);
     connect(&m_strip, &FrameStrip::dropped, &importer, &ImportController::dropOnStrip);
-    // The editor in the strip ends before the model changes under it.
-    connect(&panel.model(), &FrameModel::renameWanted, this, &FrameController::rename,
-            Qt::QueuedConnection);
+    // The editor in the strip ends before the model changes under it. What ended it may be a click
+    // that selects another film.
+    connect(&panel.model(), &FrameModel::renameWanted, this, [this](int row, const QString &name) {
+        QTimer::singleShot(0, this,
+                           [this, film = QPointer<CBaseObject>(m_panel.model().object()), row,
+                            name] { rename(film, row, name); });
+    });
     connect(&importer, &ImportController::framesInserted, this, [this](int first, int count) {
         QVector<int> rows;
         for (int i = 0; i < count; ++i)
@@ -234,13 +240,16 @@ void FrameController::editName()
     m_strip.edit(index);
 }
 
-void FrameController::rename(int row, const QString &name)
+void FrameController::rename(CBaseObject *film, int row, const QString &name)
 {
-    CBaseObject *film = m_session.film();
-    if (!film || name.isEmpty())
+    auto *page = film ? qobject_cast<Page *>(film->scene()) : nullptr;
+    if (!page || name.isEmpty() || row >= AnimatedObject(*film).frameCount())
         return;
+    const QList<CBaseObject *> selected = page->selectedObjects();
     FilmEdit::apply(m_session, tr("Rename Frame"), *film,
                     [row, &name](FrameEditor &editor) { editor.rename(row + 1, name); });
+    if (!selected.contains(film))
+        page->selectObjects(selected);
 }
 
 void FrameController::chooseReplacement()

@@ -38,7 +38,9 @@ public:
     void copy(const QVector<int> &rows, int before);
     /// By one place; false to the left.
     void moveSelected(bool toTheRight);
-    void rename(int row, const QString &name);
+    /// Renames a frame of @p film, which need not be selected any more. Does nothing if the film is
+    /// null or on no page, or has no such frame.
+    void rename(CBaseObject *film, int row, const QString &name);
     void replaceSelected(const QString &path);
 
 private:

@@ -1,3 +1,4 @@
+#include "flipbook/editing/frameeditor.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
 #include "framework/objecthandles.h"
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void deleteDeletesFramesWhileTheStripHasTheFocus();
     void objectsAreRaisedAndLowered();
     void severalKeepTheirOrderWhenTheyRise();
+    void backgroundsStayBelowWhileOthersRise();
     void oneObjectIsAlignedWithThePage();
     void severalAreAlignedWithEachOther();
     void mirrorAndFlipAreSteps();
@@ -186,6 +188,21 @@ void TestWindowEdit::severalKeepTheirOrderWhenTheyRise()
     QCOMPARE(objects(), QList<CBaseObject *>({&three, m_one, m_two}));
     m_fixture->trigger("lower");
     QCOMPARE(objects(), QList<CBaseObject *>({m_one, m_two, &three}));
+}
+
+void TestWindowEdit::backgroundsStayBelowWhileOthersRise()
+{
+    FrameEditor(*m_two).setBackground(true);
+    CBaseObject &third = m_fixture->addFilm({Qt::yellow}, {300, 50});
+    m_fixture->page().selectObjects({m_two});
+    for (const char *id : {"raise", "lower", "raise-to-top", "lower-to-bottom"})
+        m_fixture->trigger(id);
+    QCOMPARE(objects(), QList<CBaseObject *>({m_two, m_one, &third}));
+    m_fixture->page().selectObjects({m_one, m_two});
+    m_fixture->trigger("raise");
+    QCOMPARE(objects(), QList<CBaseObject *>({m_two, &third, m_one}));
+    m_fixture->trigger("lower-to-bottom");
+    QCOMPARE(objects(), QList<CBaseObject *>({m_two, m_one, &third}));
 }
 
 void TestWindowEdit::oneObjectIsAlignedWithThePage()

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void withCtrlTheyAreCopied();
     void rowsOfAnotherProcessAreNotTaken();
     void aFrameIsRenamedInPlace();
+    void aClickOnAnotherFilmEndsTheRenamingOfAFrame();
     void aReplacedFrameKeepsItsNameAndItsSizeOnThePage();
     void undoneEditsGiveTheFirstBytes();
     void theSelectionInTheStripFollowsEdits();
@@ -230,6 +231,23 @@ void TestWindowFrames::aFrameIsRenamedInPlace()
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Rename Frame")}));
     m_fixture->trigger("undo");
     QCOMPARE(names().at(1), QStringLiteral("film_2"));
+}
+
+void TestWindowFrames::aClickOnAnotherFilmEndsTheRenamingOfAFrame()
+{
+    CBaseObject &other = m_fixture->addFilm({white}, {300, 200});
+    strip().selectRows({1});
+    m_fixture->trigger("rename-frame");
+    auto *editor = strip().findChild<QLineEdit *>();
+    QVERIFY(editor);
+    editor->setText(QStringLiteral("jump"));
+    m_fixture->view().setFocus();
+    m_fixture->click({310, 210});
+    QTRY_COMPARE(m_fixture->history(), QStringList({QStringLiteral("Rename Frame")}));
+    QCOMPARE(&film(), &other);
+    QCOMPARE(names(), QStringList({QStringLiteral("film_1")}));
+    QCOMPARE(m_fixture->frameNames(*m_fixture->page().objects().first()).at(1),
+             QStringLiteral("jump"));
 }
 
 void TestWindowFrames::aReplacedFrameKeepsItsNameAndItsSizeOnThePage()
