@@ -76,7 +76,7 @@ public:
     List rects() const
     {
         List list;
-        list.reserve(int(runCount()));
+        list.reserve(static_cast<typename List::size_type>(runCount()));
         const quint64 *line = m_bits.data();
         for (const Band &band : m_bands) {
             appendRuns(list, line, band);

@@ -128,8 +128,7 @@ void Packer::place(Atlas &atlas)
 
 void Packer::draw(Atlas &atlas, const FilmProgress &progress) const
 {
-    for (int i = 0; i < m_firstUses.size(); ++i) {
-        const int frame = m_firstUses.at(i);
+    for (const int frame : m_firstUses) {
         const QImage picture = m_film.picture(frame);
         const QRect &rect = m_rects.at(frame);
         const QRect &place = atlas.frames.at(frame).place;

@@ -118,15 +118,10 @@ std::optional<GifFrame> encodedOpaque(const IndexedFrame &frame, const GifStep &
     return encoded(frame, step, bitsOfIndex(highest), -1);
 }
 
-/// The smaller of what can be written with and without a transparent index. Nothing when neither
-/// can.
-std::optional<GifFrame> smallest(const IndexedFrame &frame, const GifStep &step)
+/// The smaller of what can be written with the index @p transparent, which nothing uses, and
+/// without a transparent index.
+GifFrame smallest(const IndexedFrame &frame, const GifStep &step, int transparent)
 {
-    const int transparent = unusedIndex(frame);
-    // Readers clear the place of a frame with its transparent colour.
-    const bool wantsIndex = frame.hasOthers || step.disposal == GifDisposal::Clear;
-    if (transparent < 0 || !wantsIndex)
-        return encodedOpaque(frame, step);
     const int bits = bitsOfIndex(highestUsed(frame));
     const int bitsWithIndex = qMax(bits, bitsOfIndex(transparent));
     GifFrame best = encoded(frame, step, bitsWithIndex, transparent);
@@ -136,6 +131,18 @@ std::optional<GifFrame> smallest(const IndexedFrame &frame, const GifStep &step)
             best = *opaque;
     }
     return best;
+}
+
+/// The smaller of what can be written with and without a transparent index. Nothing when neither
+/// can.
+std::optional<GifFrame> smallest(const IndexedFrame &frame, const GifStep &step)
+{
+    const int transparent = unusedIndex(frame);
+    // Readers clear the place of a frame with its transparent colour.
+    const bool wantsIndex = frame.hasOthers || step.disposal == GifDisposal::Clear;
+    if (transparent < 0 || !wantsIndex)
+        return encodedOpaque(frame, step);
+    return smallest(frame, step, transparent);
 }
 
 int tableBytes(int bits)
@@ -215,7 +222,8 @@ GifFrame GifFrameWriter::withChosen()
         if (index != Unchanged)
             frame.isUsed[std::size_t(index)] = true;
     }
-    GifFrame result = *smallest(frame, m_step);
+    // The palette leaves an index free.
+    GifFrame result = smallest(frame, m_step, unusedIndex(frame));
     result.ownPalette = palette;
     return result;
 }

@@ -108,7 +108,9 @@ GifStep Planner::decide(int index)
         for (const GifDisposal disposal :
              {GifDisposal::Keep, GifDisposal::Clear, GifDisposal::Restore}) {
             const std::optional<GifStep> step = stepWith(disposal, changed);
-            const qint64 bytes = step ? cost(*step) : least;
+            if (!step)
+                continue;
+            const qint64 bytes = cost(*step);
             if (bytes < least) {
                 least = bytes;
                 best = *step;

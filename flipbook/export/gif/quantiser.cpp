@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
 #include <leptonica/allheaders.h>
 #include <limits>
@@ -77,7 +78,7 @@ void refine(QVector<QRgb> &palette, const QVector<Bin> &bins)
     for (const Bin &bin : bins) {
         std::array<int, 3> values = {};
         for (std::size_t i = 0; i < 3; ++i)
-            values[i] = int(bin.sum[i] / bin.count + 0.5);
+            values[i] = int(std::lround(bin.sum[i] / bin.count));
         Bin &mean = means[nearestTo(values, palette)];
         for (std::size_t i = 0; i < 3; ++i)
             mean.sum[i] += bin.sum[i];
@@ -86,9 +87,9 @@ void refine(QVector<QRgb> &palette, const QVector<Bin> &bins)
     for (int i = 0; i < palette.size(); ++i) {
         const Bin &mean = means.at(i);
         if (mean.count > 0.0)
-            palette[i] =
-                qRgb(int(mean.sum[0] / mean.count + 0.5), int(mean.sum[1] / mean.count + 0.5),
-                     int(mean.sum[2] / mean.count + 0.5));
+            palette[i] = qRgb(int(std::lround(mean.sum[0] / mean.count)),
+                              int(std::lround(mean.sum[1] / mean.count)),
+                              int(std::lround(mean.sum[2] / mean.count)));
     }
 }
 
