@@ -1,15 +1,10 @@
 #include "framework/imagestore.h"
 
+#include "framework/encodeahead.h"
 #include "framework/picturecodec.h"
 #include "framework/samepixels.h"
 
 #include <QtCore/QCryptographicHash>
-#include <QtCore/QThread>
-
-#include <algorithm>
-#include <deque>
-#include <functional>
-#include <future>
 
 namespace
 {
@@ -17,42 +12,6 @@ namespace
 QString digestOf(const QByteArray &png)
 {
     return QString::fromLatin1(QCryptographicHash::hash(png, QCryptographicHash::Md5).toHex());
-}
-
-using Encoding = std::future<QByteArray>;
-
-/// Begins to encode @p image in another thread; at the latest when the result is asked for.
-Encoding encoding(const QImage &image)
-{
-    constexpr auto inAnotherThread = std::launch::async | std::launch::deferred;
-    return std::async(inAnotherThread, [image] { return PictureCodec::encode(image); });
-}
-
-/// Encodes @p images, several of them at the same time, and hands each with its PNG file to
-/// @p take, in their order, until it returns false.
-void encodeEach(const QList<QImage> &images,
-                const std::function<bool(const QImage &image, const QByteArray &png)> &take)
-{
-    // Each takes a few copies of its picture.
-    constexpr qint64 mostBytesAtWork = qint64(8) << 20;
-    const auto mostAtWork = size_t(std::max(1, QThread::idealThreadCount()));
-    std::deque<Encoding> atWork;
-    qint64 bytesAtWork = 0;
-    int begun = 0;
-    for (const QImage &image : images) {
-        while (
-            begun < images.size() && atWork.size() < mostAtWork &&
-            (atWork.empty() || bytesAtWork + images.at(begun).sizeInBytes() <= mostBytesAtWork)) {
-            bytesAtWork += images.at(begun).sizeInBytes();
-            atWork.push_back(encoding(images.at(begun)));
-            ++begun;
-        }
-        const QByteArray png = atWork.front().get();
-        atWork.pop_front();
-        bytesAtWork -= image.sizeInBytes();
-        if (!take(image, png))
-            return;
-    }
 }
 
 } // namespace
@@ -84,8 +43,9 @@ void ImageStore::addAhead(const QList<QImage> &images)
     // A copy of a frame has pixels of its own, with which its file would be the same.
     if (!known.isEmpty() && !unknown.isEmpty())
         unknown = recognised(unknown, SamePixels(known));
-    encodeEach(unknown, [this](const QImage &image, const QByteArray &png) {
-        return !addEncoded(image, png).isEmpty();
+    // Each takes a few copies of its picture.
+    encodeAhead(unknown, PictureCodec::encode, [&](int index, const QByteArray &png) {
+        return !addEncoded(unknown.at(index), png).isEmpty();
     });
 }
 

@@ -1,13 +1,12 @@
 #include "flipbook/base/outputfile.h"
 
+#include "flipbook/base/compactpng.h"
 #include "flipbook/base/failure.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/base/stagedfile.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtGui/QImageWriter>
 
 #include <sys/stat.h>
 
@@ -37,6 +36,14 @@ bool isSpecialFile(const QString &path)
     throw Failure{path, QStringLiteral("is an input; it is not overwritten")};
 }
 
+/// @p png, which is empty when it could not be made.
+QByteArray written(const QByteArray &png, const QString &path)
+{
+    if (png.isEmpty())
+        throw Failure{path, QStringLiteral("its picture cannot be written")};
+    return png;
+}
+
 } // namespace
 
 void checkOutput(const QString &path, const QStringList &inputs)
@@ -63,18 +70,17 @@ void checkOutput(const QString &path, const Reading &reading)
 
 QByteArray pngOf(const QImage &image, const QString &path)
 {
-    // Encoded in memory: QImageWriter does not report a full disk.
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "png");
-    if (!writer.write(image))
-        throw Failure{path, QStringLiteral("cannot be written: ") + writer.errorString()};
-    return buffer.data();
+    return written(encodedPng(image), path);
 }
 
 void writePng(const QString &path, const QImage &image)
 {
     writeFile(path, pngOf(image, path));
+}
+
+void writeCompactPng(const QString &path, const QImage &image)
+{
+    writeFile(path, written(compactPng(image, PngEffort::Least), path));
 }
 
 void writeFile(const QString &path, const QByteArray &bytes, IfExists ifExists)

@@ -13,13 +13,16 @@ void checkOutput(const QString &path, const QStringList &inputs);
 /// The same after reading: nothing that @p reading read is overwritten, by any path or link.
 void checkOutput(const QString &path, const Reading &reading);
 
-/// @p image as a PNG file, which will be at @p path. @throw Failure
+/// @p image as a PNG file, which will be at @p path; see encodedPng(). @throw Failure
 QByteArray pngOf(const QImage &image, const QString &path);
 
 /// Writes @p image as a PNG file. The file appears whole or not at all; what was there before
 /// stays until then.
 /// @throw Failure
 void writePng(const QString &path, const QImage &image);
+
+/// The same as a small file, for pictures that are only looked at; see compactPng(). @throw Failure
+void writeCompactPng(const QString &path, const QImage &image);
 
 /// What happens to a file that is there when another is about to take its place.
 enum class IfExists { Replace, Refuse };

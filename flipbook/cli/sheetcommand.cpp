@@ -43,7 +43,7 @@ void run(const QCommandLineParser &line)
         exchangeFilm(plugin, *object, {}, selection, reading.memory(), path);
     if (QFontDatabase().families().isEmpty())
         Console::warn(output, QStringLiteral("no font is installed; labels are omitted"));
-    writePng(output, paint(path, opened.objects(), reading.memory()));
+    writeCompactPng(output, paint(path, opened.objects(), reading.memory()));
 }
 
 } // namespace

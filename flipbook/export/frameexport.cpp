@@ -1,21 +1,35 @@
 #include "flipbook/export/frameexport.h"
 
-#include "flipbook/base/failure.h"
-#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfolder.h"
-#include "flipbook/base/saturating.h"
+#include "flipbook/base/pngencoder.h"
 #include "flipbook/export/framefilename.h"
-#include "flipbook/object/animatedobject.h"
 #include "flipbook/object/formkeys.h"
+#include "flipbook/object/plugin.h"
 #include "framework/document.h"
+#include "framework/encodeahead.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtGui/QColorSpace>
 
+#include <algorithm>
 #include <new>
 
 namespace
 {
+
+/// The saved form of @p object without its pictures.
+QJsonObject stateOf(Document &document, CBaseObject &object)
+{
+    document.setOmitsPictures(true);
+    QJsonObject state;
+    const bool isSaved = object.saveJson(state);
+    document.setOmitsPictures(false);
+    if (!isSaved)
+        throw std::bad_alloc();
+    return state;
+}
 
 QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonArray &list)
 {
@@ -27,39 +41,118 @@ QJsonObject configOf(CBaseObject &object, const QJsonObject &state, const QJsonA
             {FormKey::ImageFlip, object.isFlipped()}};
 }
 
+/// The different pictures of a film, and which frames show each.
+struct Pictures {
+    explicit Pictures(const Plugin::Frames &frames);
+
+    QList<QImage> images;
+    QVector<QVector<int>> shownBy;
+};
+
+Pictures::Pictures(const Plugin::Frames &frames)
+{
+    QHash<qint64, int> places;
+    for (int i = 0; i < frames.size(); ++i) {
+        const QImage &image = frames.at(i).second;
+        if (image.isNull())
+            continue;
+        const auto place = places.constFind(image.cacheKey());
+        if (place != places.constEnd()) {
+            shownBy[*place].append(i);
+            continue;
+        }
+        places.insert(image.cacheKey(), images.size());
+        images.append(image);
+        shownBy.append(QVector<int>{i});
+    }
+}
+
+/// Makes sure that there is room for what encodeAhead() makes at the same time.
+void requireMemory(const QList<QImage> &images, const MemoryAccount &memory, const QString &path)
+{
+    qint64 all = 0;
+    qint64 largest = 0;
+    for (const QImage &image : images) {
+        all += image.sizeInBytes();
+        largest = std::max(largest, qint64(image.sizeInBytes()));
+    }
+    // A copy that bears the name of its format, and a file of it.
+    memory.require(2 * std::min(all, std::max(largest, MostBytesAtWork)), path,
+                   QStringLiteral("its pictures as PNG files"));
+}
+
+/// The names under which documents store the usual pixel formats; null for another one.
+const char *nameOf(QImage::Format format)
+{
+    switch (format) {
+    case QImage::Format_RGB32:
+        return "RGB32";
+    case QImage::Format_ARGB32:
+        return "ARGB32";
+    case QImage::Format_ARGB32_Premultiplied:
+        return "ARGB32_Premultiplied";
+    default:
+        return nullptr;
+    }
+}
+
+/// Whether @p image has more than its pixels.
+bool isNoted(const QImage &image)
+{
+    return !image.textKeys().isEmpty() || !image.offset().isNull() || image.colorSpace().isValid();
+}
+
+/// @p image as documents store it: with the name of its pixel format, and not with the resolution
+/// of this machine's screen. Empty when it cannot be written.
+QByteArray pngOfFrame(const QImage &image)
+{
+    const char *name = nameOf(image.format());
+    if (!name || isNoted(image)) {
+        ImageStore store;
+        return store.png(store.add(image));
+    }
+    constexpr int dotsPerMeter = 3780;
+    const bool isOpaque = image.format() == QImage::Format_RGB32;
+    QImage carrier = isOpaque ? image : image.convertToFormat(QImage::Format_ARGB32);
+    carrier.setText(QStringLiteral("PixelFormat"), QLatin1String(name));
+    carrier.setDotsPerMeterX(dotsPerMeter);
+    carrier.setDotsPerMeterY(dotsPerMeter);
+    return encodedPng(carrier);
+}
+
 } // namespace
 
-QStringList exportFrames(Document &document, CBaseObject &object, const MemoryAccount &memory,
-                         OutputFolder &folder, const std::function<void(int)> &progress)
+QStringList exportFrames(const Plugin &plugin, Document &document, CBaseObject &object,
+                         const MemoryAccount &memory, OutputFolder &folder,
+                         const std::function<void(int)> &progress)
 {
-    // The saved form has everything, and leaves each picture in the store as a PNG file.
-    document.setKeepsImagesInline(false);
-    ImageStore &store = document.imageStore();
-    store.setCapacity(Saturating::sum(memory.room(), store.byteCount()));
-    QJsonObject state;
-    if (!object.saveJson(state))
-        throw std::bad_alloc();
-    if (store.hasOverflowed())
-        throw Failure{folder.path(),
-                      QStringLiteral("its pictures as PNG files would need more memory than "
-                                     "the %1 that are left of what --max-memory allows")
-                          .arg(MemoryBudget::text(memory.room()))};
-    const QJsonArray images = state.value(FormKey::ImageList).toArray();
-
+    const QJsonObject state = stateOf(document, object);
+    const Plugin::Frames frames = plugin.frames(object);
+    QStringList names;
     QStringList warnings;
     QJsonArray list;
-    for (int i = 0; i < images.size(); ++i) {
-        const QString frame = AnimatedObject(object).frameName(i);
-        const QString name = frameFileName(i + 1, images.size(), frame);
-        list.append(QJsonObject{{FormKey::FileName, name}, {FormKey::Name, frame}});
-        const QString digest = images.at(i).toObject().value(QLatin1String("digest")).toString();
-        const QByteArray png = store.png(digest);
-        if (png.isEmpty())
-            warnings << QStringLiteral("frame %1 is empty; %2 is not written").arg(i + 1).arg(name);
-        else
-            folder.write(name, png);
-        progress(i + 1);
+    for (int i = 0; i < frames.size(); ++i) {
+        const QString frame = frames.at(i).first;
+        names << frameFileName(i + 1, frames.size(), frame);
+        list.append(QJsonObject{{FormKey::FileName, names.last()}, {FormKey::Name, frame}});
+        if (frames.at(i).second.isNull())
+            warnings << QStringLiteral("frame %1 is empty; %2 is not written")
+                            .arg(i + 1)
+                            .arg(names.last());
     }
+
+    const Pictures pictures(frames);
+    requireMemory(pictures.images, memory, folder.path());
+    int done = warnings.size();
+    encodeAhead(pictures.images, pngOfFrame, [&](int index, const QByteArray &png) {
+        if (png.isEmpty())
+            throw std::bad_alloc();
+        for (const int frame : pictures.shownBy.at(index)) {
+            folder.write(names.at(frame), png);
+            progress(++done);
+        }
+        return true;
+    });
     // Last, so that a folder that was not finished is not a frame folder.
     folder.write(QStringLiteral("config.json"),
                  QJsonDocument(configOf(object, state, list)).toJson());

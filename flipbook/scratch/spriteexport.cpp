@@ -191,7 +191,7 @@ Costume SpriteExporter::costumeAs(const QJsonObject &json, const QByteArray &png
     if (isMirrored || isFlipped)
         costume = costumeOf(objectName, picture);
     else
-        costume = costumeOfPng(objectName, smallest(png, palettePng(picture)));
+        costume = costumeOfPng(objectName, smallest(png, palettePng(picture, PngEffort::Usual)));
     const QPointF center(json.value(QLatin1String("rotationCenterX")).toDouble(),
                          json.value(QLatin1String("rotationCenterY")).toDouble());
     costume.rotationCenter = {isMirrored ? picture.width() - center.x() : center.x(),

@@ -233,8 +233,8 @@ void ExportController::exportFrames(const QString &folder)
         OutputFolder output(folder);
         const int all = AnimatedObject(*film).frameCount();
         const MemoryAccount memory(MemoryBudget::Default);
-        const QStringList warnings =
-            ::exportFrames(m_session.document(), *film, memory, output, [&](int done) {
+        const QStringList warnings = ::exportFrames(
+            m_session.plugin(), m_session.document(), *film, memory, output, [&](int done) {
                 progress.step(tr("Writing frame %1 of %2").arg(done).arg(all), done, all);
             });
         output.finish();
@@ -252,9 +252,10 @@ void ExportController::exportSheet(const QString &path)
         for (CBaseObject *object : qAsConst(objects))
             all += AnimatedObject(*object).frameCount();
         const MemoryAccount memory(MemoryBudget::Default);
-        writePng(path, contactSheet(objects, memory, [&](int done) {
-                     progress.step(tr("Painting frame %1 of %2").arg(done).arg(all), done, all);
-                 }));
+        writeCompactPng(path, contactSheet(objects, memory, [&](int done) {
+                            progress.step(tr("Painting frame %1 of %2").arg(done).arg(all), done,
+                                          all);
+                        }));
         return QStringList();
     });
 }
