@@ -5,22 +5,17 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/outputfolder.h"
-#include "flipbook/export/apngexport.h"
-#include "flipbook/export/atlasfiles.h"
 #include "flipbook/export/contactsheet.h"
 #include "flipbook/export/frameexport.h"
-#include "flipbook/export/gif/gifexport.h"
-#include "flipbook/export/outgoingfilm.h"
 #include "flipbook/export/webpage.h"
-#include "flipbook/export/webpexport.h"
 #include "flipbook/object/animatedobject.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/messagebar.h"
+#include "flipbook/window/output/exportdialog.h"
 #include "flipbook/window/output/recording.h"
 #include "flipbook/window/progress.h"
-#include "flipbook/window/replacing.h"
 #include "flipbook/window/session.h"
 
 #include <QtCore/QFileInfo>
@@ -105,32 +100,6 @@ void ExportController::addActions(ActionSet &actions)
         });
 }
 
-/// The forms in which one file holds an animation.
-void ExportController::addFilmActions(ActionSet &actions)
-{
-    const auto add = [&](const char *id, const QString &text, const QString &toolTip,
-                         const QString &suffix, const QString &filter,
-                         void (ExportController::*write)(const QString &)) {
-        QAction *action =
-            actions.add({QLatin1String(id), text, QStringLiteral("document-export"), {}, toolTip});
-        const QString title = tr("Export animation");
-        connect(action, &QAction::triggered, this,
-                [this, title, suffix, filter, write] { chooseFile(title, suffix, filter, write); });
-        m_needFilm << action;
-    };
-    add("export-gif", tr("Export &GIF…"), tr("The selected animation as a GIF"),
-        QStringLiteral("gif"), tr("GIF animations (*.gif)"), &ExportController::exportGif);
-    add("export-webp", tr("Export Web&P…"),
-        tr("The selected animation as an animated WebP, without loss"), QStringLiteral("webp"),
-        tr("WebP animations (*.webp)"), &ExportController::exportWebp);
-    add("export-apng", tr("Export &animated PNG…"), tr("The selected animation as an animated PNG"),
-        QStringLiteral("png"), tr("Animated PNG files (*.png)"), &ExportController::exportApng);
-    add("export-atlas", tr("Export sprite s&heet…"),
-        tr("The frames of the selected animation packed on a sheet, with a JSON file that says "
-           "where they are"),
-        QStringLiteral("png"), tr("PNG pictures (*.png)"), &ExportController::exportAtlas);
-}
-
 void ExportController::update()
 {
     for (QAction *action : qAsConst(m_needFilm))
@@ -151,16 +120,20 @@ void ExportController::chooseFile(const QString &title, const QString &suffix,
                                   const QString &filter,
                                   void (ExportController::*write)(const QString &))
 {
-    QString path = QFileDialog::getSaveFileName(
-        &m_window, title, QStringLiteral("%1.%2").arg(suggestion(), suffix), filter);
-    if (path.isEmpty())
-        return;
-    if (QFileInfo(path).suffix().toLower() != suffix) {
-        path += QLatin1Char('.') + suffix;
-        if (!mayReplace(m_window, path))
-            return;
-    }
-    (this->*write)(path);
+    chooseFile(title, suffix,
+               {{filter, [this, write](const QString &path) { (this->*write)(path); }}});
+}
+
+void ExportController::chooseFile(const QString &title, const QString &suffix,
+                                  const QVector<Way> &ways)
+{
+    QStringList filters;
+    for (const Way &way : ways)
+        filters << way.filter;
+    const ChosenFile file =
+        askForFile(m_window, title, QStringLiteral("%1.%2").arg(suggestion(), suffix), filters);
+    if (!file.path.isEmpty())
+        ways.at(file.filter).write(file.path);
 }
 
 /// The user names a new folder, as one names a file.
@@ -273,72 +246,6 @@ void ExportController::exportRecording(const QString &folder, double seconds)
         return QStringList();
     });
     m_session.page()->selectObjects(selected);
-}
-
-void ExportController::exportFilm(const QString &path, const WriteFilm &write)
-{
-    CBaseObject *object = m_session.film();
-    if (!object)
-        return;
-    run(path, [&](Progress &progress) {
-        const MemoryAccount memory(MemoryBudget::Default);
-        const OutgoingFilm film(m_session.plugin(), *object, {}, {}, path);
-        const WrittenFilm written = write(film, memory, [&](int done, int all) {
-            progress.step(tr("Writing frame %1 of %2")
-                              .arg(int(qint64(done) * film.count() / all))
-                              .arg(film.count()),
-                          done, all);
-        });
-        writeFile(path, written.bytes);
-        return written.remarks;
-    });
-}
-
-void ExportController::exportGif(const QString &path)
-{
-    exportFilm(path, [&path](const OutgoingFilm &film, const MemoryAccount &memory,
-                             const FilmProgress &progress) {
-        return gifOf(film, Dithering::None, memory, path, progress);
-    });
-}
-
-void ExportController::exportWebp(const QString &path)
-{
-    exportFilm(path, [&path](const OutgoingFilm &film, const MemoryAccount &memory,
-                             const FilmProgress &progress) {
-        return webpOf(film, std::nullopt, memory, path, progress);
-    });
-}
-
-void ExportController::exportApng(const QString &path)
-{
-    exportFilm(path, [&path](const OutgoingFilm &film, const MemoryAccount &memory,
-                             const FilmProgress &progress) {
-        return apngOf(film, memory, path, progress);
-    });
-}
-
-void ExportController::exportAtlas(const QString &path)
-{
-    CBaseObject *object = m_session.film();
-    if (!object)
-        return;
-    const QFileInfo sheet(path);
-    const AtlasFiles files{
-        path, QStringLiteral("%1/%2.json").arg(sheet.path(), sheet.completeBaseName())};
-    if (!mayReplace(m_window, files.description))
-        return;
-    run(path, [&](Progress &progress) {
-        const MemoryAccount memory(MemoryBudget::Default);
-        const OutgoingFilm film(m_session.plugin(), *object, {}, {}, path);
-        const Atlas atlas = atlasOf(film, Trimming::None, memory, path, [&](int done, int all) {
-            progress.step(
-                tr("Writing frame %1 of %2").arg(done * film.count() / all).arg(film.count()), done,
-                all);
-        });
-        files.write(atlas, film);
-        return QStringList();
-    });
 }
 
 void ExportController::exportSprite(const QString &path)

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "flipbook/export/atlas.h"
+#include "flipbook/export/gif/gifframe.h"
 #include "flipbook/export/writtenfilm.h"
 
 #include <QtCore/QObject>
 
 #include <functional>
+#include <optional>
 
 class ActionSet;
 class CBaseObject;
@@ -31,11 +34,12 @@ public:
     void exportFrames(const QString &folder);
     void exportSheet(const QString &path);
     void exportRecording(const QString &folder, double seconds);
-    void exportGif(const QString &path);
-    void exportWebp(const QString &path);
+    void exportGif(const QString &path, Dithering dithering = Dithering::None);
+    /// Without a @p quality, 0 to 100, nothing is lost.
+    void exportWebp(const QString &path, std::optional<double> quality = std::nullopt);
     void exportApng(const QString &path);
     /// The description of the sheet is beside it, with the ending .json.
-    void exportAtlas(const QString &path);
+    void exportAtlas(const QString &path, Trimming trimming = Trimming::None);
     void exportSprite(const QString &path);
     void exportProject(const QString &path);
     void exportWebPage(const QString &path);
@@ -47,12 +51,23 @@ private:
     using WriteFilm = std::function<WrittenFilm(
         const OutgoingFilm &film, const MemoryAccount &memory, const FilmProgress &progress)>;
 
+    /// One of the ways to write a file: how the dialog that asks for the file calls it, and what
+    /// writes it.
+    struct Way {
+        QString filter;
+        std::function<void(const QString &path)> write;
+    };
+
     void addActions(ActionSet &actions);
     void addFilmActions(ActionSet &actions);
     void exportFilm(const QString &path, const WriteFilm &write);
     void run(const QString &path, const Work &work);
+    void chooseFile(const QString &title, const QString &suffix, const QVector<Way> &ways);
     void chooseFile(const QString &title, const QString &suffix, const QString &filter,
                     void (ExportController::*write)(const QString &));
+    QVector<Way> waysOfGif();
+    QVector<Way> waysOfWebp();
+    QVector<Way> waysOfAtlas();
     QString chooseFolder(const QString &title);
     void chooseRecording();
     QString suggestion() const;

@@ -10,6 +10,8 @@
 
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 
 /// Exports, the copy of unsaved work, and documents that are open elsewhere. A film of 40 x 30 with
@@ -33,6 +35,8 @@ private Q_SLOTS:
     void aCancelledExportLeavesNothing();
     void aCancelledExportLeavesWhatWasThere();
     void animationsAreWrittenAsTheCommandsWriteThem();
+    void theFormIsChosenWithTheFile_data();
+    void theFormIsChosenWithTheFile();
     void aFileBesideTheSheetIsNotReplacedWithoutAQuestion();
     void aFolderThatIsNotEmptyIsRefused();
     void aFileThatCannotBeWrittenIsNamed();
@@ -216,6 +220,69 @@ void TestWindowOutput::animationsAreWrittenAsTheCommandsWriteThem()
     QCOMPARE(description, bytesOf(path(QStringLiteral("sheet.json"))));
 }
 
+void TestWindowOutput::theFormIsChosenWithTheFile_data()
+{
+    QTest::addColumn<QByteArray>("action");
+    QTest::addColumn<QString>("filter");
+    QTest::addColumn<QString>("suffix");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("option");
+    const auto row = [](const char *action, const char *filter, const char *suffix,
+                        const char *command, const char *option) {
+        QTest::newRow(option) << QByteArray(action) << QString::fromLatin1(filter)
+                              << QString::fromLatin1(suffix) << QString::fromLatin1(command)
+                              << QString::fromLatin1(option);
+    };
+    row("export-gif", "GIF animations with dithered colours (*.gif)", "gif", "gif", "--dither");
+    row("export-webp", "WebP animations of quality 75 (*.webp)", "webp", "webp", "--quality 75");
+    row("export-atlas", "PNG pictures with trimmed frames (*.png)", "png", "atlas", "--trim");
+}
+
+void TestWindowOutput::theFormIsChosenWithTheFile()
+{
+    QFETCH(QByteArray, action);
+    QFETCH(QString, filter);
+    QFETCH(QString, suffix);
+    QFETCH(QString, command);
+    QFETCH(QString, option);
+    // 900 colours, and a border around them: each option makes a difference.
+    QImage picture(50, 50, QImage::Format_ARGB32);
+    picture.fill(Qt::transparent);
+    for (int y = 0; y < 30; ++y) {
+        for (int x = 0; x < 30; ++x)
+            picture.setPixelColor(10 + x, 10 + y, QColor(8 * x, 8 * y, 100));
+    }
+    QVERIFY(picture.save(path(QStringLiteral("colours.png"))));
+    m_fixture->dropOnPage({300, 300}, {path(QStringLiteral("colours.png"))});
+    const QString document = path(QStringLiteral("a.flipbook"));
+    saveDocument(m_fixture->session().document(), document);
+    const QString output = path(QStringLiteral("out.") + suffix);
+    QTimer::singleShot(0, qApp, [&] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        QVERIFY2(dialog, "no file was asked for");
+        dialog->selectNameFilter(filter);
+        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(output);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    m_fixture->trigger(action.constData());
+    const QByteArray written = bytesOf(output);
+    const auto byCommand = [&](const QString &options) {
+        QStringList arguments = {command,
+                                 document,
+                                 QStringLiteral("-o"),
+                                 output,
+                                 QStringLiteral("--object"),
+                                 QStringLiteral("2")};
+        arguments += options.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        if (command == QLatin1String("atlas"))
+            arguments << QStringLiteral("--json") << path(QStringLiteral("out.json"));
+        return flipbook(arguments).status == 0 ? bytesOf(output) : QByteArray();
+    };
+    QVERIFY(!written.isEmpty());
+    QVERIFY(written == byCommand(option));
+    QVERIFY(written != byCommand(QString()));
+}
+
 void TestWindowOutput::aFileBesideTheSheetIsNotReplacedWithoutAQuestion()
 {
     writeBytes(path(QStringLiteral("sheet.json")), "mine");
@@ -264,7 +331,7 @@ void TestWindowOutput::unsavedWorkIsKeptAndOfferedAfterACrash()
     QCOMPARE(copies().size(), 1);
     // A process that has crashed leaves its copy, and nobody holds the lock.
     const QString folder = path(QStringLiteral("flipbook/recovery/"));
-    QVERIFY(QFile::copy(folder + copies().first(), folder + QStringLiteral("1-1.flipbook")));
+    QVERIFY(QFile::copy(folder + copies().constFirst(), folder + QStringLiteral("1-1.flipbook")));
     m_fixture->trigger("undo");
     QCOMPARE(copies(), QStringList({QStringLiteral("1-1.flipbook")}));
     m_fixture->reopen();
