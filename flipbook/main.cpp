@@ -71,10 +71,8 @@ int main(int argc, char *argv[])
         if (const auto status = runWithoutApplication(arguments))
             return *status;
     }
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling, isWindow);
-    QApplication::setHighDpiScaleFactorRoundingPolicy(
-        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-
+    if (isWindow)
+        preferSharpWindows();
     const QApplication application(nameCount, names);
     return isWindow ? runWindow(arguments) : runCommandLine(arguments);
 }

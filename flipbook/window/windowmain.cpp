@@ -16,12 +16,19 @@ bool hasDisplay()
     return false;
 }
 
+void preferSharpWindows()
+{
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
 int runWindow(const QStringList &files)
 {
     QApplication::setApplicationName(QStringLiteral("flipbook"));
     QApplication::setApplicationDisplayName(QStringLiteral("Flipbook"));
     QApplication::setDesktopFileName(QStringLiteral("flipbook"));
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     Language::install(QLocale());
     try {
         const Plugin plugin;

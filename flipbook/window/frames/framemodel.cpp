@@ -150,12 +150,15 @@ QPixmap FrameModel::thumbnail(const QImage &picture) const
     const auto known = m_thumbnails.constFind(picture.cacheKey());
     if (known != m_thumbnails.constEnd())
         return *known;
-    const int side = qRound(ThumbnailSide * m_pixelRatio);
-    // Small pictures keep their pixels, large ones are reduced.
-    const bool isLarge = picture.width() > side || picture.height() > side;
-    QPixmap pixmap = QPixmap::fromImage(
-        isLarge ? picture.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-                : picture);
+    // Small pictures keep their size, large ones are reduced.
+    QSizeF size = picture.size();
+    if (picture.width() > ThumbnailSide || picture.height() > ThumbnailSide)
+        size.scale(ThumbnailSide, ThumbnailSide, Qt::KeepAspectRatio);
+    const QSize pixels = (size * m_pixelRatio).toSize().expandedTo(QSize(1, 1));
+    QPixmap pixmap =
+        QPixmap::fromImage(pixels == picture.size() ? picture
+                                                    : picture.scaled(pixels, Qt::IgnoreAspectRatio,
+                                                                     Qt::SmoothTransformation));
     pixmap.setDevicePixelRatio(m_pixelRatio);
     m_thumbnails.insert(picture.cacheKey(), pixmap);
     return pixmap;

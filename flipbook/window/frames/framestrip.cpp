@@ -62,7 +62,6 @@ FrameStrip::FrameStrip(FrameModel &model, QWidget *parent)
     viewport()->setAcceptDrops(true);
     setHorizontalScrollMode(ScrollPerPixel);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    model.setPixelRatio(devicePixelRatioF());
 }
 
 QVector<int> FrameStrip::selectedRows() const
@@ -193,6 +192,9 @@ void FrameStrip::dropEvent(QDropEvent *event)
 
 void FrameStrip::paintEvent(QPaintEvent *event)
 {
+    // The window may have come to another screen.
+    if (auto *frames = qobject_cast<FrameModel *>(model()))
+        frames->setPixelRatio(devicePixelRatioF());
     QListView::paintEvent(event);
     if (m_dropRow < 0 || model()->rowCount() == 0)
         return;

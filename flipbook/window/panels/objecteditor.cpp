@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace
 {
@@ -30,10 +31,26 @@ const char *const DiffersKey = "differs";
 
 enum Type { Normal = 0, Background = 1 };
 
-Type typeOf(CBaseObject &object)
+int typeOf(CBaseObject &object)
 {
     const auto type = ObjectProtocol::ask<qint32>(object, SpecialPropertyId::AnimatedType);
     return type == Background ? Background : Normal;
+}
+
+QString nameOf(CBaseObject &object)
+{
+    return object.getOtherParams(NameKey).toString();
+}
+
+/// The value that all objects have; none if they differ.
+template<typename Value>
+std::optional<Value> shared(const QList<CBaseObject *> &objects, Value (*of)(CBaseObject &object))
+{
+    const Value first = of(*objects.first());
+    const bool isShared =
+        std::all_of(objects.begin(), objects.end(),
+                    [&first, of](CBaseObject *object) { return of(*object) == first; });
+    return isShared ? std::optional<Value>(first) : std::nullopt;
 }
 
 } // namespace
@@ -165,14 +182,23 @@ void ObjectEditor::connectType()
     m_type->addItem(tr("Background"));
     m_type->setItemData(Background, tr("Fills its area as a pattern in presentations"),
                         Qt::ToolTipRole);
-    connect(m_type, QOverload<int>::of(&QComboBox::activated), this, [this](int type) {
-        const QList<CBaseObject *> objects = m_session.selection();
-        for (CBaseObject *object : objects) {
-            if (typeOf(*object) != type)
-                FrameEditor(*object).setBackground(type == Background);
-        }
-        refresh();
-    });
+    connect(m_type, QOverload<int>::of(&QComboBox::activated), this, &ObjectEditor::changeType);
+}
+
+/// Each object records its own change: those of several objects are put together.
+void ObjectEditor::changeType(int type)
+{
+    QList<CBaseObject *> objects = m_session.selection();
+    objects.erase(std::remove_if(objects.begin(), objects.end(),
+                                 [type](CBaseObject *object) { return typeOf(*object) == type; }),
+                  objects.end());
+    if (objects.size() > 1)
+        m_session.undoStack().beginMacro(tr("Change %1").arg(tr("Type")));
+    for (CBaseObject *object : qAsConst(objects))
+        FrameEditor(*object).setBackground(type == Background);
+    if (objects.size() > 1)
+        m_session.undoStack().endMacro();
+    refresh();
 }
 
 void ObjectEditor::changeGeometry(const QString &text, double value, const Change &change)
@@ -225,7 +251,7 @@ void ObjectEditor::refresh(bool withRatio)
     if (objects.isEmpty())
         return;
     if (!m_name->isModified())
-        m_name->setText(objects.first()->getOtherParams(NameKey).toString());
+        m_name->setText(shared(objects, nameOf).value_or(QString()));
     m_name->setEnabled(objects.size() == 1);
     showNumber(m_x, [](const ObjectGeometry &geometry) { return geometry.pos.x(); });
     showNumber(m_y, [](const ObjectGeometry &geometry) { return geometry.pos.y(); });
@@ -236,5 +262,5 @@ void ObjectEditor::refresh(bool withRatio)
         showSwitch(m_ratio, [](CBaseObject &object) { return FilmState(object).keepsRatio(); });
     showSwitch(m_mirror, [](CBaseObject &object) { return object.isMirrored(); });
     showSwitch(m_flip, [](CBaseObject &object) { return object.isFlipped(); });
-    m_type->setCurrentIndex(typeOf(*objects.first()));
+    m_type->setCurrentIndex(shared(objects, typeOf).value_or(-1));
 }

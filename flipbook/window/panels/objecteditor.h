@@ -35,6 +35,7 @@ private:
                          const std::function<void(CBaseObject &, bool)> &change);
     void connectName();
     void connectType();
+    void changeType(int type);
     void layOut();
     void changeGeometry(const QString &text, double value, const Change &change);
     void showNumber(QDoubleSpinBox *box, const std::function<double(const ObjectGeometry &)> &of);

@@ -5,6 +5,7 @@
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
 
 namespace
 {
@@ -12,17 +13,19 @@ namespace
 constexpr int UpdateDelayMs = 200;
 constexpr int Reduction = 4;
 
-QPixmap pictureOf(Page &page)
+/// With @p ratio pixels for each of the view's.
+QPixmap pictureOf(Page &page, double ratio)
 {
     const QSizeF size = page.pageRect().size();
     const double longer = std::max(size.width(), size.height());
     // Painted larger and then reduced, so that thin lines remain.
-    const QImage picture = page.rendered(Reduction * PageModel::ThumbnailSide / longer);
+    const QImage picture = page.rendered(Reduction * PageModel::ThumbnailSide * ratio / longer);
     QPixmap pixmap = QPixmap::fromImage(picture.scaled(
         picture.size() / Reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     QPainter painter(&pixmap);
     painter.setPen(QColor(0, 0, 0, 70));
     painter.drawRect(pixmap.rect().adjusted(0, 0, -1, -1));
+    pixmap.setDevicePixelRatio(ratio);
     return pixmap;
 }
 
@@ -94,7 +97,7 @@ QVariant PageModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole: {
         auto known = m_pictures.find(page);
         if (known == m_pictures.end())
-            known = m_pictures.insert(page, pictureOf(*page));
+            known = m_pictures.insert(page, pictureOf(*page, qApp->devicePixelRatio()));
         // Views tint the picture of a selected item, unless the icon has one of its own for that.
         QIcon icon(*known);
         icon.addPixmap(*known, QIcon::Selected);

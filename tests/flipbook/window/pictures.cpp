@@ -12,6 +12,7 @@
 #include "flipbook/window/play/presentcontroller.h"
 #include "flipbook/window/progress.h"
 #include "flipbook/window/settings.h"
+#include "flipbook/window/windowmain.h"
 #include "framework/page.h"
 
 #include <QtCore/QDir>
@@ -50,7 +51,7 @@ public:
     }
 
     void takeAll();
-    void takeSharp();
+    void takeSharp(double ratio);
 
 private:
     using Scene = std::function<void(MainWindow &window)>;
@@ -143,9 +144,9 @@ void Photographer::importing()
 void Photographer::dark()
 {
     const QPalette before = QApplication::palette();
-    QPalette palette(QColor(53, 56, 60), QColor(45, 48, 52));
-    palette.setColor(QPalette::Base, QColor(35, 37, 40));
-    palette.setColor(QPalette::AlternateBase, QColor(42, 45, 48));
+    QPalette palette(QColor(66, 70, 75), QColor(55, 58, 63));
+    palette.setColor(QPalette::Base, QColor(30, 32, 35));
+    palette.setColor(QPalette::AlternateBase, QColor(38, 41, 44));
     palette.setColor(QPalette::Highlight, QColor(61, 142, 220));
     QApplication::setPalette(palette);
     take(QStringLiteral("dark"), [this](MainWindow &window) { threeObjects(window); });
@@ -196,11 +197,11 @@ void Photographer::takeAll()
     messages();
 }
 
-/// Of a window on a screen of twice the resolution.
-void Photographer::takeSharp()
+/// Of a window on a screen of a higher resolution.
+void Photographer::takeSharp(double ratio)
 {
     writeDocument();
-    take(QStringLiteral("2x"), [this](MainWindow &window) {
+    take(QStringLiteral("%1x").arg(ratio), [this](MainWindow &window) {
         window.resize(1024, 700);
         threeObjects(window);
     });
@@ -210,7 +211,9 @@ void Photographer::takeSharp()
 
 int main(int argc, char *argv[])
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // The scale of the pictures is QT_SCALE_FACTOR alone.
+    qputenv("QT_FONT_DPI", "96");
+    preferSharpWindows();
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 3) {
@@ -223,7 +226,7 @@ int main(int argc, char *argv[])
     WindowSettings().setValue(QStringLiteral("play/never"), true);
     Photographer photographer(arguments.at(1), arguments.at(2));
     if (application.devicePixelRatio() > 1.0)
-        photographer.takeSharp();
+        photographer.takeSharp(application.devicePixelRatio());
     else
         photographer.takeAll();
     return 0;

@@ -1,3 +1,4 @@
+#include "flipbook/editing/frameeditor.h"
 #include "flipbook/object/filmstate.h"
 #include "flipbook/object/objectprotocol.h"
 #include "host/specialpropertyids.h"
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void undoingANameBringsTheOldFrameNamesBack();
     void severalObjectsAreChangedInOneStep();
     void whatSeveralObjectsDoNotShareIsBlank();
+    void theTypeOfSeveralObjectsChangesInOneStep();
     void theTypeMovesTheObjectToTheBackground();
     void settingsAreDrawnFromTheObjectsDescription();
     void thePlaySwitchFollowsTheObject();
@@ -188,6 +190,29 @@ void TestWindowPanels::whatSeveralObjectsDoNotShareIsBlank()
     QTest::keyClick(x, Qt::Key_Return);
     QCOMPARE(other.getPos(), QPointF(100, 100));
     QCOMPARE(x->text(), QStringLiteral("100.0"));
+
+    other.setOtherParams(QStringLiteral("object_name"), QStringLiteral("another"));
+    m_fixture->page().selectObjects({m_film, &other});
+    QCOMPARE(control<QLineEdit>("name").text(), QString());
+    QCOMPARE(control<QComboBox>("type").currentText(), QStringLiteral("Normal"));
+    FrameEditor(other).setBackground(true);
+    m_fixture->page().selectObjects({m_film, &other});
+    QCOMPARE(control<QComboBox>("type").currentText(), QString());
+}
+
+void TestWindowPanels::theTypeOfSeveralObjectsChangesInOneStep()
+{
+    CBaseObject &other = m_fixture->addFilm({Qt::green}, {300, 100});
+    m_fixture->page().selectObjects({m_film, &other});
+    auto &type = control<QComboBox>("type");
+    type.setCurrentIndex(1);
+    Q_EMIT type.activated(1);
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Change Type")}));
+    QVERIFY(m_fixture->page().placeOf(m_film).layer == Page::Layer::Background);
+    QVERIFY(m_fixture->page().placeOf(&other).layer == Page::Layer::Background);
+    m_fixture->trigger("undo");
+    QVERIFY(m_fixture->page().placeOf(m_film).layer == Page::Layer::Normal);
+    QVERIFY(m_fixture->page().placeOf(&other).layer == Page::Layer::Normal);
 }
 
 void TestWindowPanels::theTypeMovesTheObjectToTheBackground()
