@@ -146,7 +146,7 @@ QList<CBaseObject *> Page::objects() const
 
 bool Page::holds(const CBaseObject *object) const
 {
-    return m_entries.contains(object);
+    return isNext(object) || m_entries.contains(object);
 }
 
 QList<CBaseObject *> Page::selectedObjects() const
@@ -189,7 +189,9 @@ CBaseObject *Page::objectAt(const QPointF &point) const
 
 Page::Place Page::placeOf(const CBaseObject *object) const
 {
-    return {m_entries.value(object).layer, indexOf(object)};
+    if (!isNext(object))
+        m_found = {m_entries.value(object).layer, indexOf(object)};
+    return m_found;
 }
 
 void Page::placeObject(CBaseObject *object, Place place)
@@ -230,6 +232,24 @@ QList<CBaseObject *> &Page::layer(Layer layer)
     return layer == Layer::Background ? m_background : m_normal;
 }
 
+const QList<CBaseObject *> &Page::layer(Layer layer) const
+{
+    return layer == Layer::Background ? m_background : m_normal;
+}
+
+/// Whether @p object is where one was found last or just above it, and is then found there.
+bool Page::isNext(const CBaseObject *object) const
+{
+    const QList<CBaseObject *> &list = layer(m_found.layer);
+    for (const int index : {m_found.index, m_found.index + 1}) {
+        if (index < list.size() && list.at(index) == object) {
+            m_found.index = index;
+            return true;
+        }
+    }
+    return false;
+}
+
 bool Page::removeFromLayers(CBaseObject *object)
 {
     const auto entry = m_entries.constFind(object);
@@ -244,7 +264,7 @@ bool Page::removeFromLayers(CBaseObject *object)
 int Page::indexOf(const CBaseObject *object) const
 {
     const Entry entry = m_entries.value(object);
-    const QList<CBaseObject *> &list = entry.layer == Layer::Background ? m_background : m_normal;
+    const QList<CBaseObject *> &list = layer(entry.layer);
     // Where nothing was removed from below it, the order tells the index.
     const int guess = list.isEmpty() ? 0 : entry.order - m_entries.value(list.first()).order;
     if (list.value(guess) == object)

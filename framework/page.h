@@ -88,6 +88,8 @@ private:
     };
 
     QList<CBaseObject *> &layer(Layer layer);
+    const QList<CBaseObject *> &layer(Layer layer) const;
+    bool isNext(const CBaseObject *object) const;
     void releaseObjects();
     int indexOf(const CBaseObject *object) const;
     bool removeFromLayers(CBaseObject *object);
@@ -102,4 +104,7 @@ private:
     QList<CBaseObject *> m_normal;
     QList<CBaseObject *> m_background;
     QHash<const CBaseObject *, Entry> m_entries;
+    /// Where an object was found last. Who goes through all objects is told without the table of
+    /// entries, which does not fit into the caches for large pages.
+    mutable Place m_found;
 };

@@ -44,6 +44,7 @@ private Q_SLOTS:
 
 private:
     static void verify(const Page &page, Model &model);
+    static void verifyAtRandom(const Page &page, Model &model, unsigned seed);
 };
 
 void TestFrameworkStacking::verify(const Page &page, Model &model)
@@ -63,6 +64,22 @@ void TestFrameworkStacking::verify(const Page &page, Model &model)
             QCOMPARE(place.index, i);
         }
     }
+}
+
+/// The same in any order, as the page remembers where it found the last one.
+void TestFrameworkStacking::verifyAtRandom(const Page &page, Model &model, unsigned seed)
+{
+    std::mt19937 random(seed);
+    const QList<CBaseObject *> all = model.background + model.normal;
+    for (int i = 0; i < 2 * all.size(); ++i) {
+        CBaseObject *object = all.at(int(random() % unsigned(all.size())));
+        const bool isBackground = model.background.contains(object);
+        const Page::Place place = page.placeOf(object);
+        QVERIFY(page.holds(object));
+        QCOMPARE(place.layer == Page::Layer::Background, isBackground);
+        QCOMPARE(place.index, (isBackground ? model.background : model.normal).indexOf(object));
+    }
+    QVERIFY(!page.holds(nullptr));
 }
 
 void TestFrameworkStacking::placesAreThoseOfPlainLists()
@@ -88,13 +105,16 @@ void TestFrameworkStacking::placesAreThoseOfPlainLists()
                 page->addObject(model.layer(layer).last(), layer);
             } else if (action == 2) {
                 page->destroyObject(any);
+                QVERIFY(!page->holds(any));
             } else {
                 const int index = number(8) - 1;
                 QList<CBaseObject *> &target = model.layer(layer);
                 target.insert(qBound(0, index, target.size()), any);
                 page->placeObject(any, {layer, index});
             }
-            verify(*page, model);
+            if (number(2) == 0)
+                verify(*page, model);
+            verifyAtRandom(*page, model, unsigned(random()));
             if (QTest::currentTestFailed())
                 return;
         }
