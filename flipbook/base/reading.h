@@ -3,6 +3,7 @@
 #include "flipbook/base/filehandle.h"
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/sheetcut.h"
+#include "flipbook/base/steps.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QPair>
@@ -39,6 +40,10 @@ public:
     const std::optional<SheetCut> &sheetCut() const { return m_sheetCut; }
     void setSheetCut(const std::optional<SheetCut> &cut) { m_sheetCut = cut; }
 
+    /// Who hears which frame or picture of a file is read.
+    const Steps &steps() const { return m_steps; }
+    void setSteps(const Steps &steps) { m_steps = steps; }
+
     /// What the user named as @p path; for StandardInput, a private copy of all that comes from
     /// there. @throw Failure when it cannot be opened, or is longer than there may be memory.
     Source open(const QString &path);
@@ -71,5 +76,6 @@ private:
     MemoryAccount m_memory;
     bool m_allowsOutside;
     std::optional<SheetCut> m_sheetCut;
+    Steps m_steps;
     QSet<FileId> m_read;
 };

@@ -49,7 +49,8 @@ QString warningOf(const ApngChunks &chunks, int whole, const QString &damage)
 
 } // namespace
 
-DecodedFilm readApng(const QByteArray &file, const QString &path, MemoryAccount &memory)
+DecodedFilm readApng(const QByteArray &file, const QString &path, MemoryAccount &memory,
+                     const Steps &steps)
 {
     // The file, the list of its chunks, and a frame that is assembled of them.
     const qint64 bytes = 4 * qint64(file.size());
@@ -71,6 +72,7 @@ DecodedFilm readApng(const QByteArray &file, const QString &path, MemoryAccount 
         film.pictures.append(
             canvas.show(picture, frame.place.topLeft(), frame.blend, frame.disposal));
         film.delaysMs.append(shownMs(frame.delayMs));
+        tellStep(steps, film.pictures.size(), frames);
     }
     const int whole = film.pictures.size();
     if (whole == 0)

@@ -17,14 +17,16 @@ FilmTimes FilmTimes::listed(const QVector<int> &delaysMs)
     return times;
 }
 
-QVector<int> FilmTimes::delaysMs() const
+QVector<int> FilmTimes::delaysMs(const Steps &steps) const
 {
     if (m_gif.isEmpty())
         return m_listed;
     QImageReader reader(m_gif, "gif");
     QVector<int> delays;
-    while (delays.size() < m_frames && reader.canRead() && !reader.read().isNull())
+    while (delays.size() < m_frames && reader.canRead() && !reader.read().isNull()) {
         delays.append(reader.nextImageDelay());
+        tellStep(steps, delays.size(), m_frames);
+    }
     const int last = delays.isEmpty() ? 0 : delays.constLast();
     while (!delays.isEmpty() && delays.size() < m_frames)
         delays.append(last);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "flipbook/base/steps.h"
+
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
@@ -16,8 +18,9 @@ public:
     static FilmTimes listed(const QVector<int> &delaysMs);
 
     /// The times in milliseconds, one for each frame; none for a film that gives none. Decodes
-    /// every frame of a GIF, one at a time. Frames that it does not reach have the last time.
-    QVector<int> delaysMs() const;
+    /// every frame of a GIF, one at a time, and tells @p steps. Frames that it does not reach have
+    /// the last time.
+    QVector<int> delaysMs(const Steps &steps = {}) const;
 
 private:
     QString m_gif;

@@ -39,7 +39,8 @@ QByteArray withTransparentScreen(QByteArray bytes, const GifDescriptors &gif)
 namespace GifScreen
 {
 
-void clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif)
+void clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif,
+           const Steps &steps)
 {
     if (!gif.leavesScreenUnset)
         return;
@@ -55,6 +56,7 @@ void clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif
         // After a frame that cannot be decoded the one before stays, as it does in the object.
         movie.jumpToFrame(i + 1);
         object.setFrameImage(i, movie.currentImage());
+        tellStep(steps, i + 1, count);
     }
 }
 

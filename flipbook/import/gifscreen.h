@@ -1,5 +1,6 @@
 #pragma once
 
+#include "flipbook/base/steps.h"
 #include "flipbook/import/gifdescriptors.h"
 #include "flipbook/object/animatedobject.h"
 
@@ -9,8 +10,10 @@ namespace GifScreen
 {
 
 /// Gives every frame that @p object has just read from the GIF at @p copy, a private copy, its
-/// picture again. Does nothing for other GIFs. @throw Failure when the copy cannot be opened.
-void clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif);
+/// picture again, and tells @p steps. Does nothing for other GIFs. @throw Failure when the copy
+/// cannot be opened.
+void clear(AnimatedObject object, const QString &copy, const GifDescriptors &gif,
+           const Steps &steps = {});
 
 /// The first frame of the GIF in @p bytes; null when it cannot be decoded.
 QImage firstFrame(const QByteArray &bytes, const GifDescriptors &gif);

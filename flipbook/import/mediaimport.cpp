@@ -102,9 +102,9 @@ std::optional<DecodedFilm> readFilm(QFile &file, const QString &path, Reading &r
     MemoryAccount &memory = reading.memory();
     const QByteArray start = file.peek(WebpFile::StartLength);
     if (WebpFile::isAnimated(start))
-        return WebpFile::readFilm(contentOf(file, path, memory), path, memory);
+        return WebpFile::readFilm(contentOf(file, path, memory), path, memory, reading.steps());
     if (PictureFormat::of(start).kind() == PictureFormat::Png && ApngChunks::announces(file))
-        return readApng(contentOf(file, path, memory), path, memory);
+        return readApng(contentOf(file, path, memory), path, memory, reading.steps());
     if (mayBeSheetJson(start))
         return readSheetJson(file, path, reading);
     return std::nullopt;

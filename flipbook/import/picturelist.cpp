@@ -88,6 +88,7 @@ DecodedFilm readPictureFolder(const FileHandle &folder, const QString &path, Rea
         requireAll(names, open, path, reading.memory());
         for (const QString &name : names) {
             const std::unique_ptr<QFile> file = open(name);
+            tellStep(reading.steps(), film.pictures.size(), names.size());
             try {
                 add(film, name, *file, path + QLatin1Char('/') + name, reading.memory());
             } catch (const OverBudget &) {
@@ -115,8 +116,10 @@ DecodedFilm readPictureFiles(const QStringList &paths, Reading &reading)
     requireAll(paths, open, QString(), reading.memory());
     DecodedFilm film;
     film.format = QStringLiteral("pictures");
-    for (const QString &path : paths)
+    for (const QString &path : paths) {
+        tellStep(reading.steps(), film.pictures.size(), paths.size());
         add(film, path, *open(path), path, reading.memory());
+    }
     makeNamesUnique(film);
     return film;
 }

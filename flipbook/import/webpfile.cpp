@@ -122,7 +122,7 @@ private:
 };
 
 /// Puts the frames of @p film together, up to the first that is damaged.
-void addFrames(DecodedFilm &film, const Demuxer &demuxer)
+void addFrames(DecodedFilm &film, const Demuxer &demuxer, const Steps &steps)
 {
     const QRect whole(QPoint(0, 0), demuxer.canvas());
     FilmCanvas canvas(whole.size());
@@ -133,6 +133,7 @@ void addFrames(DecodedFilm &film, const Demuxer &demuxer)
         film.pictures.append(
             canvas.show(picture, frame.place().topLeft(), frame.blend(), frame.disposal()));
         film.delaysMs.append(shownMs(frame.delayMs()));
+        tellStep(steps, film.pictures.size(), demuxer.frames());
     }
 }
 
@@ -170,7 +171,8 @@ QImage readStill(const QByteArray &file)
         .show(picture, first.place().topLeft(), first.blend(), first.disposal());
 }
 
-DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount &memory)
+DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount &memory,
+                     const Steps &steps)
 {
     // The file, and the list of its chunks.
     const qint64 bytes = 4 * qint64(file.size());
@@ -184,7 +186,7 @@ DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount 
     DecodedFilm film;
     film.format = QStringLiteral("animated WebP");
     film.loopCount = demuxer.repetitions();
-    addFrames(film, demuxer);
+    addFrames(film, demuxer, steps);
     const int whole = film.pictures.size();
     if (whole == 0)
         throw Failure{path, QStringLiteral("a WebP film of which no frame could be read: it is "

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "flipbook/base/steps.h"
 #include "flipbook/import/decodedfilm.h"
 
 #include <optional>
@@ -26,8 +27,10 @@ std::optional<QSize> sizeOf(const QByteArray &start);
 QImage readStill(const QByteArray &file);
 
 /// Decodes the film in @p file, which the user named as @p path: what its frames need is computed
-/// before. What is kept of it is counted in @p memory. Ends at the first frame that is damaged or
-/// cut, with a warning. @throw Failure when there is no whole frame, or too little memory.
-DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount &memory);
+/// before, and what is kept of it is counted in @p memory. @p steps hears of each frame. Ends at the
+/// first frame that is damaged or cut, with a warning.
+/// @throw Failure when there is no whole frame, or too little memory.
+DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount &memory,
+                     const Steps &steps = {});
 
 } // namespace WebpFile

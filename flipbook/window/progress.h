@@ -24,7 +24,7 @@ public:
     ~Progress() override;
 
     /// Tells how far the work is. @throw Cancelled
-    void step(const QString &text, qint64 done, qint64 all);
+    virtual void step(const QString &text, qint64 done, qint64 all);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -6,6 +6,7 @@
 #include "flipbook/import/filmtimes.h"
 #include "flipbook/import/framenames.h"
 #include "flipbook/import/gifframes.h"
+#include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/mediaimport.h"
 #include "flipbook/import/picturefile.h"
@@ -62,6 +63,7 @@ ReadFilm FilmReader::read(const QString &path)
     const SourceKind kind = kindOf(source, path);
     if (kind == SourceKind::Gif)
         return readGif(*source.file, path);
+    m_reading.setSteps(steps(tr("Reading %1, %2 of %3 frames"), path));
     m_progress.step(tr("Reading %1").arg(fileName(path)), 0, 0);
     ImportedMedia media = importMedia(m_plugin, source, path, m_reading);
     ReadFilm film;
@@ -74,18 +76,23 @@ ReadFilm FilmReader::read(const QString &path)
     return film;
 }
 
+/// Shows how far the work on the file at @p path is, in a line made of @p text.
+Steps FilmReader::steps(const QString &text, const QString &path)
+{
+    return [this, text, name = fileName(path)](qint64 done, qint64 all) {
+        const QLocale locale;
+        m_progress.step(text.arg(name, locale.toString(done), locale.toString(all)), done, all);
+    };
+}
+
 ReadFilm FilmReader::readGif(QFile &file, const QString &path)
 {
     PrivateFolder folder;
     const GifSource source = copyGif(file, path, m_reading.memory(), folder);
-    const qint64 all = source.descriptors.frames;
-    const QLocale locale;
     const QString name = QFileInfo(path).baseName();
-    const GifFrames gif = readGifFrames(source.copy, name, [&](int done) {
-        m_progress.step(tr("Reading %1, %2 of %3 frames")
-                            .arg(fileName(path), locale.toString(done), locale.toString(all)),
-                        done, all);
-    });
+    const Steps frameSteps = steps(tr("Reading %1, %2 of %3 frames"), path);
+    const GifFrames gif = readGifFrames(
+        source.copy, name, [&](int done) { frameSteps(done, source.descriptors.frames); });
     const bool hasPicture = std::any_of(gif.frames.begin(), gif.frames.end(),
                                         [](const auto &frame) { return !frame.second.isNull(); });
     if (!hasPicture)
@@ -98,8 +105,11 @@ ReadFilm FilmReader::readGif(QFile &file, const QString &path)
     film.path = path;
     film.warnings = source.warnings;
     film.object = state.withFrames(m_plugin, gif.frames, 0);
+    GifScreen::clear(AnimatedObject(*film.object), source.copy, source.descriptors, frameSteps);
     if (source.descriptors.shortestDelay != source.descriptors.longestDelay) {
-        const QVector<int> delaysMs = FilmTimes::ofGif(source.copy, gif.frames.size()).delaysMs();
+        const FilmTimes times = FilmTimes::ofGif(source.copy, gif.frames.size());
+        const QVector<int> delaysMs =
+            times.delaysMs(steps(tr("Reading the durations in %1, %2 of %3 frames"), path));
         if (isUneven(delaysMs))
             keepRhythm(film, delaysMs);
     }

@@ -39,6 +39,7 @@ public:
     ReadFilm readPictures(const QStringList &paths, const QString &name);
 
 private:
+    Steps steps(const QString &text, const QString &path);
     ReadFilm readGif(QFile &file, const QString &path);
     void keepRhythm(ReadFilm &film, const QVector<int> &delaysMs);
 
