@@ -77,25 +77,40 @@ void LzwWalk::feed(const uchar *bytes, int count)
 const uchar *LzwWalk::walkOn(State &walked, const uchar *bytes, const uchar *end)
 {
     State state = walked;
-    const int clearCode = 1 << m_minimumCodeSize;
-    while (state.pixels < m_wantedPixels) {
-        if (state.bitCount < state.codeSize) {
-            bytes = refill(state.bits, state.bitCount, bytes, end);
-            if (state.bitCount < state.codeSize)
+    const uint clearCode = 1u << m_minimumCodeSize;
+    const qint64 wanted = m_wantedPixels;
+    quint16 *const lengths = m_lengths.data();
+    bool goesOn = true;
+    while (goesOn && state.pixels < wanted) {
+        const uint mask = (1u << state.codeSize) - 1u;
+        // The number with which the next code has one bit more. Those that begin beyond it keep
+        // their size, and so do all once the table is full.
+        const bool canGrow = state.codeSize < MaxCodeSize && uint(state.nextCode) <= mask;
+        const int growing = canGrow ? int(mask) + 1 : MaxCodes + 1;
+        while (state.pixels < wanted && state.nextCode != growing) {
+            if (state.bitCount < state.codeSize) {
+                // Copies, so that the state itself need not be in memory.
+                quint64 bits = state.bits;
+                int bitCount = state.bitCount;
+                bytes = refill(bits, bitCount, bytes, end);
+                state.bits = bits;
+                state.bitCount = bitCount;
+                goesOn = bitCount >= state.codeSize;
+            }
+            const uint code = uint(state.bits) & mask;
+            // The newest code may refer to itself: the code before and its own first pixel. If the
+            // table is full, this is a place after its end.
+            lengths[state.nextCode] = quint16(state.previousLength + 1);
+            goesOn = goesOn && code <= uint(state.nextCode) && code - clearCode >= 2;
+            if (!goesOn)
                 break;
+            state.bits >>= state.codeSize;
+            state.bitCount -= state.codeSize;
+            state.previousLength = lengths[code];
+            state.pixels += state.previousLength;
+            state.nextCode += state.nextCode < MaxCodes ? 1 : 0;
         }
-        const int code = int(state.bits & ((1u << state.codeSize) - 1u));
-        // The newest code may refer to itself: the code before and its own first pixel. If the
-        // table is full, this is a place after its end.
-        m_lengths[size_t(state.nextCode)] = quint16(state.previousLength + 1);
-        if (code > state.nextCode || uint(code - clearCode) < 2)
-            break;
-        state.bits >>= state.codeSize;
-        state.bitCount -= state.codeSize;
-        state.previousLength = m_lengths[size_t(code)];
-        state.pixels += state.previousLength;
-        state.nextCode += state.nextCode < MaxCodes ? 1 : 0;
-        if (state.nextCode == (1 << state.codeSize) && state.codeSize < MaxCodeSize)
+        if (state.nextCode == growing)
             ++state.codeSize;
     }
     walked = state;
