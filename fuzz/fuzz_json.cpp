@@ -2,7 +2,6 @@
 #include "tests/support/stage.h"
 
 #include <QtCore/QDir>
-#include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
@@ -16,9 +15,7 @@ QString folder(const uint8_t *data, size_t size)
 {
     const QString path = QDir::temp().filePath(QStringLiteral("fuzz-%1").arg(getpid()));
     QDir().mkpath(path);
-    QFile config(path + QStringLiteral("/config.json"));
-    Fuzzing::require(config.open(QIODevice::WriteOnly), "config.json could not be written");
-    config.write(Fuzzing::bytes(data, size));
+    Fuzzing::write(path + QStringLiteral("/config.json"), Fuzzing::bytes(data, size));
     return path;
 }
 

@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <unistd.h>
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
@@ -89,10 +90,21 @@ QString file(const uint8_t *data, size_t size, const QString &suffix)
 {
     const QString path =
         QDir::temp().filePath(QStringLiteral("fuzz-%1%2").arg(QString::number(getpid()), suffix));
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(bytes(data, size)) == qint64(size),
-            "the file could not be written");
+    write(path, bytes(data, size));
     return path;
+}
+
+void write(const QString &path, const QByteArray &content)
+{
+    static std::map<QString, QFile> files;
+    QFile &file = files[path];
+    if (!file.isOpen()) {
+        file.setFileName(path);
+        require(file.open(QIODevice::ReadWrite), "the file could not be opened");
+    }
+    const bool isWritten = (file.size() == content.size() || file.resize(content.size())) &&
+                           file.seek(0) && file.write(content) == content.size() && file.flush();
+    require(isWritten, "the file could not be written");
 }
 
 void use(CAnimatedImage &image)

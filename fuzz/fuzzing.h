@@ -21,6 +21,11 @@ QByteArray bytes(const uint8_t *data, size_t size);
 /// Writes @p data to a file of this process alone and returns its path, which ends in @p suffix.
 QString file(const uint8_t *data, size_t size, const QString &suffix);
 
+/// Gives the file at @p path this content. It stays open and keeps its place on the disk: some file
+/// systems write a file that was emptied to the disk when it is closed, which takes as long as
+/// thousands of runs.
+void write(const QString &path, const QByteArray &content);
+
 /// Uses an object on the page of a Stage the way a host does: paints, measures and hit-tests it
 /// while it is edited and while it is presented, and steps it while it is presented. One whose
 /// tile as a background would be beyond MaxMemory is not presented.

@@ -14,7 +14,7 @@ constexpr qint64 BytesPerPixel = 4;
 
 qint64 pictureBytes(const QSize &size)
 {
-    return qint64(size.width()) * size.height() * BytesPerPixel;
+    return Saturating::product(qint64(size.width()) * size.height(), BytesPerPixel);
 }
 
 qint64 pictureBytes(const QSizeF &size, double pictures)

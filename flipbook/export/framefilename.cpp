@@ -1,6 +1,7 @@
 #include "flipbook/export/framefilename.h"
 
 #include <QtCore/QTextBoundaryFinder>
+#include <QtCore/QVector>
 
 namespace
 {

@@ -106,7 +106,8 @@ QByteArray FolderCopier::readConfig()
                       QStringLiteral("larger than %1").arg(MemoryBudget::text(MaxConfigBytes))};
     m_reading.memory().require(MemoryBudget::leastForJson(file->size()), m_config,
                                QStringLiteral("its text"));
-    return file->read(MaxConfigBytes);
+    // As much as asked for is allocated at once.
+    return file->read(file->size());
 }
 
 // Takes the same part of the bytes for text as the object does, up to the first zero byte.

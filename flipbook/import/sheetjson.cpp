@@ -66,7 +66,8 @@ QJsonObject SheetReader::parse(QFile &file) const
         refuse(QStringLiteral("larger than %1").arg(MemoryBudget::text(MaxJsonBytes)));
     m_reading.memory().require(MemoryBudget::leastForJson(file.size()), m_path,
                                QStringLiteral("its text"));
-    const QByteArray text = file.read(MaxJsonBytes);
+    // As much as asked for is allocated at once.
+    const QByteArray text = file.read(file.size());
     m_reading.memory().require(MemoryBudget::neededForJson(text), m_path,
                                QStringLiteral("its text"));
     QJsonParseError error = {};

@@ -92,6 +92,7 @@ void TestMemoryBudget::needsSaturate()
     gif.screen = QSize(65535, 65535);
     constexpr qint64 most = std::numeric_limits<qint64>::max();
     QCOMPARE(neededFor(gif, qint64(1) << 40), most);
+    QCOMPARE(MemoryBudget::neededForFilm(QSize(0x61616161, 0x61616161), 1, 0), most);
     QCOMPARE(MemoryBudget::keptForTile(QSizeF(1e12, 1e12)), most);
     QCOMPARE(MemoryBudget::keptForTile(QSizeF(qQNaN(), 1)), most);
     MemoryAccount account(100);

@@ -73,6 +73,7 @@ private Q_SLOTS:
     void whatIsDamagedIsTold();
     void aFileWithoutWholeFramesIsRefused();
     void memoryIsCountedBeforeDecoding();
+    void aCanvasOfMorePixelsThanCanBeCountedIsRefused();
     void everyCommandReadsThem();
     void keepTimingWorksForThem();
     void theNameOfTheFileDoesNotMatter();
@@ -277,6 +278,15 @@ void TestWebFilms::aFileWithoutWholeFramesIsRefused()
     QCOMPARE(refusal([&] { webp(film.left(40)); }),
              QStringLiteral("a WebP film of which no frame could be read: it is cut short or "
                             "damaged"));
+}
+
+void TestWebFilms::aCanvasOfMorePixelsThanCanBeCountedIsRefused()
+{
+    // 2.7 * 10^18 pixels: their bytes are beyond 64 bits.
+    const int side = 0x61616161;
+    const QByteArray file =
+        ApngBuilder(QSize(side, side), 0).add({pixelRow({0xffff0000}), {0, 0}}).data();
+    QVERIFY_EXCEPTION_THROWN(apng(file), OverBudget);
 }
 
 void TestWebFilms::memoryIsCountedBeforeDecoding()

@@ -1,6 +1,8 @@
 #include "fuzz/fuzzing.h"
 #include "tests/support/stage.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
 
@@ -10,6 +12,7 @@ class TestFuzzing : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void aFileHasWhatWasWrittenLast();
     void anObjectIsPaintedPresentedAndStepped();
     void aVastObjectIsOnlyEdited();
     void anObjectIsUsedInAnyState_data();
@@ -57,6 +60,18 @@ private:
 };
 
 } // namespace
+
+void TestFuzzing::aFileHasWhatWasWrittenLast()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("input"));
+    for (const QByteArray &content : {QByteArray("abc"), QByteArray("wxyz"), QByteArray("k")}) {
+        Fuzzing::write(path, content);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), content);
+    }
+}
 
 void TestFuzzing::anObjectIsPaintedPresentedAndStepped()
 {
