@@ -33,8 +33,9 @@ void run(const QCommandLineParser &line)
                                .object;
     OutputFolder output(folder);
     ProgressLine progress(QStringLiteral("Writing"), AnimatedObject(object).frameCount());
-    const QStringList warnings = exportFrames(plugin, *opened.document, object, reading.memory(), output,
-                                              [&progress](int done) { progress.setDone(done); });
+    const QStringList warnings =
+        exportFrames(plugin, *opened.document, object, reading.memory(), output,
+                     [&progress](int done) { progress.setDone(done); });
     output.finish();
     for (const QString &warning : warnings)
         Console::warn(path, warning);

@@ -108,7 +108,7 @@ void endProcess(int /*signal*/, siginfo_t * /*info*/, void *context)
     const auto *state = static_cast<const ucontext_t *>(context);
     Dl_info place = {};
     void *address = nullptr;
-    std::memcpy(&address, &state->uc_mcontext.gregs[REG_RIP], sizeof address);
+    std::memcpy(static_cast<void *>(&address), &state->uc_mcontext.gregs[REG_RIP], sizeof address);
     const bool isQt = ::dladdr(address, &place) != 0 && std::strstr(place.dli_fname, "libQt5");
     ::_exit(int(isQt ? Outcome::EndedInQt : Outcome::Ended));
 }
