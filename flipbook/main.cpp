@@ -1,5 +1,6 @@
 #include "flipbook/cli/commandline.h"
 #include "flipbook/cli/console.h"
+#include "flipbook/window/display.h"
 #include "flipbook/window/windowmain.h"
 
 #include <QtCore/QFileInfo>
@@ -42,10 +43,19 @@ void keepFreedMemory()
 /// Whether the arguments ask for the window: there are none, or files alone.
 bool wantsWindow(const QStringList &arguments)
 {
-    if (!hasDisplay())
-        return false;
     return arguments.isEmpty() ||
            (namesFiles(arguments) && std::none_of(arguments.begin(), arguments.end(), isOption));
+}
+
+/// Whether a window can be shown. A display that cannot be reached is told.
+bool hasDisplay()
+{
+    const Display::State state = Display::state();
+    if (state == Display::State::Unreachable)
+        Console::warn(QString(),
+                      QStringLiteral("the display \"%1\" cannot be reached, so there is no window")
+                          .arg(Display::name()));
+    return state == Display::State::Reachable;
 }
 
 } // namespace
@@ -58,7 +68,7 @@ int main(int argc, char *argv[])
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
-    const bool isWindow = wantsWindow(arguments);
+    const bool isWindow = wantsWindow(arguments) && hasDisplay();
     // The command line needs no display, and works the same where there is one.
     if (!isWindow)
         qputenv("QT_QPA_PLATFORM", "offscreen");

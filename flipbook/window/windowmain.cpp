@@ -7,15 +7,6 @@
 
 #include <QtWidgets/QApplication>
 
-bool hasDisplay()
-{
-    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(variable))
-            return true;
-    }
-    return false;
-}
-
 void preferSharpWindows()
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);

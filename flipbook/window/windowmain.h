@@ -2,9 +2,6 @@
 
 #include <QtCore/QStringList>
 
-/// Whether the environment offers a display to open a window on.
-bool hasDisplay();
-
 /// Makes windows sharp on screens of any resolution, also between whole factors. To be called
 /// before the QApplication is made.
 void preferSharpWindows();

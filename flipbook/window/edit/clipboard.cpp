@@ -3,6 +3,7 @@
 #include "framework/document.h"
 #include "host/baseobject.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 #include <QtCore/QMimeData>
 #include <QtGui/QClipboard>
@@ -14,7 +15,7 @@ namespace
 {
 
 const QLatin1String ObjectsFormat("application/x-flipbook-objects");
-const QLatin1String FramesFormat("application/x-flipbook-frames");
+const QLatin1String FramesFormat("application/x-flipbook-encoded-frames");
 constexpr quint32 MaxObjects = 10000;
 constexpr quint32 MaxFrames = 20000;
 constexpr double MostPixels = 1 << 26;
@@ -27,6 +28,16 @@ void prepare(QDataStream &stream)
 const QMimeData *content()
 {
     return QGuiApplication::clipboard()->mimeData();
+}
+
+/// As a PNG file; empty for no picture.
+QByteArray encoded(const QImage &picture)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    return bytes;
 }
 
 /// The objects as they are seen, on nothing.
@@ -106,7 +117,7 @@ void Clipboard::copyFrames(const Plugin::Frames &frames)
     prepare(stream);
     stream << quint32(frames.size());
     for (const auto &frame : frames)
-        stream << frame.first << frame.second;
+        stream << frame.first << encoded(frame.second);
     auto *data = new QMimeData;
     data->setData(FramesFormat, bytes);
     if (!frames.isEmpty())
@@ -114,9 +125,9 @@ void Clipboard::copyFrames(const Plugin::Frames &frames)
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
-Plugin::Frames Clipboard::frames()
+QVector<EncodedFrame> Clipboard::frames()
 {
-    Plugin::Frames frames;
+    QVector<EncodedFrame> frames;
     if (!content())
         return frames;
     const QByteArray bytes = content()->data(FramesFormat);
@@ -125,8 +136,8 @@ Plugin::Frames Clipboard::frames()
     quint32 count = 0;
     stream >> count;
     for (quint32 i = 0; i < qMin(count, MaxFrames); ++i) {
-        QPair<QString, QImage> frame;
-        stream >> frame.first >> frame.second;
+        EncodedFrame frame;
+        stream >> frame.name >> frame.picture;
         if (stream.status() != QDataStream::Ok)
             break;
         frames.append(frame);

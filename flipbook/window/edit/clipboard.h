@@ -1,6 +1,7 @@
 #pragma once
 
 #include "flipbook/object/plugin.h"
+#include "flipbook/window/import/filmreader.h"
 
 #include <vector>
 
@@ -18,6 +19,7 @@ void copyObjects(Document &document, const QList<CBaseObject *> &objects);
 std::vector<OwnedObject> objects(const Plugin &plugin);
 
 void copyFrames(const Plugin::Frames &frames);
-Plugin::Frames frames();
+/// The frames of the clipboard, which are not decoded; none when it holds none.
+QVector<EncodedFrame> frames();
 
 } // namespace Clipboard

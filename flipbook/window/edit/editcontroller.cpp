@@ -8,6 +8,7 @@
 #include "flipbook/window/frames/framecontroller.h"
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/import/importcontroller.h"
+#include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/session.h"
 
 #include <QtCore/QMimeData>
@@ -128,9 +129,9 @@ void EditController::pasteFrames()
 {
     const QVector<int> rows = m_frames.meantRows();
     const int before = rows.isEmpty() ? 0 : rows.last() + 1;
-    const Plugin::Frames frames = Clipboard::frames();
+    const QVector<EncodedFrame> frames = Clipboard::frames();
     if (!frames.isEmpty())
-        m_importer.insertFrames(frames, before);
+        m_importer.insertEncoded(frames, before);
     else if (const QMimeData *data = QGuiApplication::clipboard()->mimeData())
         m_importer.dropOnStrip(data, before);
 }
@@ -143,7 +144,7 @@ void EditController::pasteObjects()
     std::vector<OwnedObject> objects = Clipboard::objects(m_session.plugin());
     if (objects.empty()) {
         const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-        if (data && (data->hasUrls() || data->hasImage()))
+        if (data && (data->hasUrls() || offersPicture(*data)))
             m_importer.dropOnPage(data, page->pageRect().center());
         return;
     }

@@ -2,6 +2,7 @@
 
 #include "flipbook/window/frames/framedelegate.h"
 #include "flipbook/window/frames/framemodel.h"
+#include "flipbook/window/import/offeredpicture.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDataStream>
@@ -157,7 +158,7 @@ void FrameStrip::dragEnterEvent(QDragEnterEvent *event)
 void FrameStrip::dragMoveEvent(QDragMoveEvent *event)
 {
     const bool isOwn = event->mimeData()->hasFormat(RowsFormat);
-    if (!isOwn && !event->mimeData()->hasUrls() && !event->mimeData()->hasImage()) {
+    if (!isOwn && !event->mimeData()->hasUrls() && !offersPicture(*event->mimeData())) {
         event->ignore();
         return;
     }

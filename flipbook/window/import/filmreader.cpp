@@ -10,12 +10,15 @@
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/mediaimport.h"
 #include "flipbook/import/picturefile.h"
+#include "flipbook/import/pictureformat.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/object/filmstate.h"
+#include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/progress.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
+#include <QtCore/QTemporaryFile>
 
 #include <algorithm>
 
@@ -25,6 +28,17 @@ namespace
 QString fileName(const QString &path)
 {
     return QFileInfo(QDir::cleanPath(path)).fileName();
+}
+
+/// A file without a name that holds @p bytes, at its beginning. @throw Failure of @p subject
+std::unique_ptr<QFile> temporaryFile(const QByteArray &bytes, const QString &subject)
+{
+    auto file = std::make_unique<QTemporaryFile>();
+    if (!file->open() || file->write(bytes) != bytes.size() || !file->flush())
+        throw Failure{subject,
+                      QStringLiteral("no private copy can be made: ") + file->errorString()};
+    file->seek(0);
+    return file;
 }
 
 Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
@@ -60,6 +74,49 @@ FilmReader::FilmReader(const Plugin &plugin, Progress &progress, qint64 maxMemor
 ReadFilm FilmReader::read(const QString &path)
 {
     Source source = m_reading.open(path);
+    return read(source, path);
+}
+
+ReadFilm FilmReader::read(const OfferedPicture &offered, const QString &name)
+{
+    if (!offered.bytes.isEmpty()) {
+        Source source{temporaryFile(offered.bytes, name), FileHandle()};
+        // Only a file that is called so is read as a GIF.
+        const bool isGif = PictureFormat::of(offered.bytes).kind() == PictureFormat::Gif;
+        return read(source, isGif ? name + QStringLiteral(".gif") : name);
+    }
+    // The object keeps a copy of its own.
+    m_reading.memory().require(2 * offered.picture.sizeInBytes(), name,
+                               QStringLiteral("the picture"));
+    FilmState state(*m_plugin.createObject());
+    state.setName(name);
+    ReadFilm film;
+    film.path = name;
+    film.object = state.withFrames(m_plugin, {{name, offered.picture}}, 0);
+    return film;
+}
+
+Plugin::Frames FilmReader::read(const QVector<EncodedFrame> &frames)
+{
+    const QLocale locale;
+    Plugin::Frames read;
+    for (const EncodedFrame &frame : frames) {
+        m_progress.step(
+            tr("Reading %1, %2 of %3 pictures")
+                .arg(frame.name, locale.toString(read.size() + 1), locale.toString(frames.size())),
+            read.size(), frames.size());
+        QImage picture;
+        if (!frame.picture.isEmpty())
+            picture = readPicture(*temporaryFile(frame.picture, frame.name), frame.name,
+                                  m_reading.memory());
+        m_reading.memory().take(picture.sizeInBytes());
+        read.append({frame.name, picture});
+    }
+    return read;
+}
+
+ReadFilm FilmReader::read(Source &source, const QString &path)
+{
     const SourceKind kind = kindOf(source, path);
     if (kind == SourceKind::Gif)
         return readGif(*source.file, path);

@@ -10,6 +10,13 @@
 #include <vector>
 
 class Progress;
+struct OfferedPicture;
+
+/// A frame as it is on the clipboard.
+struct EncodedFrame {
+    QString name;
+    QByteArray picture; ///< as in a file; empty for a frame without a picture
+};
 
 /// A film that was read from a file or folder, on no page yet.
 struct ReadFilm {
@@ -35,11 +42,18 @@ public:
     /// @throw Failure, Cancelled
     ReadFilm read(const QString &path);
 
+    /// Reads a picture or film that has no file, called @p name. @throw Failure, Cancelled
+    ReadFilm read(const OfferedPicture &offered, const QString &name);
+
+    /// Decodes frames as pictures of any format. @throw Failure, Cancelled
+    Plugin::Frames read(const QVector<EncodedFrame> &frames);
+
     /// Makes one film of the pictures in these files, in this order. @throw Failure, Cancelled
     ReadFilm readPictures(const QStringList &paths, const QString &name);
 
 private:
     Steps steps(const QString &text, const QString &path);
+    ReadFilm read(Source &source, const QString &path);
     ReadFilm readGif(QFile &file, const QString &path);
     void keepRhythm(ReadFilm &film, const QVector<int> &delaysMs);
 

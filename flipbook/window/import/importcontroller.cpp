@@ -4,12 +4,12 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/import/framenames.h"
 #include "flipbook/import/naturalorder.h"
-#include "flipbook/object/filmstate.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/commands/filmedit.h"
 #include "flipbook/window/counted.h"
 #include "flipbook/window/frames/copynames.h"
 #include "flipbook/window/import/filmputting.h"
+#include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/import/picturegroup.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/progress.h"
@@ -90,21 +90,20 @@ void ImportController::chooseForFilm(int before)
 void ImportController::dropOnPage(const QMimeData *data, const QPointF &place)
 {
     const QStringList paths = localFiles(*data);
-    const auto picture = paths.isEmpty() ? data->imageData().value<QImage>() : QImage();
+    const OfferedPicture picture = paths.isEmpty() ? offeredPicture(*data) : OfferedPicture();
     QTimer::singleShot(0, this, [this, paths, picture, place] {
         importToPage(paths, place);
-        importPicture(picture, place);
+        importToPage(picture, place);
     });
 }
 
 void ImportController::dropOnStrip(const QMimeData *data, int before)
 {
     const QStringList paths = localFiles(*data);
-    const auto picture = paths.isEmpty() ? data->imageData().value<QImage>() : QImage();
+    const OfferedPicture picture = paths.isEmpty() ? offeredPicture(*data) : OfferedPicture();
     QTimer::singleShot(0, this, [this, paths, picture, before] {
         importToFilm(paths, before);
-        if (!picture.isNull())
-            insertFrames({{tr("picture"), picture}}, before);
+        importToFilm(picture, before);
     });
 }
 
@@ -217,16 +216,39 @@ void ImportController::importToPage(const QStringList &paths, std::optional<QPoi
           }}});
 }
 
-void ImportController::importPicture(const QImage &picture, std::optional<QPointF> place)
+void ImportController::importToPage(const OfferedPicture &picture, const QPointF &place)
 {
     if (picture.isNull() || !m_session.page())
         return;
-    FilmState state(*m_session.plugin().createObject());
-    state.setName(tr("picture"));
-    std::vector<ReadFilm> films(1);
-    films.front().path = tr("picture");
-    films.front().object = state.withFrames(m_session.plugin(), {{tr("picture"), picture}}, 0);
-    putFilms(m_session, m_messages, std::move(films), place);
+    std::vector<ReadFilm> films;
+    const bool isRead = run([&](FilmReader &reader) {
+        films.clear();
+        films.push_back(reader.read(picture, tr("picture")));
+    });
+    if (isRead)
+        putFilms(m_session, m_messages, std::move(films), place);
+}
+
+void ImportController::importToFilm(const OfferedPicture &picture, int before)
+{
+    if (picture.isNull() || !m_session.film())
+        return;
+    Plugin::Frames frames;
+    if (run([&](FilmReader &reader) { frames = framesOf(reader.read(picture, tr("picture"))); }))
+        insertFrames(frames, before);
+}
+
+void ImportController::insertEncoded(const QVector<EncodedFrame> &encoded, int before)
+{
+    Plugin::Frames frames;
+    if (run([&](FilmReader &reader) { frames = reader.read(encoded); }))
+        insertFrames(frames, before);
+}
+
+/// The rhythm of one film is not that of another: each frame comes once.
+Plugin::Frames ImportController::framesOf(const ReadFilm &film) const
+{
+    return m_session.plugin().frames(film.even ? *film.even : *film.object);
 }
 
 void ImportController::importToFilm(const QStringList &paths, int before)
@@ -237,11 +259,8 @@ void ImportController::importToFilm(const QStringList &paths, int before)
     Plugin::Frames frames;
     const bool isRead = run([&](FilmReader &reader) {
         frames.clear();
-        for (const QString &path : files) {
-            const ReadFilm film = reader.read(path);
-            // The rhythm of one film is not that of another: each frame comes once.
-            frames += m_session.plugin().frames(film.even ? *film.even : *film.object);
-        }
+        for (const QString &path : files)
+            frames += framesOf(reader.read(path));
     });
     if (!isRead)
         return;

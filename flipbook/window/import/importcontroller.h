@@ -28,12 +28,12 @@ public:
     /// Puts the films and pictures in these files on the shown page, around @p place or, without
     /// one, around the middle of the page. Several pictures of one size become one film. One step.
     void importToPage(const QStringList &paths, std::optional<QPointF> place = std::nullopt);
-    /// The same with a picture that has no file.
-    void importPicture(const QImage &picture, std::optional<QPointF> place = std::nullopt);
     /// Inserts the frames of these files before frame @p before (counted from 0) of the selected
     /// film.
     void importToFilm(const QStringList &paths, int before);
     void insertFrames(Plugin::Frames frames, int before);
+    /// The same with frames of the clipboard.
+    void insertEncoded(const QVector<EncodedFrame> &frames, int before);
 
     /// What was dropped: files or a picture.
     void dropOnPage(const QMimeData *data, const QPointF &place);
@@ -55,6 +55,10 @@ Q_SIGNALS:
 private:
     using Work = std::function<void(FilmReader &reader)>;
 
+    /// The same as with files, for a picture that has none.
+    void importToPage(const OfferedPicture &picture, const QPointF &place);
+    void importToFilm(const OfferedPicture &picture, int before);
+    Plugin::Frames framesOf(const ReadFilm &film) const;
     QStringList choose(const QString &title);
     QStringList withoutDocuments(const QStringList &paths);
     /// Does the work with a progress bar. False when it was cancelled or failed, which is told.

@@ -1,5 +1,6 @@
 #include "flipbook/window/page/pageview.h"
 
+#include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/page/paperpainting.h"
 #include "flipbook/window/session.h"
 
@@ -291,7 +292,7 @@ void PageView::dragEnterEvent(QDragEnterEvent *event)
 
 void PageView::dragMoveEvent(QDragMoveEvent *event)
 {
-    if (event->mimeData()->hasUrls() || event->mimeData()->hasImage())
+    if (event->mimeData()->hasUrls() || offersPicture(*event->mimeData()))
         event->acceptProposedAction();
     else
         event->ignore();
