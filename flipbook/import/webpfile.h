@@ -27,8 +27,8 @@ std::optional<QSize> sizeOf(const QByteArray &start);
 QImage readStill(const QByteArray &file);
 
 /// Decodes the film in @p file, which the user named as @p path: what its frames need is computed
-/// before, and what is kept of it is counted in @p memory. @p steps hears of each frame. Ends at the
-/// first frame that is damaged or cut, with a warning.
+/// before, and what is kept of it is counted in @p memory. @p steps hears of each frame. Ends at
+/// the first frame that is damaged or cut, with a warning.
 /// @throw Failure when there is no whole frame, or too little memory.
 DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount &memory,
                      const Steps &steps = {});
