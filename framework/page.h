@@ -21,7 +21,8 @@ class FRAMEWORK_API Page : public QGraphicsScene, public IGdPage
 public:
     enum class Layer { Normal, Background };
 
-    /// The place of an object: its layer, and how many objects of that layer are below it.
+    /// The place of an object: its layer, and how many objects of that layer are below it. By
+    /// default the lowest of the normal layer.
     struct Place {
         Layer layer = Layer::Normal;
         int index = 0;

@@ -71,8 +71,9 @@ private:
     /// What was asked for last.
     struct Shown {
         bool isHeld = false;
-        qint64 picture = -1; ///< whose region it is, by its cacheKey(); unless it was held
-        QList<QRect> held;   ///< the rectangles that the frame held
+        /// Whose region it is, by its cacheKey(), unless it was held. A null picture has none.
+        qint64 picture = QImage().cacheKey();
+        QList<QRect> held; ///< the rectangles that the frame held
         OpaqueRegion::Measured region;
         View view;
         bool hasPath = false;

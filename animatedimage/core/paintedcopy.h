@@ -31,7 +31,7 @@ private:
     void drop();
 
     CacheBudget &m_budget;
-    qint64 m_key = 0; ///< the cacheKey() of the picture painted last
-    QImage m_copy;    ///< of that picture; null until it is painted again
+    qint64 m_key = QImage().cacheKey(); ///< of the picture painted last
+    QImage m_copy;                      ///< of that picture; null until it is painted again
     qint64 m_bytes = 0;
 };

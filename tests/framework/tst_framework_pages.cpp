@@ -92,6 +92,7 @@ private Q_SLOTS:
     void movingWithoutUndoLeavesNoCommand();
     void impossibleMovesAreLeftAlone();
     void aMoveOutlivesItsObject();
+    void theDefaultPlaceIsTheLowest();
     void placesAreBounded();
     void theModeIsEnteredAfterTheAttributeAndLeftBeforeIt();
     void aModeIsEnteredOnce();
@@ -336,6 +337,15 @@ void TestFrameworkPages::aMoveOutlivesItsObject()
     QCOMPARE(page.placeOf(objects[1]).layer, Page::Layer::Normal);
     Framework::instance().undoStack()->redo();
     QCOMPARE(page.placeOf(objects[1]).layer, Page::Layer::Background);
+}
+
+void TestFrameworkPages::theDefaultPlaceIsTheLowest()
+{
+    QCOMPARE(Page::Place().index, 0);
+    Page page(A4);
+    const auto objects = fill(page, 3);
+    page.placeObject(objects[2], Page::Place());
+    QCOMPARE(page.objects(), (QList<CBaseObject *>{objects[2], objects[0], objects[1]}));
 }
 
 void TestFrameworkPages::placesAreBounded()
