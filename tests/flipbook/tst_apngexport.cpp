@@ -7,6 +7,7 @@
 #include <QtCore/QtEndian>
 #include <QtTest/QTest>
 
+#include <cstddef>
 #include <cstdlib>
 #include <zlib.h>
 
@@ -164,7 +165,7 @@ bool Reader::finishFrame()
     QByteArray before(rowBytes, '\0');
     for (int y = 0; y < rect.height(); ++y) {
         QByteArray row = raw.mid(y * (rowBytes + 1) + 1, rowBytes);
-        const int filter = raw.at(y * (rowBytes + 1));
+        const int filter = quint8(raw.at(y * (rowBytes + 1)));
         for (int i = 0; i < rowBytes; ++i) {
             const bool hasLeft = i >= m_channels;
             const int left = hasLeft ? quint8(row.at(i - m_channels)) : 0;
@@ -173,7 +174,7 @@ bool Reader::finishFrame()
                 char(quint8(row.at(i)) + predicted(filter, left, quint8(before.at(i)), corner));
         }
         for (int x = 0; x < rect.width(); ++x) {
-            const char *pixel = row.constData() + x * m_channels;
+            const char *pixel = row.constData() + std::ptrdiff_t(x) * m_channels;
             m_canvas.setPixel(rect.left() + x, rect.top() + y,
                               qRgba(quint8(pixel[0]), quint8(pixel[1]), quint8(pixel[2]),
                                     m_channels == 4 ? quint8(pixel[3]) : 255));

@@ -50,7 +50,8 @@ QJsonArray framesOf(const QByteArray &json)
 QList<QImage> unpacked(const QImage &sheet, const QByteArray &json)
 {
     QList<QImage> pictures;
-    for (const QJsonValue &value : framesOf(json)) {
+    const QJsonArray frames = framesOf(json);
+    for (const QJsonValue value : frames) {
         const QJsonObject frame = value.toObject();
         const QRect source = rectOf(frame.value(QStringLiteral("spriteSourceSize")));
         const QJsonObject size = frame.value(QStringLiteral("sourceSize")).toObject();

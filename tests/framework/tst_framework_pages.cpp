@@ -12,7 +12,7 @@
 namespace
 {
 
-const QRectF A4(0, 0, 210, 297);
+const QRectF a4(0, 0, 210, 297);
 
 QList<CGDRootObject *> one(CBaseObject *object)
 {
@@ -113,28 +113,28 @@ void TestFrameworkPages::init()
 void TestFrameworkPages::aPageKnowsItsRectangleAndDocument()
 {
     Document document;
-    Page *page = document.addPage(A4);
-    QCOMPARE(page->pageRect(), A4);
-    QCOMPARE(page->sceneRect(), A4);
+    Page *page = document.addPage(a4);
+    QCOMPARE(page->pageRect(), a4);
+    QCOMPARE(page->sceneRect(), a4);
     QCOMPARE(page->document(), static_cast<IGdDocument *>(&document));
     QCOMPARE(document.pages(), QList<Page *>{page});
     QCOMPARE(page->itemIndexMethod(), QGraphicsScene::NoIndex);
-    Page loose(A4);
+    Page loose(a4);
     QVERIFY(!loose.document());
 }
 
 void TestFrameworkPages::anImpossiblePageRectangleIsIgnored()
 {
-    Page page(A4);
+    Page page(a4);
     page.setPageRect(QRectF(0, 0, -1, 10));
     page.setPageRect(QRectF(qQNaN(), 0, 1, 10));
     page.setPageRect(QRectF(0, 0, qInf(), 10));
-    QCOMPARE(page.pageRect(), A4);
+    QCOMPARE(page.pageRect(), a4);
 }
 
 void TestFrameworkPages::anAddedObjectBelongsToThePage()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 2);
     QCOMPARE(page.objects(), objects);
     QCOMPARE(objects[0]->GetPage(), static_cast<IGdPage *>(&page));
@@ -145,8 +145,8 @@ void TestFrameworkPages::anAddedObjectBelongsToThePage()
 
 void TestFrameworkPages::addingMovesAnObjectFromItsOldPage()
 {
-    Page first(A4);
-    Page second(A4);
+    Page first(a4);
+    Page second(a4);
     CBaseObject *object = fillOne(first);
     second.addObject(object);
     QVERIFY(first.objects().isEmpty());
@@ -162,7 +162,7 @@ void TestFrameworkPages::addingMovesAnObjectFromItsOldPage()
 
 void TestFrameworkPages::addingTwiceOrNothingIsIgnored()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 2);
     page.addObject(objects[0]);
     page.addObject(nullptr);
@@ -171,7 +171,7 @@ void TestFrameworkPages::addingTwiceOrNothingIsIgnored()
 
 void TestFrameworkPages::aTakenObjectIsOnNoPage()
 {
-    Page page(A4);
+    Page page(a4);
     CBaseObject *object = fillOne(page);
     QCOMPARE(page.takeObject(object), object);
     QVERIFY(!object->GetPage());
@@ -184,7 +184,7 @@ void TestFrameworkPages::aTakenObjectIsOnNoPage()
 
 void TestFrameworkPages::destroyingAnObjectDropsCommandsFirst()
 {
-    Page page(A4);
+    Page page(a4);
     const QPointer<CBaseObject> object(fillOne(page));
     moveToBackground(page, object, true);
     QCOMPARE(Framework::instance().undoStack()->count(), 1);
@@ -200,7 +200,7 @@ void TestFrameworkPages::destroyingAnObjectDropsCommandsFirst()
 
 void TestFrameworkPages::aReleasedObjectLeavesItsPage()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 3);
     int heard = -1;
     connect(&page, &QGraphicsScene::selectionChanged, this, [&] { heard = page.objects().size(); });
@@ -213,7 +213,7 @@ void TestFrameworkPages::aReleasedObjectLeavesItsPage()
 
 void TestFrameworkPages::commandsOfAReleasedObjectAreDropped()
 {
-    Page page(A4);
+    Page page(a4);
     CBaseObject *object = fillOne(page);
     moveToBackground(page, object, true);
     object->Release();
@@ -223,7 +223,7 @@ void TestFrameworkPages::commandsOfAReleasedObjectAreDropped()
 
 void TestFrameworkPages::anObjectThatLeftTheSceneIsForgottenWhenItDies()
 {
-    Page page(A4);
+    Page page(a4);
     CBaseObject *object = fillOne(page);
     CUndoRedo::GetInstance()->push(new CNmUndoCmd);
     page.removeItem(object);
@@ -236,8 +236,8 @@ void TestFrameworkPages::anObjectThatLeftTheSceneIsForgottenWhenItDies()
 
 void TestFrameworkPages::layersHaveHandlesOfTheirOwn()
 {
-    Page first(A4);
-    Page second(A4);
+    Page first(a4);
+    Page second(a4);
     CBaseObject *object = fillOne(first);
     const QSet<qint64> handles{first.queryObject(object, 0), first.queryObject(object, 2),
                                second.queryObject(object, 0), second.queryObject(object, 2), 0};
@@ -248,7 +248,7 @@ void TestFrameworkPages::layersHaveHandlesOfTheirOwn()
 
 void TestFrameworkPages::theBackgroundLiesBelowEverything()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 3);
     moveToBackground(page, objects[2], false);
     moveToBackground(page, objects[1], false);
@@ -264,7 +264,7 @@ void TestFrameworkPages::theBackgroundLiesBelowEverything()
 
 void TestFrameworkPages::anObjectIsMovedBackToTheNormalLayer()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 2);
     moveToBackground(page, objects[0], false);
     QCOMPARE(page.placeOf(objects[0]).layer, Page::Layer::Background);
@@ -275,7 +275,7 @@ void TestFrameworkPages::anObjectIsMovedBackToTheNormalLayer()
 
 void TestFrameworkPages::movingIsUndoneToTheSamePlace()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 5);
     const QList<CGDRootObject *> moved{objects[1], objects[2], objects[4]};
     page.applyObject(0, page.queryObject(objects[1], 2), moved, true, QString(), true);
@@ -291,7 +291,7 @@ void TestFrameworkPages::movingIsUndoneToTheSamePlace()
 void TestFrameworkPages::anUndoneMoveNamesItself()
 {
     Framework::instance().setLanguage(QLocale(QLocale::English));
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 1);
     moveToBackground(page, objects[0], true);
     QCOMPARE(Framework::instance().undoStack()->undoText(),
@@ -303,15 +303,15 @@ void TestFrameworkPages::anUndoneMoveNamesItself()
 
 void TestFrameworkPages::movingWithoutUndoLeavesNoCommand()
 {
-    Page page(A4);
+    Page page(a4);
     moveToBackground(page, fillOne(page), false);
     QCOMPARE(Framework::instance().undoStack()->count(), 0);
 }
 
 void TestFrameworkPages::impossibleMovesAreLeftAlone()
 {
-    Page page(A4);
-    Page other(A4);
+    Page page(a4);
+    Page other(a4);
     const auto objects = fill(page, 2);
     CBaseObject *foreign = fillOne(other);
     const qint64 background = page.queryObject(objects[0], 2);
@@ -328,7 +328,7 @@ void TestFrameworkPages::impossibleMovesAreLeftAlone()
 
 void TestFrameworkPages::aMoveOutlivesItsObject()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 2);
     const QList<CGDRootObject *> moved{objects[0], objects[1]};
     page.applyObject(0, page.queryObject(objects[0], 2), moved, true, QString(), true);
@@ -342,7 +342,7 @@ void TestFrameworkPages::aMoveOutlivesItsObject()
 void TestFrameworkPages::theDefaultPlaceIsTheLowest()
 {
     QCOMPARE(Page::Place().index, 0);
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 3);
     page.placeObject(objects[2], Page::Place());
     QCOMPARE(page.objects(), (QList<CBaseObject *>{objects[2], objects[0], objects[1]}));
@@ -350,7 +350,7 @@ void TestFrameworkPages::theDefaultPlaceIsTheLowest()
 
 void TestFrameworkPages::placesAreBounded()
 {
-    Page page(A4);
+    Page page(a4);
     const auto objects = fill(page, 3);
     page.placeObject(objects[0], {Page::Layer::Normal, 99});
     QCOMPARE(page.objects(), (QList<CBaseObject *>{objects[1], objects[2], objects[0]}));
@@ -364,8 +364,8 @@ void TestFrameworkPages::theModeIsEnteredAfterTheAttributeAndLeftBeforeIt()
 {
     Document document;
     QStringList log;
-    document.addPage(A4)->addObject(new Attributed(log));
-    document.addPage(A4)->addObject(new Attributed(log));
+    document.addPage(a4)->addObject(new Attributed(log));
+    document.addPage(a4)->addObject(new Attributed(log));
     document.enterAlternateMode();
     QCOMPARE(document.alternateMode(), 1);
     QCOMPARE(log, (QStringList{QStringLiteral("2804 in 0"), QStringLiteral("2804 in 0")}));
@@ -379,7 +379,7 @@ void TestFrameworkPages::aModeIsEnteredOnce()
 {
     Document document;
     QStringList log;
-    document.addPage(A4)->addObject(new Attributed(log));
+    document.addPage(a4)->addObject(new Attributed(log));
     document.leaveAlternateMode();
     QCOMPARE(log, QStringList());
     document.enterAlternateMode();
@@ -390,7 +390,7 @@ void TestFrameworkPages::aModeIsEnteredOnce()
 void TestFrameworkPages::aChangeOfTheModeEndsTheSelection()
 {
     Document document;
-    CBaseObject *object = fillOne(*document.addPage(A4));
+    CBaseObject *object = fillOne(*document.addPage(a4));
     object->setSelected(true);
     QVERIFY(object->isSelected());
     document.enterAlternateMode();
@@ -403,7 +403,7 @@ void TestFrameworkPages::aChangeOfTheModeEndsTheSelection()
 void TestFrameworkPages::listenersMayReleaseObjectsWhenTheModeChanges()
 {
     Document document;
-    Page *page = document.addPage(A4);
+    Page *page = document.addPage(a4);
     QStringList log;
     for (int i = 0; i < 3; ++i)
         page->addObject(new Attributed(log));
@@ -424,7 +424,7 @@ void TestFrameworkPages::removingAPageReleasesItsObjects()
 {
     Document document;
     Document other;
-    Page *page = document.addPage(A4);
+    Page *page = document.addPage(a4);
     const QPointer<CBaseObject> object(fillOne(*page));
     other.removePage(page);
     document.removePage(nullptr);
@@ -439,7 +439,7 @@ void TestFrameworkPages::removingAPageReleasesItsObjects()
 void TestFrameworkPages::aPageDeletedByOthersLeavesItsDocument()
 {
     Document document;
-    Page *page = document.addPage(A4);
+    Page *page = document.addPage(a4);
     delete page;
     QVERIFY(document.pages().isEmpty());
 }
@@ -461,7 +461,7 @@ void TestFrameworkPages::aDyingDocumentDropsCommandsThenReleasesObjects()
     QPointer<CBaseObject> object;
     {
         Document document;
-        object = fillOne(*document.addPage(A4));
+        object = fillOne(*document.addPage(a4));
         CUndoRedo::GetInstance()->push(new Witness(object, saw));
     }
     QVERIFY(saw);

@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr int Side = 60;
+constexpr int side = 60;
 
 class DragSource : public QWidget
 {
@@ -47,7 +47,7 @@ int main(int argc, char **argv)
         return 2;
     DragSource source(arguments.at(1));
     source.setWindowTitle(QStringLiteral("Drag source"));
-    source.setGeometry(arguments.at(2).toInt(), arguments.at(3).toInt(), Side, Side);
+    source.setGeometry(arguments.at(2).toInt(), arguments.at(3).toInt(), side, side);
     source.show();
     return QApplication::exec();
 }

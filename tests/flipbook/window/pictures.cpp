@@ -133,7 +133,7 @@ void Photographer::importing()
         Progress progress(*window.statusBar());
         QElapsedTimer time;
         time.start();
-        while (time.elapsed() < 2 * Progress::ShowAfterMs) {
+        while (time.elapsed() < qint64(2) * Progress::ShowAfterMs) {
             progress.step(QStringLiteral("Reading walk.gif, 340 of 1,200 frames"), 340, 1200);
             QTest::qSleep(10);
         }

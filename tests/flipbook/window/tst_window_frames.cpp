@@ -11,6 +11,16 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 
+namespace
+{
+
+const QColor red = Qt::red;
+const QColor green = Qt::green;
+const QColor blue = Qt::blue;
+const QColor white = Qt::white;
+
+} // namespace
+
 /// The strip of frames. The selected film has the frames film_1 to film_4: red, green, blue, white.
 class TestWindowFrames : public QObject
 {
@@ -52,7 +62,6 @@ private:
     void dropRows(qint64 process, const QVector<int> &rows, int before,
                   Qt::KeyboardModifiers modifiers);
 
-    const QColor red = Qt::red, green = Qt::green, blue = Qt::blue, white = Qt::white;
     std::unique_ptr<WindowFixture> m_fixture;
 };
 
@@ -298,7 +307,7 @@ void TestWindowFrames::theHistoryCountsPicturesThatObjectsShareOnce()
 {
     const HistoryBudget &budget = *m_fixture->window().findChild<HistoryBudget *>();
     const int frames = AnimatedObject(*m_fixture->session().film()).frameCount();
-    constexpr qint64 picture = 40 * 30 * 4;
+    constexpr qint64 picture = qint64(40) * 30 * 4;
     m_fixture->trigger("reverse-frames");
     QCOMPARE(budget.keptBytes(), 0);
     m_fixture->window().frames().strip().selectRows({0});
@@ -314,7 +323,7 @@ void TestWindowFrames::theHistoryCountsPicturesThatObjectsShareOnce()
 
 void TestWindowFrames::aHistoryThatNeedsTooMuchMemoryIsCleared()
 {
-    m_fixture->window().findChild<HistoryBudget *>()->setBytes(40 * 30 * 4);
+    m_fixture->window().findChild<HistoryBudget *>()->setBytes(qint64(40) * 30 * 4);
     m_fixture->trigger("reverse-frames");
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Reverse Frames")}));
     m_fixture->page().selectObjects(m_fixture->page().objects());
