@@ -91,17 +91,24 @@ QString needed(const QCommandLineParser &line, const QString &option)
     return value;
 }
 
-int count(const QCommandLineParser &line, const QString &option, int most, int fallback)
+int wholeNumber(const QCommandLineParser &line, const QString &option, int least, int most,
+                int fallback)
 {
     const QString value = optional(line, option);
     if (value.isEmpty())
         return fallback;
     bool isNumber = false;
-    const int count = value.toInt(&isNumber);
-    if (!isNumber || count < 1 || count > most)
-        throw UsageError{QStringLiteral("%1 takes a whole number from 1 to %2, not '%3'")
-                             .arg(dashed(option), QString::number(most), value)};
-    return count;
+    const int number = value.toInt(&isNumber);
+    if (!isNumber || number < least || number > most)
+        throw UsageError{
+            QStringLiteral("%1 takes a whole number from %2 to %3, not '%4'")
+                .arg(dashed(option), QString::number(least), QString::number(most), value)};
+    return number;
+}
+
+int count(const QCommandLineParser &line, const QString &option, int most, int fallback)
+{
+    return wholeNumber(line, option, 1, most, fallback);
 }
 
 double amount(const QCommandLineParser &line, const QString &option, double most, double fallback)

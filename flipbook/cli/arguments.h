@@ -31,7 +31,12 @@ QString optional(const QCommandLineParser &line, const QString &option);
 /// The value of an option that must be given.
 QString needed(const QCommandLineParser &line, const QString &option);
 
-/// The whole number that an option gives, from 1 to @p most; @p fallback when it is not given.
+/// The whole number that an option gives, from @p least to @p most; @p fallback when it is not
+/// given.
+int wholeNumber(const QCommandLineParser &line, const QString &option, int least, int most,
+                int fallback);
+
+/// The same, from 1.
 int count(const QCommandLineParser &line, const QString &option, int most, int fallback);
 
 /// The number that an option gives, more than 0 and no more than @p most; @p fallback when it is

@@ -34,8 +34,7 @@ QSize pair(const QCommandLineParser &line, const QString &option)
 /// Pixels from 0 on.
 int distance(const QCommandLineParser &line, const QString &option)
 {
-    const QString value = Arguments::optional(line, option);
-    return value == QLatin1String("0") ? 0 : Arguments::count(line, option, MostPixels, 0);
+    return Arguments::wholeNumber(line, option, 0, MostPixels, 0);
 }
 
 } // namespace

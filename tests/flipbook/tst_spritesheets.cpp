@@ -208,7 +208,7 @@ void TestSpriteSheets::wrongOptionsAreTold_data()
                               << QStringLiteral("--cell takes two whole numbers such as 4x3, not "
                                                 "'9999999x3'");
     QTest::newRow("a word") << QStringLiteral("--grid 2x1 --spacing x")
-                            << QStringLiteral("--spacing takes a whole number from 1 to 1048576, "
+                            << QStringLiteral("--spacing takes a whole number from 0 to 1048576, "
                                               "not 'x'");
 }
 
