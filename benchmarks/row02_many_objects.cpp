@@ -30,7 +30,8 @@ QString film()
 
 QPointF placeOf(int i)
 {
-    return {double(i % columns * spacing), double(i / columns * spacing)};
+    const int row = i / columns;
+    return {double(i % columns * spacing), double(row * spacing)};
 }
 
 std::shared_ptr<QGraphicsView> shownView(QGraphicsScene *scene)

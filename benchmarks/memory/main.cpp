@@ -11,13 +11,12 @@
 #include <cstring>
 #include <malloc.h>
 
-extern "C" {
-void *__libc_malloc(size_t size);
-void *__libc_calloc(size_t count, size_t size);
-void *__libc_realloc(void *memory, size_t size);
-void *__libc_memalign(size_t alignment, size_t size);
-void __libc_free(void *memory);
-}
+// The allocator of the C library, under names that are not reserved.
+void *libraryMalloc(size_t size) __asm__("__libc_malloc");
+void *libraryCalloc(size_t count, size_t size) __asm__("__libc_calloc");
+void *libraryRealloc(void *memory, size_t size) __asm__("__libc_realloc");
+void *libraryMemalign(size_t alignment, size_t size) __asm__("__libc_memalign");
+void libraryFree(void *memory) __asm__("__libc_free");
 
 namespace
 {
@@ -40,40 +39,40 @@ extern "C" {
 
 void *malloc(size_t size)
 {
-    return counted(__libc_malloc(size));
+    return counted(libraryMalloc(size));
 }
 
 void *calloc(size_t count, size_t size)
 {
-    return counted(__libc_calloc(count, size));
+    return counted(libraryCalloc(count, size));
 }
 
 void *realloc(void *memory, size_t size)
 {
     taken -= qint64(malloc_usable_size(memory));
-    return counted(__libc_realloc(memory, size));
+    return counted(libraryRealloc(memory, size));
 }
 
 void *memalign(size_t alignment, size_t size)
 {
-    return counted(__libc_memalign(alignment, size));
+    return counted(libraryMemalign(alignment, size));
 }
 
 void *aligned_alloc(size_t alignment, size_t size)
 {
-    return counted(__libc_memalign(alignment, size));
+    return counted(libraryMemalign(alignment, size));
 }
 
 int posix_memalign(void **memory, size_t alignment, size_t size)
 {
-    *memory = counted(__libc_memalign(alignment, size));
+    *memory = counted(libraryMemalign(alignment, size));
     return *memory ? 0 : ENOMEM;
 }
 
 void free(void *memory)
 {
     taken -= qint64(malloc_usable_size(memory));
-    __libc_free(memory);
+    libraryFree(memory);
 }
 }
 

@@ -58,7 +58,7 @@ QByteArray compressed(const QByteArray &pixels)
             code = pixel;
             continue;
         }
-        quint16 &longer = next[size_t(code * 256 + pixel)];
+        quint16 &longer = next[size_t(code) * 256 + size_t(pixel)];
         if (longer != 0) {
             code = longer;
             continue;

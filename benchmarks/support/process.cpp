@@ -20,7 +20,9 @@ double seconds(const timeval &time)
 [[noreturn]] void run(const QStringList &command)
 {
     std::vector<QByteArray> texts;
+    texts.reserve(size_t(command.size()));
     std::vector<char *> arguments;
+    arguments.reserve(size_t(command.size()) + 1);
     for (const QString &part : command)
         texts.push_back(part.toLocal8Bit());
     for (QByteArray &text : texts)

@@ -254,21 +254,37 @@ class Equivalents(unittest.TestCase):
         self.assertEqual(len(self.ran), 9)
 
 
+class Programs:
+    """Three test programs, of which two include the header, in a tree with these sources."""
+
+    tests = [{"name": name, "program": name} for name in ("includes", "does not", "other")]
+
+    def __init__(self, tree, *sources):
+        self.tree = Path(tree)
+        for source in sources:
+            (self.tree / source).touch()
+
+    def users_of(self, file, program):
+        return [] if program == "does not" else ["test.o"]
+
+
 class Reached(unittest.TestCase):
+    def judges(self, lines, *sources):
+        with tempfile.TemporaryDirectory() as tree:
+            known = reach.Reach(Programs(tree, *sources), tree)
+            known.data = {"counted": {"a.h": [3, 9]}, "tests": {
+                name: {"lines": reached, "seconds": 0.1} for name, reached in lines.items()}}
+            mutant = rules.mutants("a.h", "\n\nconstexpr int A = 1;\n")[0]
+            return sorted(test["name"] for test in known.tests_for(mutant))
+
     def test_a_program_that_compiles_a_header_itself_may_notice_its_mutants(self):
-        class Programs:
-            tests = [{"name": name, "program": name} for name in ("includes", "does not", "other")]
+        lines = {"includes": {"a.cpp": [7]}, "does not": {"a.cpp": [7]},
+                 "other": {"b.cpp": [1], "a.h": [9]}}
+        self.assertEqual(self.judges(lines, "a.cpp"), ["includes"])
 
-            def users_of(self, file, program):
-                return [] if program == "does not" else ["test.o"]
-
-        known = reach.Reach(Programs(), ".")
-        lines = {"includes": {"framework/a.cpp": [7]}, "does not": {"framework/a.cpp": [7]},
-                 "other": {"framework/b.cpp": [1], "framework/a.h": [9]}}
-        known.data = {"counted": {"framework/a.h": [3, 9]}, "tests": {
-            name: {"lines": reached, "seconds": 0.1} for name, reached in lines.items()}}
-        mutant = rules.mutants("framework/a.h", "\n\nconstexpr int A = 1;\n")[0]
-        self.assertEqual([test["name"] for test in known.tests_for(mutant)], ["includes"])
+    def test_so_may_all_that_include_a_header_without_a_source(self):
+        lines = {"includes": {"b.cpp": [7]}, "does not": {"b.cpp": [7]}, "other": {"a.h": [9]}}
+        self.assertEqual(self.judges(lines), ["includes", "other"])
 
 
 class Accepted(unittest.TestCase):

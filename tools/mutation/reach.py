@@ -144,17 +144,20 @@ class Reach:
         known = {test["name"]: self._known(test) for test in self.shop.tests}
         usable = [test for test in self.shop.tests if known[test["name"]].get("seconds") is not None]
         is_reached = any(mutant.file in known[test["name"]]["lines"] for test in usable)
+        has_partner = (self.shop.tree / partner_of(mutant.file)).exists()
         found = []
         for test in usable:
             lines, seconds = known[test["name"]]["lines"], known[test["name"]]["seconds"]
             reached = set(lines.get(mutant.file, []))
-            # What a program itself compiles of a header is not counted: the source tells.
+            # What a program itself compiles of a header is not counted: the source tells, if there
+            # is one.
             includes = bool(self.shop.users_of(mutant.file, test["program"]))
             partner = set(lines.get(partner_of(mutant.file), [])) if includes else set()
             # A line without code of its own, such as that of a constant, is judged by its file, and
             # a file without code by nothing; nor is a program without counts.
             may_reach = not is_counted and (reached or not is_reached)
-            if wanted & reached or partner or may_reach or not lines:
+            is_all_there_is = includes and not has_partner
+            if wanted & reached or partner or is_all_there_is or may_reach or not lines:
                 total = sum(len(numbers) for numbers in lines.values()) or 1
                 found.append((len(reached | partner) / total / (seconds + 0.1), test))
         return [test for _, test in sorted(found, key=lambda pair: -pair[0])]

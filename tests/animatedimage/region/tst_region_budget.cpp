@@ -12,6 +12,8 @@ private Q_SLOTS:
     void whatIsKeptIsCounted();
     void whatDoesNotFitIsComputedEachTime();
     void handlesAreKeptWithThePath();
+    void framesThatAreAddedLaterAreUpdated();
+    void allObjectsShare64MiB();
 };
 
 namespace
@@ -80,6 +82,28 @@ void TestRegionBudget::handlesAreKeptWithThePath()
     // Those at the corners reach 7 beyond them, that for rotation 17 above the top.
     QCOMPARE(regions.pathOf(frames.at(0), larger).boundingRect(), QRectF(-7, -17, 22, 28));
     QCOMPARE(regions.pathOf(frames.at(0), handles).boundingRect(), QRectF(-3, -5, 14, 12));
+}
+
+void TestRegionBudget::framesThatAreAddedLaterAreUpdated()
+{
+    auto frames = filmOf({corners});
+    CacheBudget budget(100000);
+    FrameRegions regions(budget);
+    regions.updateAll(frames, view, true);
+    frames += filmOf({corners});
+    QVERIFY(!FrameRegions::isUpdated(frames.at(1)));
+    regions.noteNewFrames();
+    regions.updateAll(frames, view, false);
+    QVERIFY(FrameRegions::isUpdated(frames.at(1)));
+    QCOMPARE(regions.pathOf(frames.at(1)).boundingRect(), QRectF(0, 0, 6, 4));
+}
+
+void TestRegionBudget::allObjectsShare64MiB()
+{
+    QVERIFY(!CacheBudget::shared().take(67108865));
+    QVERIFY(CacheBudget::shared().take(67108864));
+    CacheBudget::shared().giveBack(67108864);
+    QCOMPARE(CacheBudget::shared().heldBytes(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestRegionBudget)
