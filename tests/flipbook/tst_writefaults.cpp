@@ -124,7 +124,8 @@ void TestWriteFaults::outputsAreOldOrNew_data()
           "sheet film.gif -o sheet.png", "frames film.gif -o frames", "frames film.gif -o empty",
           "record doc.flipbook -o film --seconds 0.1", "sprite doc.flipbook -o one.sprite3",
           "project doc.flipbook -o all.sb3", "gif film.gif -o out.gif", "webp film.gif -o out.webp",
-          "apng film.gif -o out.png", "atlas film.gif -o sheet.png --json sheet.json"})
+          "apng film.gif -o out.png", "atlas film.gif -o sheet.png --json sheet.json",
+          "web doc.flipbook -o page.html"})
         QTest::newRow(arguments) << QString::fromLatin1(arguments);
 }
 
