@@ -122,8 +122,9 @@ bool OutputFolder::moveFiles() const
                      QFile::encodeName(to.filePath(name)).constData()) == 0)
             continue;
         const int reason = errno;
-        for (const QString &moved : m_names.mid(0, i))
-            QFile::remove(to.filePath(moved));
+        const QStringList moved = m_names.mid(0, i);
+        for (const QString &file : moved)
+            QFile::remove(to.filePath(file));
         errno = reason;
         return false;
     }
