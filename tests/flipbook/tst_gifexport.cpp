@@ -188,7 +188,7 @@ void TestGifExport::framesWithoutAnyColourAreWritten()
     QCOMPARE(framesOf(gif({blank})), QList<QImage>{blank});
     QCOMPARE(framesOf(gif({blank, blank})), QList<QImage>({blank, blank}));
     // The only colours are too many for a palette of all frames.
-    QCOMPARE(framesOf(gif({gradient(), Pictures::transparent(256, 64)})).last(),
+    QCOMPARE(framesOf(gif({gradient(), Pictures::transparent(256, 64)})).constLast(),
              Pictures::transparent(256, 64));
 }
 
@@ -196,7 +196,7 @@ void TestGifExport::onlyWhatChangesIsWritten()
 {
     // Noise on which one dot changes: the second frame adds no more than its blocks.
     QList<QImage> pictures = {
-        FilmFixture::randomPictures({3, 1, QSize(64, 64), 200, false, false}).first()};
+        FilmFixture::randomPictures({3, 1, QSize(64, 64), 200, false, false}).constFirst()};
     pictures << pictures.first();
     pictures.last().setPixel(40, 20, 0xff123456);
     const int one = gif({pictures.first()}).size();
@@ -209,7 +209,7 @@ void TestGifExport::onlyWhatChangesIsWritten()
 void TestGifExport::manyColoursComeClose()
 {
     const QImage picture = gradient();
-    const QImage shown = framesOf(gif({picture})).first();
+    const QImage shown = framesOf(gif({picture})).constFirst();
     double error = 0.0;
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
@@ -246,8 +246,8 @@ void TestGifExport::whatIsNotKeptIsTold()
 void TestGifExport::ditheringKeepsTheMeanColour()
 {
     const QImage picture = gradient();
-    const QImage dithered = framesOf(gif({picture}, Dithering::Diffused)).first();
-    QVERIFY(dithered != framesOf(gif({picture})).first());
+    const QImage dithered = framesOf(gif({picture}, Dithering::Diffused)).constFirst();
+    QVERIFY(dithered != framesOf(gif({picture})).constFirst());
     for (int x = 16; x + 32 < picture.width(); x += 16) {
         int wanted = 0;
         int mean = 0;

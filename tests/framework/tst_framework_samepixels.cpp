@@ -69,7 +69,7 @@ void TestSamePixels::ofPicturesThatLookAlikeEightAreCompared()
 void TestSamePixels::anotherFormatIsAnotherPicture()
 {
     const SamePixels same(pictures(1));
-    QVERIFY(!same.find(pictures(1, QImage::Format_RGB32).first()));
+    QVERIFY(!same.find(pictures(1, QImage::Format_RGB32).constFirst()));
 }
 
 void TestSamePixels::onlyPicturesOf32BitsAreLookedAt()

@@ -159,7 +159,7 @@ void TestAllocationFailure::nothingIsThrown_data()
         QTest::newRow(name) << operation;
     };
     const QString name = QStringLiteral("object_name");
-    const QImage image = frames().first();
+    const QImage image = frames().constFirst();
 
     row("createObject", plain([](Stage &) {
             if (CBaseObject *object = createObject_animatedImage(0, 1, true))

@@ -12,7 +12,7 @@ namespace
 struct Holder {
     ~Holder()
     {
-        for (CBaseObject *object : objects)
+        for (CBaseObject *object : qAsConst(objects))
             object->Release();
         std::puts("released");
     }

@@ -101,10 +101,10 @@ void TestWindowClipboard::picturesAreReadByTheirContent()
     m_fixture->trigger("paste");
     QTRY_COMPARE(objects().size() + m_fixture->messages().size(), 2);
     QCOMPARE(m_fixture->messages(), QStringList());
-    QCOMPARE(AnimatedObject(*objects().last()).frameCount(), frames);
-    QCOMPARE(objects().last()->getPos(), QPointF(450, 350));
-    QCOMPARE(objects().last()->getSize(), QSizeF(60, 20));
-    QCOMPARE(AnimatedObject(*objects().last()).name(), QStringLiteral("picture"));
+    QCOMPARE(AnimatedObject(*objects().constLast()).frameCount(), frames);
+    QCOMPARE(objects().constLast()->getPos(), QPointF(450, 350));
+    QCOMPARE(objects().constLast()->getSize(), QSizeF(60, 20));
+    QCOMPARE(AnimatedObject(*objects().constLast()).name(), QStringLiteral("picture"));
     QCOMPARE(m_fixture->history().size(), 1);
 
     m_fixture->trigger("undo");
@@ -194,7 +194,7 @@ void TestWindowClipboard::theFilmIsTakenWhereAPictureIsOfferedToo()
     QApplication::clipboard()->setMimeData(data);
     m_fixture->trigger("paste");
     QTRY_COMPARE(objects().size(), 2);
-    QCOMPARE(AnimatedObject(*objects().last()).frameCount(), 2);
+    QCOMPARE(AnimatedObject(*objects().constLast()).frameCount(), 2);
 }
 
 void TestWindowClipboard::droppedPicturesAreReadInTheSameWay()

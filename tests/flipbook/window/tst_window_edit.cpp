@@ -65,10 +65,10 @@ void TestWindowEdit::aCopiedObjectIsPastedBesideItself()
     m_fixture->trigger("copy");
     m_fixture->trigger("paste");
     QCOMPARE(objects().size(), 3);
-    QCOMPARE(objects().last()->getPos(), QPointF(116, 116));
-    QCOMPARE(m_fixture->session().film(), objects().last());
+    QCOMPARE(objects().constLast()->getPos(), QPointF(116, 116));
+    QCOMPARE(m_fixture->session().film(), objects().constLast());
     m_fixture->trigger("paste");
-    QCOMPARE(objects().last()->getPos(), QPointF(132, 132));
+    QCOMPARE(objects().constLast()->getPos(), QPointF(132, 132));
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Paste"), QStringLiteral("Paste")}));
 }
 
@@ -78,7 +78,7 @@ void TestWindowEdit::copiesAreWholeObjects()
     AnimatedObject(*m_one).setInterval(70);
     m_fixture->trigger("copy");
     m_fixture->trigger("paste");
-    CBaseObject &copy = *objects().last();
+    CBaseObject &copy = *objects().constLast();
     QCOMPARE(m_fixture->frameColours(copy), QList<QColor>({QColor(Qt::red), QColor(Qt::green)}));
     QCOMPARE(m_fixture->frameNames(copy), m_fixture->frameNames(*m_one));
     QCOMPARE(copy.getRotate(), 30.0);
@@ -98,8 +98,8 @@ void TestWindowEdit::aPictureOfAnotherProgramIsPasted()
     QApplication::clipboard()->setImage(Pictures::solid(60, 20, Qt::black));
     m_fixture->trigger("paste");
     QTRY_COMPARE(objects().size(), 3);
-    QCOMPARE(objects().last()->getPos(), QPointF(450, 350));
-    QCOMPARE(objects().last()->getSize(), QSizeF(60, 20));
+    QCOMPARE(objects().constLast()->getPos(), QPointF(450, 350));
+    QCOMPARE(objects().constLast()->getSize(), QSizeF(60, 20));
 }
 
 void TestWindowEdit::aDamagedPasteboardPastesNothing()
@@ -119,7 +119,7 @@ void TestWindowEdit::cutTakesTheObjectAway()
     m_fixture->trigger("cut");
     QCOMPARE(objects(), QList<CBaseObject *>({m_two}));
     m_fixture->trigger("paste");
-    QCOMPARE(objects().last()->getPos(), QPointF(100, 100));
+    QCOMPARE(objects().constLast()->getPos(), QPointF(100, 100));
     m_fixture->trigger("undo");
     m_fixture->trigger("undo");
     QCOMPARE(objects(), QList<CBaseObject *>({m_one, m_two}));
@@ -141,7 +141,7 @@ void TestWindowEdit::duplicateMakesACopyBesideTheOriginal()
 {
     m_fixture->trigger("duplicate");
     QCOMPARE(objects().size(), 3);
-    QCOMPARE(objects().last()->getPos(), QPointF(116, 116));
+    QCOMPARE(objects().constLast()->getPos(), QPointF(116, 116));
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Duplicate")}));
 }
 
@@ -285,9 +285,9 @@ void TestWindowEdit::aDuplicatedPageHoldsCopies()
 {
     m_fixture->trigger("duplicate-page");
     QCOMPARE(objects().size(), 2);
-    QVERIFY(objects().first() != m_one);
-    QCOMPARE(objects().first()->getPos(), QPointF(100, 100));
-    QCOMPARE(m_fixture->frameColours(*objects().last()),
+    QVERIFY(objects().constFirst() != m_one);
+    QCOMPARE(objects().constFirst()->getPos(), QPointF(100, 100));
+    QCOMPARE(m_fixture->frameColours(*objects().constLast()),
              QList<QColor>({QColor(Qt::blue), QColor(Qt::white)}));
 }
 

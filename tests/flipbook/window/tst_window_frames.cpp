@@ -166,7 +166,7 @@ void TestWindowFrames::framesAreReversed()
     AnimatedObject(film()).showFrame(1);
     m_fixture->trigger("reverse-frames");
     QCOMPARE(colours(), QList<QColor>({white, blue, green, red}));
-    QCOMPARE(names().first(), QStringLiteral("film_4"));
+    QCOMPARE(names().constFirst(), QStringLiteral("film_4"));
     QCOMPARE(AnimatedObject(film()).shownIndex(), 2);
 }
 
@@ -265,8 +265,8 @@ void TestWindowFrames::aReplacedFrameKeepsItsNameAndItsSizeOnThePage()
     Pictures::solid(80, 60, Qt::black).save(path);
     strip().selectRows({0});
     m_fixture->window().findChild<FrameController *>()->replaceSelected(path);
-    QCOMPARE(colours().first(), QColor(Qt::black));
-    QCOMPARE(names().first(), QStringLiteral("film_1"));
+    QCOMPARE(colours().constFirst(), QColor(Qt::black));
+    QCOMPARE(names().constFirst(), QStringLiteral("film_1"));
     QCOMPARE(film().getSize(), QSizeF(40, 30));
 }
 

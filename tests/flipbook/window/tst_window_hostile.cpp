@@ -141,7 +141,7 @@ void TestWindowHostile::dropAndExpectItsName(const QString &name)
         else
             m_fixture->dropOnPage({200, 150}, {m_fixture->path(name)});
         QTRY_COMPARE((m_fixture->messages() + m_questions).size(), 1);
-        const QString answer = (m_fixture->messages() + m_questions).first();
+        const QString answer = (m_fixture->messages() + m_questions).constFirst();
         QVERIFY2(answer.contains(name), qPrintable(answer));
         // The name is followed by a reason.
         QVERIFY2(answer.size() > answer.indexOf(name) + name.size() + 10, qPrintable(answer));

@@ -72,7 +72,7 @@ void TestWindowImport::aDroppedGifBecomesAnObjectWhereItWasDropped()
 {
     m_fixture->dropOnPage({200, 150}, {gif(QStringLiteral("a.gif"), {10, 10, 10})});
     QCOMPARE(objects().size(), 1);
-    CBaseObject &object = *objects().first();
+    CBaseObject &object = *objects().constFirst();
     QCOMPARE(object.getPos(), QPointF(190, 145));
     QCOMPARE(object.getSize(), QSizeF(20, 10));
     QCOMPARE(AnimatedObject(object).frameCount(), 3);
@@ -98,7 +98,7 @@ void TestWindowImport::readingInPiecesGivesTheFilmThatTheObjectItselfImports()
     QCOMPARE(pieces.frames, plugin.frames(*media.object));
 
     m_fixture->dropOnPage({200, 150}, {path});
-    const AnimatedObject dropped(*objects().first());
+    const AnimatedObject dropped(*objects().constFirst());
     QCOMPARE(dropped.intervalMs(), 70);
     QCOMPARE(dropped.loopCount(), -1);
     QCOMPARE(m_fixture->frameNames(dropped.base()),
@@ -110,21 +110,21 @@ void TestWindowImport::anUnevenGifKeepsItsRhythmAndOffersOneTime()
 {
     // 100, 300 and 200 ms: six frames of 100 ms. With the first time for all, 0.3 s.
     m_fixture->dropOnPage({200, 150}, {gif(QStringLiteral("u.gif"), {10, 30, 20})});
-    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 6);
-    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
-    QCOMPARE(m_fixture->frameColours(*objects().first()),
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 6);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).intervalMs(), 100);
+    QCOMPARE(m_fixture->frameColours(*objects().constFirst()),
              QList<QColor>({QColor(Qt::red), QColor(Qt::green), QColor(Qt::green),
                             QColor(Qt::green), QColor(Qt::blue), QColor(Qt::blue)}));
     QCOMPARE(m_fixture->messages(),
              QStringList({QStringLiteral("The frames of u.gif have different durations, 0.6 s in "
                                          "total. Its timing is preserved with 6 frames.")}));
     m_fixture->choose(QStringLiteral("Same duration for all: 0.3 s"));
-    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 3);
-    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
-    QCOMPARE(objects().first()->getPos(), QPointF(190, 145));
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 3);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).intervalMs(), 100);
+    QCOMPARE(objects().constFirst()->getPos(), QPointF(190, 145));
     QCOMPARE(m_fixture->messages(), QStringList());
     m_fixture->trigger("undo");
-    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 6);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 6);
 }
 
 void TestWindowImport::anUnevenWebpFilmKeepsItsRhythm()
@@ -137,7 +137,7 @@ void TestWindowImport::anUnevenWebpFilmKeepsItsRhythm()
                                {pixelRow({0xff0000ff}), {0, 0}, 200}}));
     m_fixture->dropOnPage({200, 150}, {path});
     QCOMPARE(objects().size(), 1);
-    const AnimatedObject film(*objects().first());
+    const AnimatedObject film(*objects().constFirst());
     QCOMPARE(film.frameCount(), 6);
     QCOMPARE(film.intervalMs(), 100);
     QCOMPARE(film.loopCount(), 2);
@@ -167,8 +167,8 @@ void TestWindowImport::aSheetWithItsDescriptionBecomesAFilm()
                          "meta": {"image": "sheet.png"}})");
     m_fixture->dropOnPage({200, 150}, {path});
     QCOMPARE(objects().size(), 1);
-    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 2);
-    QCOMPARE(objects().first()->getSize(), QSizeF(20, 30));
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 2);
+    QCOMPARE(objects().constFirst()->getSize(), QSizeF(20, 30));
 }
 
 void TestWindowImport::framesThatTakeLongToReadAreNotTakenForUnevenOnes()
@@ -178,8 +178,8 @@ void TestWindowImport::framesThatTakeLongToReadAreNotTakenForUnevenOnes()
         builder.add(i, 10);
     builder.write(m_fixture->path(QStringLiteral("large.gif")));
     m_fixture->dropOnPage({200, 150}, {m_fixture->path(QStringLiteral("large.gif"))});
-    QCOMPARE(AnimatedObject(*objects().first()).frameCount(), 3);
-    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 100);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 3);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).intervalMs(), 100);
     QCOMPARE(m_fixture->messages(), QStringList());
 }
 
@@ -190,9 +190,9 @@ void TestWindowImport::picturesOfOneSizeBecomeOneFilmInNaturalOrder()
                                picture(QStringLiteral("p1.png"), Qt::red)};
     m_fixture->dropOnPage({200, 150}, files);
     QCOMPARE(objects().size(), 1);
-    QCOMPARE(m_fixture->frameNames(*objects().first()),
+    QCOMPARE(m_fixture->frameNames(*objects().constFirst()),
              QStringList({QStringLiteral("p1"), QStringLiteral("p2"), QStringLiteral("p10")}));
-    QCOMPARE(AnimatedObject(*objects().first()).name(), QStringLiteral("p"));
+    QCOMPARE(AnimatedObject(*objects().constFirst()).name(), QStringLiteral("p"));
 }
 
 void TestWindowImport::theyCanBecomeSingleObjectsInstead()
@@ -203,8 +203,8 @@ void TestWindowImport::theyCanBecomeSingleObjectsInstead()
     m_fixture->choose(QStringLiteral("One object for each picture"));
     QCOMPARE(objects().size(), 2);
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Add 2 Objects")}));
-    QCOMPARE(objects().first()->getPos(), QPointF(180, 135));
-    QCOMPARE(objects().last()->getPos(), QPointF(204, 159));
+    QCOMPARE(objects().constFirst()->getPos(), QPointF(180, 135));
+    QCOMPARE(objects().constLast()->getPos(), QPointF(204, 159));
 }
 
 void TestWindowImport::aFolderOfPicturesBecomesAFilm()
@@ -214,10 +214,10 @@ void TestWindowImport::aFolderOfPicturesBecomesAFilm()
     picture(QStringLiteral("walk/a.png"), Qt::red);
     m_fixture->dropOnPage({200, 150}, {m_fixture->path(QStringLiteral("walk"))});
     QCOMPARE(objects().size(), 1);
-    QCOMPARE(AnimatedObject(*objects().first()).name(), QStringLiteral("walk"));
-    QCOMPARE(m_fixture->frameNames(*objects().first()),
+    QCOMPARE(AnimatedObject(*objects().constFirst()).name(), QStringLiteral("walk"));
+    QCOMPARE(m_fixture->frameNames(*objects().constFirst()),
              QStringList({QStringLiteral("a"), QStringLiteral("b")}));
-    QCOMPARE(objects().first()->getSize(), QSizeF(40, 30));
+    QCOMPARE(objects().constFirst()->getSize(), QSizeF(40, 30));
 }
 
 void TestWindowImport::aFrameFolderIsReadAsItsFileSays()
@@ -228,8 +228,9 @@ void TestWindowImport::aFrameFolderIsReadAsItsFileSays()
     writeBytes(m_fixture->path(QStringLiteral("walk/config.json")),
                "{\"ImageList\":[{\"filename\":\"b.png\"}],\"ShiftInterval\":40}");
     m_fixture->dropOnPage({200, 150}, {m_fixture->path(QStringLiteral("walk"))});
-    QCOMPARE(m_fixture->frameNames(*objects().first()), QStringList({QStringLiteral("walk_1")}));
-    QCOMPARE(AnimatedObject(*objects().first()).intervalMs(), 40);
+    QCOMPARE(m_fixture->frameNames(*objects().constFirst()),
+             QStringList({QStringLiteral("walk_1")}));
+    QCOMPARE(AnimatedObject(*objects().constFirst()).intervalMs(), 40);
 }
 
 void TestWindowImport::filesDroppedOnTheStripBecomeFramesAtThatPlace()
