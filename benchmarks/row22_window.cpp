@@ -38,7 +38,7 @@ bool addDrag(const char *name, QPointF (WindowScene::*from)() const)
         const auto scene = std::make_shared<WindowScene>();
         QPointF place = (scene.get()->*from)();
         scene->mouse(QEvent::MouseButtonPress, place);
-        // Far enough that it is no click.
+        // Far enough not to count as a click.
         place += QPointF(30, 30);
         scene->mouse(QEvent::MouseMove, place);
         if (!scene->isDragging())

@@ -52,9 +52,10 @@ bool hasDisplay()
 {
     const Display::State state = Display::state();
     if (state == Display::State::Unreachable)
-        Console::warn(QString(),
-                      QStringLiteral("the display \"%1\" cannot be reached, so there is no window")
-                          .arg(Display::name()));
+        Console::warn(
+            QString(),
+            QStringLiteral("cannot connect to the display \"%1\"; continuing without a window")
+                .arg(Display::name()));
     return state == Display::State::Reachable;
 }
 

@@ -14,7 +14,7 @@ class Colors
 public:
     Colors() { m_slots.fill(Free); }
 
-    /// The number of @p color, which is added if it is new; -1 when there is no room for it.
+    /// Returns the number of @p color, and adds the color if it is new; -1 if the table is full.
     int numberOf(QRgb color);
 
     int count() const { return m_count; }

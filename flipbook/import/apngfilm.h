@@ -5,9 +5,9 @@
 
 class MemoryAccount;
 
-/// Decodes the animated PNG file in @p file, which the user named as @p path: what its frames need
-/// is computed before, and what is kept of it is counted in @p memory. @p steps hears of each
-/// frame. A picture that is for other programs alone is no frame. Ends at the first frame that is
-/// damaged, with a warning. @throw Failure when there is no whole frame, or too little memory.
+/// Decodes the animated PNG file in @p file, which the user named as @p path. Checks first that
+/// its frames fit into @p memory, and counts there what is kept. Calls @p steps after each frame.
+/// Skips the default picture if it is not a part of the animation. Stops at the first damaged
+/// frame, with a warning. @throw Failure if no frame is complete, or memory does not suffice.
 DecodedFilm readApng(const QByteArray &file, const QString &path, MemoryAccount &memory,
                      const Steps &steps = {});

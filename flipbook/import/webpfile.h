@@ -26,10 +26,10 @@ std::optional<QSize> sizeOf(const QByteArray &start);
 /// Format_ARGB32. Needs three times the memory of the picture.
 QImage readStill(const QByteArray &file);
 
-/// Decodes the film in @p file, which the user named as @p path: what its frames need is computed
-/// before, and what is kept of it is counted in @p memory. @p steps hears of each frame. Ends at
-/// the first frame that is damaged or cut, with a warning.
-/// @throw Failure when there is no whole frame, or too little memory.
+/// Decodes the film in @p file, which the user named as @p path. Checks first that its frames fit
+/// into @p memory, and counts there what is kept. Calls @p steps after each frame. Stops at the
+/// first damaged or incomplete frame, with a warning.
+/// @throw Failure if no frame is complete, or memory does not suffice.
 DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount &memory,
                      const Steps &steps = {});
 

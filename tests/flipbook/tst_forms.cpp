@@ -31,7 +31,7 @@ enum class Reader { Flipbook, Scratch, Browser };
 /// write is put together here, from a folder of pictures, in place of a command.
 struct Form {
     const char *name;
-    const char *command; ///< as the table has it
+    const char *command; ///< as written in the table
     const char *arguments;
     const char *output;
     Reader reader = Reader::Flipbook;
