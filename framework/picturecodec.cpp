@@ -55,7 +55,7 @@ bool hasPlausibleChunks(const QByteArray &png)
 namespace PictureCodec
 {
 
-QByteArray encode(const QImage &image)
+QImage carrier(const QImage &image)
 {
     if (image.isNull())
         return {};
@@ -64,10 +64,17 @@ QByteArray encode(const QImage &image)
     carrier.setDotsPerMeterX(DotsPerMeter);
     carrier.setDotsPerMeterY(DotsPerMeter);
     carrier.setText(FormatKey, format);
+    return carrier;
+}
+
+QByteArray encode(const QImage &image)
+{
+    if (image.isNull())
+        return {};
     QByteArray png;
     QBuffer buffer(&png);
     QImageWriter writer(&buffer, PngFormat);
-    return writer.write(carrier) ? png : QByteArray();
+    return writer.write(carrier(image)) ? png : QByteArray();
 }
 
 Decoded decode(const QByteArray &png)

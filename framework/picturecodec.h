@@ -1,5 +1,7 @@
 #pragma once
 
+#include "framework/frameworkglobal.h"
+
 #include <QtCore/QByteArray>
 #include <QtGui/QImage>
 
@@ -9,6 +11,10 @@
 /// picture gives the same bytes.
 namespace PictureCodec
 {
+
+/// What encode() writes of @p image: its pixels in a format that PNG files have, with the name of
+/// its own. Null for a null image.
+FRAMEWORK_API QImage carrier(const QImage &image);
 
 /// Empty for a null image.
 QByteArray encode(const QImage &image);

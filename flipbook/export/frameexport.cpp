@@ -7,11 +7,11 @@
 #include "flipbook/object/plugin.h"
 #include "framework/document.h"
 #include "framework/encodeahead.h"
+#include "framework/picturecodec.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtGui/QColorSpace>
 
 #include <algorithm>
 #include <new>
@@ -76,48 +76,21 @@ void requireMemory(const QList<QImage> &images, const MemoryAccount &memory, con
         all += image.sizeInBytes();
         largest = std::max(largest, qint64(image.sizeInBytes()));
     }
-    // A copy that bears the name of its format, and a file of it.
+    // A copy in a format of PNG files, and what it is converted from or, after that, its file.
     memory.require(2 * std::min(all, std::max(largest, MostBytesAtWork)), path,
                    QStringLiteral("its pictures as PNG files"));
 }
 
-/// The names under which documents store the usual pixel formats; null for another one.
-const char *nameOf(QImage::Format format)
-{
-    switch (format) {
-    case QImage::Format_RGB32:
-        return "RGB32";
-    case QImage::Format_ARGB32:
-        return "ARGB32";
-    case QImage::Format_ARGB32_Premultiplied:
-        return "ARGB32_Premultiplied";
-    default:
-        return nullptr;
-    }
-}
-
-/// Whether @p image has more than its pixels.
-bool isNoted(const QImage &image)
-{
-    return !image.textKeys().isEmpty() || !image.offset().isNull() || image.colorSpace().isValid();
-}
-
-/// @p image as documents store it: with the name of its pixel format, and not with the resolution
-/// of this machine's screen. Empty when it cannot be written.
+/// @p image as documents store it. Empty when it cannot be written.
 QByteArray pngOfFrame(const QImage &image)
 {
-    const char *name = nameOf(image.format());
-    if (!name || isNoted(image)) {
-        ImageStore store;
-        return store.png(store.add(image));
-    }
-    constexpr int dotsPerMeter = 3780;
-    const bool isOpaque = image.format() == QImage::Format_RGB32;
-    QImage carrier = isOpaque ? image : image.convertToFormat(QImage::Format_ARGB32);
-    carrier.setText(QStringLiteral("PixelFormat"), QLatin1String(name));
-    carrier.setDotsPerMeterX(dotsPerMeter);
-    carrier.setDotsPerMeterY(dotsPerMeter);
-    return encodedPng(carrier);
+    constexpr int trueColorDepth = 32;
+    const QImage carrier = PictureCodec::carrier(image);
+    if (carrier.depth() == trueColorDepth)
+        return encodedPng(carrier);
+    // Written with fewer bits, the others would come back in another pixel format.
+    ImageStore store;
+    return store.png(store.add(image));
 }
 
 } // namespace
