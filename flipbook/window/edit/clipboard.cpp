@@ -1,9 +1,9 @@
 #include "flipbook/window/edit/clipboard.h"
 
+#include "flipbook/base/pngencoder.h"
 #include "framework/document.h"
 #include "host/baseobject.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 #include <QtCore/QMimeData>
 #include <QtGui/QClipboard>
@@ -28,16 +28,6 @@ void prepare(QDataStream &stream)
 const QMimeData *content()
 {
     return QGuiApplication::clipboard()->mimeData();
-}
-
-/// As a PNG file; empty for no picture.
-QByteArray encoded(const QImage &picture)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return bytes;
 }
 
 /// The objects as they are seen, on nothing.
@@ -117,7 +107,7 @@ void Clipboard::copyFrames(const Plugin::Frames &frames)
     prepare(stream);
     stream << quint32(frames.size());
     for (const auto &frame : frames)
-        stream << frame.first << encoded(frame.second);
+        stream << frame.first << encodedPng(frame.second);
     auto *data = new QMimeData;
     data->setData(FramesFormat, bytes);
     if (!frames.isEmpty())
