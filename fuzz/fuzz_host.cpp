@@ -14,7 +14,6 @@
 #include <QtGui/QPainter>
 
 #include <array>
-#include <unistd.h>
 
 namespace
 {
@@ -54,7 +53,7 @@ private:
 QString filesFolder()
 {
     static const QString folder = [] {
-        const QString path = QDir::temp().filePath(QStringLiteral("fuzz-host-%1").arg(getpid()));
+        const QString path = Fuzzing::folder().filePath(QStringLiteral("host"));
         QDir().mkpath(path);
         Fuzzing::require(solidFrames({{3, 2}}).constFirst().save(path + QStringLiteral("/1.png")),
                          "the picture could not be written");

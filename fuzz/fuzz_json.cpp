@@ -5,15 +5,13 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
-#include <unistd.h>
-
 namespace
 {
 
 /// A frame folder with @p data as its config.json; the pictures that it may name are not there.
 QString folder(const uint8_t *data, size_t size)
 {
-    const QString path = QDir::temp().filePath(QStringLiteral("fuzz-%1").arg(getpid()));
+    const QString path = Fuzzing::folder().filePath(QStringLiteral("frames"));
     QDir().mkpath(path);
     Fuzzing::write(path + QStringLiteral("/config.json"), Fuzzing::bytes(data, size));
     return path;

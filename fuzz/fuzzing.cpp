@@ -5,15 +5,14 @@
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <unistd.h>
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -86,10 +85,16 @@ QByteArray bytes(const uint8_t *data, size_t size)
     return QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
 }
 
+const QDir &folder()
+{
+    static const QTemporaryDir made;
+    static const QDir folder(made.path());
+    return folder;
+}
+
 QString file(const uint8_t *data, size_t size, const QString &suffix)
 {
-    const QString path =
-        QDir::temp().filePath(QStringLiteral("fuzz-%1%2").arg(QString::number(getpid()), suffix));
+    const QString path = folder().filePath(QStringLiteral("input") + suffix);
     write(path, bytes(data, size));
     return path;
 }

@@ -3,6 +3,7 @@
 #include "animatedimage/object/animatedimage.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QDir>
 
 #include <cstddef>
 #include <cstdint>
@@ -18,7 +19,10 @@ constexpr qint64 MaxMemory = 64 * 1024 * 1024;
 /// @p data as an array that shares its bytes.
 QByteArray bytes(const uint8_t *data, size_t size);
 
-/// Writes @p data to a file of this process alone and returns its path, which ends in @p suffix.
+/// A folder of this process alone, which ends with it.
+const QDir &folder();
+
+/// Writes @p data to a file in folder() and returns its path, which ends in @p suffix.
 QString file(const uint8_t *data, size_t size, const QString &suffix);
 
 /// Gives the file at @p path this content. It stays open and keeps its place on the disk: some file
