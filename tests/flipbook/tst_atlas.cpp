@@ -51,7 +51,7 @@ QList<QImage> unpacked(const QImage &sheet, const QByteArray &json)
 {
     QList<QImage> pictures;
     const QJsonArray frames = framesOf(json);
-    for (const QJsonValue value : frames) {
+    for (const auto &value : frames) {
         const QJsonObject frame = value.toObject();
         const QRect source = rectOf(frame.value(QStringLiteral("spriteSourceSize")));
         const QJsonObject size = frame.value(QStringLiteral("sourceSize")).toObject();

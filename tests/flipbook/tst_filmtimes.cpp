@@ -53,7 +53,8 @@ void TestFilmTimes::framesThatAreCutOffHaveTheLastTime()
     writeBytes(film, bytes.left(bytes.lastIndexOf(QByteArray::fromHex("21f904")) + 19));
     const QVector<int> delays = delaysOf(film);
     QCOMPARE(delays.mid(0, 2), (QVector<int>{50, 300}));
-    for (const int delay : delays.mid(2))
+    const QVector<int> others = delays.mid(2);
+    for (const int delay : others)
         QVERIFY(delay == 300 || delay == 200);
 }
 

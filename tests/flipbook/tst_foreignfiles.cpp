@@ -19,8 +19,8 @@
 namespace
 {
 
-const QByteArray svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">)"
-                       R"(<image href="secret.png" width="9" height="9"/></svg>)";
+constexpr auto svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">)"
+                     R"(<image href="secret.png" width="9" height="9"/></svg>)";
 
 /// Exchanges two files for each other, again and again, while it lives.
 class Exchanger

@@ -174,8 +174,8 @@ void TestFrameworkSavedJson::typedIntegersReachTheirLimits()
         {QStringLiteral("d"), 0U},
     };
     QCOMPARE(loaded.params(), expected);
-    for (const QString &key : expected.keys())
-        QCOMPARE(loaded.getOtherParams(key).userType(), expected.value(key).userType());
+    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+        QCOMPARE(loaded.getOtherParams(it.key()).userType(), it.value().userType());
 }
 
 QTEST_MAIN(TestFrameworkSavedJson)

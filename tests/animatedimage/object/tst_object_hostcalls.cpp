@@ -14,7 +14,12 @@ struct Host {
     bool answer = false;
 };
 
-Host host;
+/// The host of this program.
+Host &host()
+{
+    static Host onlyOne;
+    return onlyOne;
+}
 
 QString yesOrNo(bool value)
 {
@@ -28,27 +33,27 @@ QString yesOrNo(bool value)
 
 void CBaseObject::clearLayerEffectCache(ClearLayerEffectCacheReason reason)
 {
-    host.calls.append(QStringLiteral("clear %1").arg(int(reason)));
+    host().calls.append(QStringLiteral("clear %1").arg(int(reason)));
 }
 
 void CGDRootObject::updateAfterObjRectChanged(QGraphicsItem *item, bool notify)
 {
     const bool isOwnItem = dynamic_cast<CGDRootObject *>(item) == this;
-    host.calls.append(QStringLiteral("update own=%1 notify=%2 stale=%3")
-                          .arg(yesOrNo(isOwnItem), yesOrNo(notify), yesOrNo(m_rectStale)));
+    host().calls.append(QStringLiteral("update own=%1 notify=%2 stale=%3")
+                            .arg(yesOrNo(isOwnItem), yesOrNo(notify), yesOrNo(m_rectStale)));
     m_rectStale = false;
 }
 
 bool CGDRootObject::GetSpecialProperty(int id, QDataStream &)
 {
-    host.calls.append(QStringLiteral("get %1").arg(id));
-    return host.answer;
+    host().calls.append(QStringLiteral("get %1").arg(id));
+    return host().answer;
 }
 
 bool CGDRootObject::SetSpecialProperty(int id, QDataStream &, bool flag)
 {
-    host.calls.append(QStringLiteral("set %1 %2").arg(id).arg(yesOrNo(flag)));
-    return host.answer;
+    host().calls.append(QStringLiteral("set %1 %2").arg(id).arg(yesOrNo(flag)));
+    return host().answer;
 }
 
 /// What the object passes on to its host where the framework makes no difference of it.
@@ -57,7 +62,7 @@ class TestObjectHostCalls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { host = Host(); }
+    void init() { host() = Host(); }
 
     void changedContentIsTheReasonForNewLayerEffects_data();
     void changedContentIsTheReasonForNewLayerEffects();
@@ -107,20 +112,20 @@ void TestObjectHostCalls::changedContentIsTheReasonForNewLayerEffects()
     stage.probe.rectStale() = false;
     stage.probe.animatedType() = type;
     stage.probe.hasLayerEffects() = true;
-    host.calls.clear();
+    host().calls.clear();
     change(stage);
-    QTEST(host.calls, "calls");
+    QTEST(host().calls, "calls");
 }
 
 void TestObjectHostCalls::withoutLayerEffectsNoneAreDropped()
 {
     Stage stage(solidFrames({{4, 4}, {6, 2}}));
     stage.probe.rectStale() = false;
-    host.calls.clear();
+    host().calls.clear();
     stage->setCurrentIndex(1);
     stage->setMirror(true, false);
     stage->setFlip(true, false);
-    QCOMPARE(host.calls, (QStringList{updated, updated}));
+    QCOMPARE(host().calls, (QStringList{updated, updated}));
 }
 
 void TestObjectHostCalls::aLoadedObjectHasItsPlaceWorkedOutAgain()
@@ -134,18 +139,18 @@ void TestObjectHostCalls::aLoadedObjectHasItsPlaceWorkedOutAgain()
 
     Stage byStream;
     byStream.probe.rectStale() = false;
-    host.calls.clear();
+    host().calls.clear();
     QDataStream in(bytes);
     QVERIFY(byStream->load(in));
-    QCOMPARE(host.calls.count(updatedStale), 1);
-    QCOMPARE(host.calls.last(), updatedStale);
+    QCOMPARE(host().calls.count(updatedStale), 1);
+    QCOMPARE(host().calls.last(), updatedStale);
 
     Stage byJson;
     byJson.probe.rectStale() = false;
-    host.calls.clear();
+    host().calls.clear();
     QVERIFY(byJson->loadJson(json));
-    QCOMPARE(host.calls.count(updatedStale), 1);
-    QCOMPARE(host.calls.last(), updatedStale);
+    QCOMPARE(host().calls.count(updatedStale), 1);
+    QCOMPARE(host().calls.last(), updatedStale);
 }
 
 void TestObjectHostCalls::aCopyHasItsPlaceWorkedOutAgain()
@@ -155,11 +160,11 @@ void TestObjectHostCalls::aCopyHasItsPlaceWorkedOutAgain()
     stage.probe.rectStale() = false;
     auto *handle = static_cast<CGDRootObject *>(other.image);
     Request copy(Request::packed(reinterpret_cast<qint64>(handle)));
-    host.calls.clear();
+    host().calls.clear();
     QVERIFY(!copy.set(stage.image, 5016, true));
-    QCOMPARE(host.calls.count(updatedStale), 1);
+    QCOMPARE(host().calls.count(updatedStale), 1);
     // The base hears of the request afterwards.
-    QCOMPARE(host.calls.last(), QStringLiteral("set 5016 yes"));
+    QCOMPARE(host().calls.last(), QStringLiteral("set 5016 yes"));
 }
 
 void TestObjectHostCalls::theBaseAnswersWhatTheObjectDoesNot_data()
@@ -190,13 +195,13 @@ void TestObjectHostCalls::theBaseAnswersWhatTheObjectDoesNot()
         for (const bool flag : {false, true}) {
             // Input that names no frame and no object.
             Request request(QByteArray(16, '\xff'));
-            host = Host{{}, answer};
+            host() = Host{{}, answer};
             QCOMPARE(isSet ? request.set(stage.image, id, flag) : request.get(stage.image, id),
                      answer);
             const QString call = isSet ? QStringLiteral("set %1 %2").arg(id).arg(yesOrNo(flag))
                                        : QStringLiteral("get %1").arg(id);
-            QCOMPARE(host.calls.count(call), 1);
-            QCOMPARE(host.calls.last(), call);
+            QCOMPARE(host().calls.count(call), 1);
+            QCOMPARE(host().calls.last(), call);
         }
     }
 }
@@ -221,9 +226,9 @@ void TestObjectHostCalls::theBaseIsNotAskedWhatTheObjectAnswers()
     QFETCH(bool, answer);
     Stage stage(solidFrames({{4, 4}}));
     Request request;
-    host = Host{{}, !answer};
+    host() = Host{{}, !answer};
     QCOMPARE(isSet ? request.set(stage.image, id) : request.get(stage.image, id), answer);
-    for (const QString &call : qAsConst(host.calls))
+    for (const QString &call : qAsConst(host().calls))
         QVERIFY2(call.startsWith(QLatin1String("update")), qPrintable(call));
 }
 

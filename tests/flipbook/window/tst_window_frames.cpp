@@ -14,10 +14,10 @@
 namespace
 {
 
-const QColor red = Qt::red;
-const QColor green = Qt::green;
-const QColor blue = Qt::blue;
-const QColor white = Qt::white;
+constexpr auto red = Qt::red;
+constexpr auto green = Qt::green;
+constexpr auto blue = Qt::blue;
+constexpr auto white = Qt::white;
 
 } // namespace
 

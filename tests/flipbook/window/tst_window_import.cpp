@@ -154,7 +154,8 @@ void TestWindowImport::aFilmAmongPicturesIsAnObjectOfItsOwn()
     m_fixture->dropOnPage({200, 150}, {film, still, picture(QStringLiteral("b.png"), Qt::blue)});
     QCOMPARE(objects().size(), 2);
     // The two pictures are one film.
-    for (CBaseObject *object : objects())
+    const auto dropped = objects();
+    for (CBaseObject *object : dropped)
         QCOMPARE(AnimatedObject(*object).frameCount(), 2);
 }
 

@@ -93,8 +93,9 @@ void TestWindowPlay::fullStopAndCommaStep()
 void TestWindowPlay::theButtonFollowsAFilmThatEndsByItself()
 {
     m_fixture->page().selectObjects({m_film});
-    film().setLoopsForever(false);
-    film().setInterval(1);
+    AnimatedObject played = film();
+    played.setLoopsForever(false);
+    played.setInterval(1);
     const QAction *play = m_fixture->window().actions().action(QStringLiteral("play"));
     m_fixture->trigger("play");
     QCOMPARE(play->text(), QStringLiteral("Sto&p"));
