@@ -46,8 +46,9 @@ LzwWalk::LzwWalk(int minimumCodeSize, qint64 wantedPixels)
     restart(m_state);
 }
 
-void LzwWalk::restart(State &state) const
+void LzwWalk::restart(State &state)
 {
+    std::fill(m_lengths.begin() + (1 << m_minimumCodeSize), m_lengths.end(), quint16(0));
     state.codeSize = m_minimumCodeSize + 1;
     state.nextCode = (1 << m_minimumCodeSize) + 2;
     state.previousLength = 0;
@@ -72,49 +73,100 @@ void LzwWalk::feed(const uchar *bytes, int count)
     m_state = state;
 }
 
-/// Takes codes of pixels, one after the other, up to one that is something else or the end of the
-/// bytes; the first byte that is not taken. A code of pixels was before.
+/// Takes codes of pixels, up to one that is something else or the end of the bytes; the first byte
+/// that is not taken. A code of pixels was before.
 const uchar *LzwWalk::walkOn(State &walked, const uchar *bytes, const uchar *end)
 {
     State state = walked;
-    const uint clearCode = 1u << m_minimumCodeSize;
-    const qint64 wanted = m_wantedPixels;
-    quint16 *const lengths = m_lengths.data();
     bool goesOn = true;
-    while (goesOn && state.pixels < wanted) {
-        const uint mask = (1u << state.codeSize) - 1u;
-        // The number with which the next code has one bit more. Those that begin beyond it keep
+    while (goesOn && state.pixels < m_wantedPixels) {
+        // The number with which the next code has one bit more. Codes that begin beyond it keep
         // their size, and so do all once the table is full.
-        const bool canGrow = state.codeSize < MaxCodeSize && uint(state.nextCode) <= mask;
-        const int growing = canGrow ? int(mask) + 1 : MaxCodes + 1;
-        while (state.pixels < wanted && state.nextCode != growing) {
-            if (state.bitCount < state.codeSize) {
-                // Copies, so that the state itself need not be in memory.
-                quint64 bits = state.bits;
-                int bitCount = state.bitCount;
-                bytes = refill(bits, bitCount, bytes, end);
-                state.bits = bits;
-                state.bitCount = bitCount;
-                goesOn = bitCount >= state.codeSize;
-            }
-            const uint code = uint(state.bits) & mask;
-            // The newest code may refer to itself: the code before and its own first pixel. If the
-            // table is full, this is a place after its end.
-            lengths[state.nextCode] = quint16(state.previousLength + 1);
-            goesOn = goesOn && code <= uint(state.nextCode) && code - clearCode >= 2;
-            if (!goesOn)
-                break;
-            state.bits >>= state.codeSize;
-            state.bitCount -= state.codeSize;
-            state.previousLength = lengths[code];
-            state.pixels += state.previousLength;
-            state.nextCode += state.nextCode < MaxCodes ? 1 : 0;
+        const int mask = (1 << state.codeSize) - 1;
+        const bool canGrow = state.codeSize < MaxCodeSize && state.nextCode <= mask;
+        const int growing = canGrow ? mask + 1 : MaxCodes + 1;
+        if (state.nextCode < MaxCodes)
+            bytes = takeFours<1>(state, std::min(growing, int(MaxCodes)), bytes, end);
+        else
+            bytes = takeFours<0>(state, MaxCodes + Together, bytes, end);
+        if (state.nextCode != growing) {
+            if (state.bitCount < state.codeSize)
+                bytes = refill(state.bits, state.bitCount, bytes, end);
+            goesOn = state.bitCount >= state.codeSize && takePixelCode(state);
         }
         if (state.nextCode == growing)
             ++state.codeSize;
     }
     walked = state;
     return bytes;
+}
+
+/// Takes codes of pixels, four at a time, as long as nothing else can be among them: @p limit is
+/// not passed by the number of the next code, to which each adds @p Step, nor is the last pixel
+/// reached.
+template<uint Step>
+const uchar *LzwWalk::takeFours(State &state, int limit, const uchar *bytes, const uchar *end)
+{
+    const int size = state.codeSize;
+    const uint mask = (1u << size) - 1u;
+    const uint lastBegin = uint(limit) - Together;
+    const uchar *const lastWord = end - sizeof(quint64);
+    quint16 *const lengths = m_lengths.data();
+    qint64 wanted = m_wantedPixels - state.pixels;
+    quint64 bits = state.bits;
+    int bitCount = state.bitCount;
+    uint next = uint(state.nextCode);
+    uint length = uint(state.previousLength);
+    while (next <= lastBegin && bytes <= lastWord) {
+        quint64 rest = bits | qFromLittleEndian<quint64>(bytes) << bitCount;
+        const uint before = length;
+        const qint64 wantedBefore = wanted;
+        uint i = 0;
+        for (; i < Together; ++i) {
+            // The newest code may refer to itself: the code before and its own first pixel.
+            lengths[next + i * Step] = quint16(length + 1);
+            length = lengths[uint(rest) & mask];
+            rest >>= size;
+            wanted -= length;
+            if (length == 0)
+                break;
+        }
+        if (i < Together || wanted <= 0) {
+            std::fill_n(lengths + next, Together * Step, quint16(0));
+            length = before;
+            wanted = wantedBefore;
+            break;
+        }
+        const int taken = (63 - bitCount) / 8;
+        bytes += taken;
+        bitCount += taken * 8 - int(Together) * size;
+        bits = rest;
+        next += Together * Step;
+    }
+    state.bits = bits;
+    state.bitCount = bitCount;
+    state.nextCode = int(next);
+    state.previousLength = int(length);
+    state.pixels = m_wantedPixels - wanted;
+    return bytes;
+}
+
+/// Takes one code of pixels, for which there are enough bits; false if it is something else.
+bool LzwWalk::takePixelCode(State &state)
+{
+    const uint code = uint(state.bits) & ((1u << state.codeSize) - 1u);
+    quint16 &newest = m_lengths[size_t(state.nextCode)];
+    newest = quint16(state.previousLength + 1);
+    if (m_lengths[code] == 0) {
+        newest = 0;
+        return false;
+    }
+    state.bits >>= state.codeSize;
+    state.bitCount -= state.codeSize;
+    state.previousLength = m_lengths[code];
+    state.pixels += state.previousLength;
+    state.nextCode += state.nextCode < MaxCodes ? 1 : 0;
+    return true;
 }
 
 /// Takes a code of any kind.

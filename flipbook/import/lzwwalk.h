@@ -27,6 +27,7 @@ public:
 
 private:
     static constexpr int MaxCodes = 4096;
+    static constexpr uint Together = 4; ///< codes of any size that 56 bits have
 
     /// What changes with each code.
     struct State {
@@ -38,8 +39,11 @@ private:
         qint64 pixels = 0;
     };
 
-    void restart(State &state) const;
+    void restart(State &state);
     const uchar *walkOn(State &walked, const uchar *bytes, const uchar *end);
+    template<uint Step>
+    const uchar *takeFours(State &state, int limit, const uchar *bytes, const uchar *end);
+    bool takePixelCode(State &state);
     void takeCode(State &state);
     void addEntry(State &state);
 
@@ -49,6 +53,7 @@ private:
     bool m_hasPixelCode = false;
     bool m_damaged = false;
     bool m_ended = false;
-    /// In pixels, of the codes that mean something, and one place more.
+    /// In pixels; 0 of codes that mean no pixels. One place more, for what comes when the table is
+    /// full.
     std::array<quint16, MaxCodes + 1> m_lengths;
 };
