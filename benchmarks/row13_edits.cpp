@@ -34,6 +34,11 @@ Comparison::Sides sides()
                                      QStringLiteral("120")}))};
 }
 
-const bool added = Comparison::add({"13-edits", "edit --interval", 1.5, 5}, sides);
+bool addRow()
+{
+    return Comparison::add({"13-edits", "edit --interval", 1.5, 5}, sides);
+}
+
+const bool added = addRow();
 
 } // namespace
