@@ -18,10 +18,11 @@ QString digestOf(const QByteArray &png)
 
 QString ImageStore::add(const QImage &image)
 {
-    const auto known = m_known.constFind(image.cacheKey());
-    if (known != m_known.constEnd()) {
-        m_used.insert(*known);
-        return *known;
+    const auto known = m_known.find(image.cacheKey());
+    if (known != m_known.end()) {
+        known->use = m_use;
+        m_used.insert(known->digest);
+        return known->digest;
     }
     const QString digest = addEncoded(image, PictureCodec::encode(image));
     if (!digest.isEmpty())
@@ -55,7 +56,7 @@ QList<QImage> ImageStore::recognised(const QList<QImage> &images, const SamePixe
     QList<QImage> rest;
     for (const QImage &image : images) {
         if (const QImage *same = known.find(image))
-            m_known.insert(image.cacheKey(), m_known.value(same->cacheKey()));
+            m_known.insert(image.cacheKey(), {m_known.value(same->cacheKey()).digest, m_use});
         else
             rest.append(image);
     }
@@ -70,7 +71,7 @@ QString ImageStore::addEncoded(const QImage &image, const QByteArray &png)
     const QString digest = digestOf(png);
     if (!keep(digest, png))
         return {};
-    m_known.insert(image.cacheKey(), digest);
+    m_known.insert(image.cacheKey(), {digest, m_use});
     return digest;
 }
 
@@ -97,7 +98,7 @@ QImage ImageStore::image(const QString &digest) const
     const PictureCodec::Decoded decoded = PictureCodec::decode(m_pngs.value(digest));
     // A file of another program is encoded again if added, so that equal pixels have equal bytes.
     if (decoded.isOwn)
-        m_known.insert(decoded.image.cacheKey(), digest);
+        m_known.insert(decoded.image.cacheKey(), {digest, m_use});
     return decoded.image;
 }
 
@@ -148,6 +149,7 @@ void ImageStore::clear()
 void ImageStore::beginUse()
 {
     m_used.clear();
+    ++m_use;
 }
 
 void ImageStore::dropUnused()
@@ -160,6 +162,8 @@ void ImageStore::dropUnused()
         m_byteCount -= png->size();
         png = m_pngs.erase(png);
     }
+    for (auto known = m_known.begin(); known != m_known.end();)
+        known = known->use == m_use ? std::next(known) : m_known.erase(known);
     forgetDropped();
 }
 
@@ -167,5 +171,5 @@ void ImageStore::dropUnused()
 void ImageStore::forgetDropped()
 {
     for (auto known = m_known.begin(); known != m_known.end();)
-        known = m_pngs.contains(known.value()) ? std::next(known) : m_known.erase(known);
+        known = m_pngs.contains(known->digest) ? std::next(known) : m_known.erase(known);
 }

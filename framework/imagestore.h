@@ -53,8 +53,12 @@ public:
 
     /// Counts the pictures that are added from now on as in use, and no others.
     void beginUse();
-    /// Drops the pictures that were not added since beginUse().
+    /// Drops the pictures that were not added since beginUse(), and recognises only those that
+    /// were added or returned since then.
     void dropUnused();
+
+    /// How many pictures would be recognised.
+    int recognisedCount() const { return m_known.size(); }
 
 private:
     QList<QImage> recognised(const QList<QImage> &images, const SamePixels &known);
@@ -62,10 +66,17 @@ private:
     bool keep(const QString &digest, const QByteArray &png);
     void forgetDropped();
 
+    /// A picture whose file is in the store.
+    struct Known {
+        QString digest;
+        int use; ///< the last one in which the picture was added or returned
+    };
+
     QMap<QString, QByteArray> m_pngs;
     QSet<QString> m_used;
-    /// Digests of the pictures in the store by cacheKey(), which is unique to their pixels.
-    mutable QHash<qint64, QString> m_known;
+    /// By cacheKey(), which is unique to the pixels. A picture does not tell when it ends.
+    mutable QHash<qint64, Known> m_known;
+    int m_use = 0; ///< how often beginUse() was called
     qint64 m_byteCount = 0;
     qint64 m_capacity = std::numeric_limits<qint64>::max();
     bool m_overflowed = false;

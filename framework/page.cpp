@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
 namespace
 {
@@ -196,15 +197,27 @@ Page::Place Page::placeOf(const CBaseObject *object) const
 
 void Page::placeObject(CBaseObject *object, Place place)
 {
-    if (!removeFromLayers(object))
+    const auto entry = m_entries.find(object);
+    if (entry == m_entries.end())
         return;
+    QList<CBaseObject *> &source = layer(entry->layer);
     QList<CBaseObject *> &target = layer(place.layer);
-    if (place.index >= target.size()) {
-        append(object, place.layer);
-        return;
+    const int indexBefore = indexOf(object);
+    source.removeAt(indexBefore);
+    const bool isOnTop = place.index >= target.size();
+    const int order = orderOnTop(place.layer);
+    try {
+        target.insert(isOnTop ? target.size() : qMax(0, place.index), object);
+    } catch (const std::bad_alloc &) {
+        // The list still has the room that the object took.
+        source.insert(indexBefore, object);
+        throw;
     }
-    target.insert(qMax(0, place.index), object);
-    restack(place.layer);
+    *entry = {place.layer, order};
+    if (isOnTop)
+        object->setZValue(zValueOf(place.layer, order));
+    else
+        restack(place.layer);
 }
 
 QImage Page::rendered(double scale, const QColor &paper)
@@ -276,13 +289,24 @@ int Page::indexOf(const CBaseObject *object) const
     return place - list.begin();
 }
 
+/// The order of an object that is put on top of a layer.
+int Page::orderOnTop(Layer layer) const
+{
+    const QList<CBaseObject *> &list = this->layer(layer);
+    return list.isEmpty() ? 0 : m_entries.value(list.last()).order + 1;
+}
+
 /// Puts an object on top of a layer.
 void Page::append(CBaseObject *object, Layer layer)
 {
-    QList<CBaseObject *> &list = this->layer(layer);
-    const int order = list.isEmpty() ? 0 : m_entries.value(list.last()).order + 1;
-    list.append(object);
+    const int order = orderOnTop(layer);
     m_entries.insert(object, {layer, order});
+    try {
+        this->layer(layer).append(object);
+    } catch (const std::bad_alloc &) {
+        m_entries.remove(object);
+        throw;
+    }
     object->setZValue(zValueOf(layer, order));
 }
 

@@ -94,6 +94,7 @@ private:
     void releaseObjects();
     int indexOf(const CBaseObject *object) const;
     bool removeFromLayers(CBaseObject *object);
+    int orderOnTop(Layer layer) const;
     void append(CBaseObject *object, Layer layer);
     void restack(Layer layer);
     qint64 handleOf(Layer layer) const;

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void aClearedPictureCanBeAddedAgain();
     void onlyPicturesInUseAreKept();
     void aRecognisedPictureIsInUse();
+    void picturesThatAreGoneAreForgotten();
 };
 
 void TestFrameworkKnownPictures::aChangedPictureGetsAnotherDigest()
@@ -152,6 +153,23 @@ void TestFrameworkKnownPictures::aRecognisedPictureIsInUse()
     QCOMPARE(store.add(QImage()), QString());
     store.dropUnused();
     QCOMPARE(store.digests(), QList<QString>{digest});
+}
+
+void TestFrameworkKnownPictures::picturesThatAreGoneAreForgotten()
+{
+    ImageStore store;
+    const QString digest = store.add(solid(Qt::red));
+    // As a document that is saved again and again while its objects are copied and loaded.
+    for (int use = 0; use < 5; ++use) {
+        store.beginUse();
+        const QImage copy = solid(Qt::red);
+        store.addAhead({copy});
+        QCOMPARE(store.add(copy), digest);
+        const QImage read = store.image(digest);
+        store.dropUnused();
+        QCOMPARE(store.recognisedCount(), 2);
+        QCOMPARE(store.add(read), digest);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestFrameworkKnownPictures)
