@@ -7,7 +7,6 @@ namespace
 
 // Measured, and rounded up.
 constexpr qint64 BytesPerPage = qint64(32) << 10;
-constexpr qint64 BytesPerObject = qint64(8) << 10;
 
 /// Whether the object would read @p value, a number or an object that holds one, as the type of a
 /// background. What is neither may be read as anything.

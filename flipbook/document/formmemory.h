@@ -9,6 +9,9 @@
 namespace FormMemory
 {
 
+/// The bytes of an object itself, measured and rounded up.
+constexpr qint64 BytesPerObject = qint64(8) << 10;
+
 /// The bytes of pages and objects themselves.
 qint64 ofObjects(const QVector<PageForm> &pages);
 

@@ -21,6 +21,17 @@ void FrameSupply::load(CBaseObject &object, QJsonObject &state, const QList<QIma
     supply.m_pictures.clear();
 }
 
+bool FrameSupply::load(CBaseObject &object, QDataStream &state, const QList<QImage> &pictures)
+{
+    FrameSupply &supply = instance();
+    supply.m_pictures = pictures;
+    object.SetPage(&supply);
+    const bool isLoaded = object.load(state);
+    object.SetPage(nullptr);
+    supply.m_pictures.clear();
+    return isLoaded;
+}
+
 IGdDocument *FrameSupply::document() const
 {
     return const_cast<FrameSupply *>(this);

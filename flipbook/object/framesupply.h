@@ -13,6 +13,8 @@ class FrameSupply final : public IGdDocument, public IGdPage
 public:
     /// Lets @p object, a new one on no page, read @p state with these pictures.
     static void load(CBaseObject &object, QJsonObject &state, const QList<QImage> &pictures);
+    /// The same from the stream form without its list of pictures. False when memory runs out.
+    static bool load(CBaseObject &object, QDataStream &state, const QList<QImage> &pictures);
 
     QRectF pageRect() const override { return QRectF(); }
     IGdDocument *document() const override;

@@ -73,6 +73,11 @@ QByteArray Bombs::png(const QSize &size, const QVector<QByteArray> &chunks)
     return pngOf(size, chunks, deflatedPixels(size));
 }
 
+QByteArray Bombs::claimingPng(int width, int height)
+{
+    return pngOf({width, height}, {}, deflated(QByteArray(8, '\0')));
+}
+
 QByteArray Bombs::checkerboard(int side, int odd)
 {
     QByteArray pixels;

@@ -13,6 +13,8 @@ namespace Bombs
 QByteArray pngChunk(const char *type, const QByteArray &data);
 /// A PNG file of transparent pixels, with @p chunks before them.
 QByteArray png(const QSize &size, const QVector<QByteArray> &chunks = {});
+/// A small PNG file that claims to have so many pixels of eight-bit RGBA, and has none of them.
+QByteArray claimingPng(int width, int height);
 /// A PNG file of which every second pixel is transparent, like a checkerboard; the pixel at the
 /// top left is when @p odd is 0.
 QByteArray checkerboard(int side, int odd);

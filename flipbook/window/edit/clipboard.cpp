@@ -1,7 +1,7 @@
 #include "flipbook/window/edit/clipboard.h"
 
+#include "flipbook/base/failure.h"
 #include "flipbook/base/pngencoder.h"
-#include "framework/document.h"
 #include "host/baseobject.h"
 
 #include <QtCore/QDataStream>
@@ -16,8 +16,6 @@ namespace
 
 const QLatin1String ObjectsFormat("application/x-flipbook-objects");
 const QLatin1String FramesFormat("application/x-flipbook-encoded-frames");
-constexpr quint32 MaxObjects = 10000;
-constexpr quint32 MaxFrames = 20000;
 constexpr double MostPixels = 1 << 26;
 
 void prepare(QDataStream &stream)
@@ -28,6 +26,29 @@ void prepare(QDataStream &stream)
 const QMimeData *content()
 {
     return QGuiApplication::clipboard()->mimeData();
+}
+
+bool holds(const QLatin1String &format)
+{
+    return content() && content()->hasFormat(format);
+}
+
+/// Lets @p read take each element of a counted list from the clipboard; it answers whether the
+/// element is sound. @throw Failure unless as many are there as it says, one at least.
+template<typename Read>
+void readList(const QLatin1String &format, const Read &read)
+{
+    const QByteArray bytes = content() ? content()->data(format) : QByteArray();
+    QDataStream stream(bytes);
+    prepare(stream);
+    quint32 count = 0;
+    stream >> count;
+    bool isSound = count > 0;
+    for (quint32 i = 0; isSound && i < count; ++i)
+        isSound = read(stream) && stream.status() == QDataStream::Ok;
+    if (!isSound || !stream.atEnd())
+        throw Failure{FilmReader::clipboardName(),
+                      FilmReader::tr("its content is damaged, and nothing was pasted")};
 }
 
 /// The objects as they are seen, on nothing.
@@ -59,44 +80,29 @@ void Clipboard::copyObjects(Document &document, const QList<CBaseObject *> &obje
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     prepare(stream);
     stream << quint32(objects.size());
-    // Whoever pastes has no store of this document's pictures.
-    document.setKeepsImagesInline(true);
-    for (CBaseObject *object : objects) {
-        QByteArray form;
-        QDataStream formStream(&form, QIODevice::WriteOnly);
-        prepare(formStream);
-        object->save(formStream);
-        stream << form;
-    }
-    document.setKeepsImagesInline(false);
+    for (CBaseObject *object : objects)
+        stream << StreamForm::written(document, *object);
     auto *data = new QMimeData;
     data->setData(ObjectsFormat, bytes);
     data->setImageData(pictureOf(objects));
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
-std::vector<OwnedObject> Clipboard::objects(const Plugin &plugin)
+bool Clipboard::holdsObjects()
 {
-    std::vector<OwnedObject> objects;
-    if (!content())
-        return objects;
-    const QByteArray bytes = content()->data(ObjectsFormat);
-    QDataStream stream(bytes);
-    prepare(stream);
-    quint32 count = 0;
-    stream >> count;
-    for (quint32 i = 0; i < qMin(count, MaxObjects); ++i) {
-        QByteArray form;
-        stream >> form;
-        if (stream.status() != QDataStream::Ok)
-            break;
-        OwnedObject object = plugin.createObject();
-        QDataStream formStream(form);
-        prepare(formStream);
-        object->load(formStream);
-        if (AnimatedObject(*object).frameCount() > 0)
-            objects.push_back(std::move(object));
-    }
+    return holds(ObjectsFormat);
+}
+
+QVector<StreamForm> Clipboard::objects()
+{
+    QVector<StreamForm> objects;
+    readList(ObjectsFormat, [&objects](QDataStream &stream) {
+        QByteArray bytes;
+        stream >> bytes;
+        const std::optional<StreamForm> form = StreamForm::read(bytes);
+        objects.append(form.value_or(StreamForm()));
+        return form.has_value();
+    });
     return objects;
 }
 
@@ -115,22 +121,19 @@ void Clipboard::copyFrames(const Plugin::Frames &frames)
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
+bool Clipboard::holdsFrames()
+{
+    return holds(FramesFormat);
+}
+
 QVector<EncodedFrame> Clipboard::frames()
 {
     QVector<EncodedFrame> frames;
-    if (!content())
-        return frames;
-    const QByteArray bytes = content()->data(FramesFormat);
-    QDataStream stream(bytes);
-    prepare(stream);
-    quint32 count = 0;
-    stream >> count;
-    for (quint32 i = 0; i < qMin(count, MaxFrames); ++i) {
+    readList(FramesFormat, [&frames](QDataStream &stream) {
         EncodedFrame frame;
         stream >> frame.name >> frame.picture;
-        if (stream.status() != QDataStream::Ok)
-            break;
         frames.append(frame);
-    }
+        return true;
+    });
     return frames;
 }

@@ -129,25 +129,34 @@ void EditController::pasteFrames()
 {
     const QVector<int> rows = m_frames.meantRows();
     const int before = rows.isEmpty() ? 0 : rows.last() + 1;
-    const QVector<EncodedFrame> frames = Clipboard::frames();
-    if (!frames.isEmpty())
-        m_importer.insertEncoded(frames, before);
-    else if (const QMimeData *data = QGuiApplication::clipboard()->mimeData())
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    if (!data)
+        return;
+    Plugin::Frames frames;
+    const auto read = [&frames](FilmReader &reader) { frames = reader.read(Clipboard::frames()); };
+    if (!Clipboard::holdsFrames())
         m_importer.dropOnStrip(data, before);
+    else if (m_importer.work().run(read))
+        m_importer.insertFrames(frames, before);
 }
 
 void EditController::pasteObjects()
 {
     Page *page = m_session.page();
-    if (!page)
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    if (!page || !data)
         return;
-    std::vector<OwnedObject> objects = Clipboard::objects(m_session.plugin());
-    if (objects.empty()) {
-        const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-        if (data && (data->hasUrls() || offersPicture(*data)))
+    if (!Clipboard::holdsObjects()) {
+        if (data->hasUrls() || offersPicture(*data))
             m_importer.dropOnPage(data, page->pageRect().center());
         return;
     }
+    std::vector<OwnedObject> objects;
+    const auto read = [&objects](FilmReader &reader) {
+        objects = reader.read(Clipboard::objects());
+    };
+    if (!m_importer.work().run(read))
+        return;
     moveToFreePlace(*page, objects);
     const QString text = counted(int(objects.size()), tr("Paste"), tr("Paste %1 Objects"));
     m_session.push(std::make_unique<AddObjectsCommand>(text, *page, std::move(objects)));

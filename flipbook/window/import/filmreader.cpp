@@ -1,7 +1,10 @@
 #include "flipbook/window/import/filmreader.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/memorybudget.h"
 #include "flipbook/base/privatefolder.h"
+#include "flipbook/base/saturating.h"
+#include "flipbook/document/formmemory.h"
 #include "flipbook/editing/keeptiming.h"
 #include "flipbook/import/filmtimes.h"
 #include "flipbook/import/framenames.h"
@@ -9,13 +12,18 @@
 #include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "flipbook/import/mediaimport.h"
+#include "flipbook/import/picturefacts.h"
 #include "flipbook/import/picturefile.h"
 #include "flipbook/import/pictureformat.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/object/filmstate.h"
+#include "flipbook/object/objectprotocol.h"
+#include "flipbook/object/streamform.h"
 #include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/progress.h"
+#include "host/specialpropertyids.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
 #include <QtCore/QTemporaryFile>
@@ -39,6 +47,11 @@ std::unique_ptr<QFile> temporaryFile(const QByteArray &bytes, const QString &sub
                       QStringLiteral("no private copy can be made: ") + file->errorString()};
     file->seek(0);
     return file;
+}
+
+bool isBackground(CBaseObject &object)
+{
+    return ObjectProtocol::ask<qint32>(object, SpecialPropertyId::AnimatedType) == 1;
 }
 
 Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
@@ -99,6 +112,7 @@ ReadFilm FilmReader::read(const OfferedPicture &offered, const QString &name)
 Plugin::Frames FilmReader::read(const QVector<EncodedFrame> &frames)
 {
     const QLocale locale;
+    requireRoomFor(frames);
     Plugin::Frames read;
     for (const EncodedFrame &frame : frames) {
         m_progress.step(
@@ -109,10 +123,73 @@ Plugin::Frames FilmReader::read(const QVector<EncodedFrame> &frames)
         if (!frame.picture.isEmpty())
             picture = readPicture(*temporaryFile(frame.picture, frame.name), frame.name,
                                   m_reading.memory());
-        m_reading.memory().take(picture.sizeInBytes());
+        m_reading.memory().take(picture.sizeInBytes() + MemoryBudget::BytesPerFrame);
         read.append({frame.name, picture});
     }
     return read;
+}
+
+QString FilmReader::clipboardName()
+{
+    return tr("The clipboard");
+}
+
+void FilmReader::requireRoomFor(const QVector<EncodedFrame> &frames)
+{
+    qint64 kept = 0;
+    qint64 work = 0;
+    for (const EncodedFrame &frame : frames) {
+        kept = Saturating::sum(kept, MemoryBudget::BytesPerFrame);
+        if (frame.picture.isEmpty())
+            continue;
+        QByteArray bytes = frame.picture;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        const PictureFacts facts = PictureFacts::read(buffer, m_reading.memory().limit());
+        kept = Saturating::sum(kept, facts.keptBytes());
+        work = std::max(work, facts.workBytes);
+    }
+    m_reading.memory().require(Saturating::sum(kept, work), clipboardName(),
+                               QStringLiteral("%1 pictures").arg(frames.size()));
+}
+
+/// Beside its pictures: the object itself, and the picture that a background makes of a frame.
+void FilmReader::takeRoomFor(const StreamForm &form, CBaseObject &withoutFrames)
+{
+    // Measured: names and settings as values, each with its place in a list.
+    constexpr qint64 bytesPerStateByte = 16;
+    MemoryAccount &memory = m_reading.memory();
+    qint64 kept = FormMemory::BytesPerObject + bytesPerStateByte * form.state.size();
+    qint64 work = 0;
+    if (isBackground(withoutFrames)) {
+        const QSizeF size = withoutFrames.getSize();
+        kept = Saturating::sum(kept, MemoryBudget::keptForTile(size));
+        work = MemoryBudget::forTileAtWork(size);
+    }
+    memory.require(Saturating::sum(kept, work), clipboardName(), QStringLiteral("an object"));
+    memory.take(kept);
+}
+
+std::vector<OwnedObject> FilmReader::read(const QVector<StreamForm> &forms)
+{
+    QVector<EncodedFrame> encoded;
+    for (const StreamForm &form : forms) {
+        const OwnedObject withoutFrames = form.object(m_plugin, {});
+        takeRoomFor(form, *withoutFrames);
+        const QString name = AnimatedObject(*withoutFrames).name();
+        for (const QByteArray &picture : form.pictures)
+            encoded.append({name.isEmpty() ? clipboardName() : name, picture});
+    }
+    const Plugin::Frames decoded = read(encoded);
+    std::vector<OwnedObject> objects;
+    int next = 0;
+    for (const StreamForm &form : forms) {
+        QList<QImage> pictures;
+        while (pictures.size() < form.pictures.size())
+            pictures.append(decoded.at(next++).second);
+        objects.push_back(form.object(m_plugin, pictures));
+    }
+    return objects;
 }
 
 ReadFilm FilmReader::read(Source &source, const QString &path)

@@ -11,6 +11,7 @@
 
 class Progress;
 struct OfferedPicture;
+struct StreamForm;
 
 /// A frame as it is on the clipboard.
 struct EncodedFrame {
@@ -45,8 +46,15 @@ public:
     /// Reads a picture or film that has no file, called @p name. @throw Failure, Cancelled
     ReadFilm read(const OfferedPicture &offered, const QString &name);
 
-    /// Decodes frames as pictures of any format. @throw Failure, Cancelled
+    /// Decodes frames of the clipboard as pictures of any format. There is room for all of them
+    /// before the first is decoded. @throw Failure, Cancelled
     Plugin::Frames read(const QVector<EncodedFrame> &frames);
+
+    /// Makes the objects of the clipboard, with the same care. @throw Failure, Cancelled
+    std::vector<OwnedObject> read(const QVector<StreamForm> &forms);
+
+    /// What the clipboard is called where a file would have its name.
+    static QString clipboardName();
 
     /// Makes one film of the pictures in these files, in this order. @throw Failure, Cancelled
     ReadFilm readPictures(const QStringList &paths, const QString &name);
@@ -56,6 +64,8 @@ private:
     ReadFilm read(Source &source, const QString &path);
     ReadFilm readGif(QFile &file, const QString &path);
     void keepRhythm(ReadFilm &film, const QVector<int> &delaysMs);
+    void requireRoomFor(const QVector<EncodedFrame> &frames);
+    void takeRoomFor(const StreamForm &form, CBaseObject &withoutFrames);
 
     const Plugin &m_plugin;
     Progress &m_progress;

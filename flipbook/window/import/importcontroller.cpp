@@ -1,7 +1,6 @@
 #include "flipbook/window/import/importcontroller.h"
 
 #include "flipbook/base/failure.h"
-#include "flipbook/base/memorybudget.h"
 #include "flipbook/import/framenames.h"
 #include "flipbook/import/naturalorder.h"
 #include "flipbook/window/actionset.h"
@@ -12,30 +11,17 @@
 #include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/import/picturegroup.h"
 #include "flipbook/window/messagebar.h"
-#include "flipbook/window/progress.h"
 #include "flipbook/window/session.h"
 
-#include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMainWindow>
-#include <QtWidgets/QMessageBox>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QStatusBar>
-
-#include <limits>
-#include <new>
 
 namespace
 {
-
-QString fileName(const QString &path)
-{
-    return QFileInfo(path).fileName();
-}
 
 QStringList localFiles(const QMimeData &data)
 {
@@ -56,7 +42,7 @@ ImportController::ImportController(Session &session, ActionSet &actions, Message
     , m_session(session)
     , m_messages(messages)
     , m_window(window)
-    , m_budget(MemoryBudget::Default)
+    , m_work(session, messages, window)
 {
     connect(actions.add({QStringLiteral("import"),
                          tr("&Add animation…"),
@@ -120,50 +106,6 @@ QStringList ImportController::withoutDocuments(const QStringList &paths)
     return films;
 }
 
-void ImportController::tellFailure(const Failure &failure)
-{
-    m_messages.tell(MessageBar::Kind::Error,
-                    QStringLiteral("%1: %2").arg(failure.subject, failure.reason));
-}
-
-bool ImportController::mayExceed(const OverBudget &excess)
-{
-    QMessageBox question(QMessageBox::Question, tr("Large file"),
-                         tr("%1 would need %2 of memory, which is more than the limit of %3.")
-                             .arg(fileName(excess.subject), MemoryBudget::text(excess.neededBytes),
-                                  MemoryBudget::text(m_budget)),
-                         QMessageBox::Yes | QMessageBox::Cancel, &m_window);
-    question.setInformativeText(tr("Open it anyway?"));
-    question.button(QMessageBox::Yes)->setText(tr("Read"));
-    question.setDefaultButton(QMessageBox::Cancel);
-    return question.exec() == QMessageBox::Yes;
-}
-
-bool ImportController::run(const Work &work)
-{
-    qint64 budget = m_budget;
-    for (;;) {
-        try {
-            Progress progress(*m_window.statusBar());
-            FilmReader reader(m_session.plugin(), progress, budget);
-            work(reader);
-            return true;
-        } catch (const Cancelled &) {
-            return false;
-        } catch (const OverBudget &excess) {
-            if (budget != m_budget || !mayExceed(excess))
-                return false;
-            budget = std::numeric_limits<qint64>::max();
-        } catch (const Failure &failure) {
-            tellFailure(failure);
-            return false;
-        } catch (const std::bad_alloc &) {
-            m_messages.tell(MessageBar::Kind::Error, tr("There is not enough memory for that."));
-            return false;
-        }
-    }
-}
-
 void ImportController::readSingly(FilmReader &reader, const QStringList &paths,
                                   std::vector<ReadFilm> &films)
 {
@@ -173,7 +115,7 @@ void ImportController::readSingly(FilmReader &reader, const QStringList &paths,
         } catch (const OverBudget &) {
             throw;
         } catch (const Failure &failure) {
-            tellFailure(failure);
+            m_work.tellFailure(failure);
         }
     }
 }
@@ -198,7 +140,8 @@ void ImportController::importToPage(const QStringList &paths, std::optional<QPoi
     if (files.isEmpty() || !m_session.page())
         return;
     std::vector<ReadFilm> films;
-    if (!run([&](FilmReader &reader) { films = readAll(reader, files, true); }) || films.empty())
+    if (!m_work.run([&](FilmReader &reader) { films = readAll(reader, files, true); }) ||
+        films.empty())
         return;
     putFilms(m_session, m_messages, std::move(films), place);
     const PictureGroup group = groupPictures(files);
@@ -211,7 +154,7 @@ void ImportController::importToPage(const QStringList &paths, std::optional<QPoi
         {{tr("One object for each picture"), [this, files, place] {
               m_session.undoStack().undo();
               std::vector<ReadFilm> singles;
-              if (run([&](FilmReader &reader) { singles = readAll(reader, files, false); }))
+              if (m_work.run([&](FilmReader &reader) { singles = readAll(reader, files, false); }))
                   putFilms(m_session, m_messages, std::move(singles), place);
           }}});
 }
@@ -221,7 +164,7 @@ void ImportController::importToPage(const OfferedPicture &picture, const QPointF
     if (picture.isNull() || !m_session.page())
         return;
     std::vector<ReadFilm> films;
-    const bool isRead = run([&](FilmReader &reader) {
+    const bool isRead = m_work.run([&](FilmReader &reader) {
         films.clear();
         films.push_back(reader.read(picture, tr("picture")));
     });
@@ -234,14 +177,8 @@ void ImportController::importToFilm(const OfferedPicture &picture, int before)
     if (picture.isNull() || !m_session.film())
         return;
     Plugin::Frames frames;
-    if (run([&](FilmReader &reader) { frames = framesOf(reader.read(picture, tr("picture"))); }))
-        insertFrames(frames, before);
-}
-
-void ImportController::insertEncoded(const QVector<EncodedFrame> &encoded, int before)
-{
-    Plugin::Frames frames;
-    if (run([&](FilmReader &reader) { frames = reader.read(encoded); }))
+    if (m_work.run(
+            [&](FilmReader &reader) { frames = framesOf(reader.read(picture, tr("picture"))); }))
         insertFrames(frames, before);
 }
 
@@ -257,7 +194,7 @@ void ImportController::importToFilm(const QStringList &paths, int before)
     if (files.isEmpty() || !m_session.film())
         return;
     Plugin::Frames frames;
-    const bool isRead = run([&](FilmReader &reader) {
+    const bool isRead = m_work.run([&](FilmReader &reader) {
         frames.clear();
         for (const QString &path : files)
             frames += framesOf(reader.read(path));

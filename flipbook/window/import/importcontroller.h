@@ -1,11 +1,11 @@
 #pragma once
 
 #include "flipbook/window/import/filmreader.h"
+#include "flipbook/window/import/importwork.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QPointF>
 
-#include <functional>
 #include <optional>
 
 class ActionSet;
@@ -13,8 +13,6 @@ class MessageBar;
 class QMainWindow;
 class QMimeData;
 class Session;
-struct Failure;
-struct OverBudget;
 
 /// Brings films and pictures to the page and to the frames of a film.
 class ImportController : public QObject
@@ -32,8 +30,6 @@ public:
     /// film.
     void importToFilm(const QStringList &paths, int before);
     void insertFrames(Plugin::Frames frames, int before);
-    /// The same with frames of the clipboard.
-    void insertEncoded(const QVector<EncodedFrame> &frames, int before);
 
     /// What was dropped: files or a picture.
     void dropOnPage(const QMimeData *data, const QPointF &place);
@@ -43,8 +39,8 @@ public:
     void chooseForPage();
     void chooseForFilm(int before);
 
-    /// How much memory may be taken without a question, in bytes.
-    void setMemoryBudget(qint64 bytes) { m_budget = bytes; }
+    /// How the reading is done.
+    ImportWork &work() { return m_work; }
 
 Q_SIGNALS:
     /// A document was among the files.
@@ -53,23 +49,17 @@ Q_SIGNALS:
     void framesInserted(int first, int count);
 
 private:
-    using Work = std::function<void(FilmReader &reader)>;
-
     /// The same as with files, for a picture that has none.
     void importToPage(const OfferedPicture &picture, const QPointF &place);
     void importToFilm(const OfferedPicture &picture, int before);
     Plugin::Frames framesOf(const ReadFilm &film) const;
     QStringList choose(const QString &title);
     QStringList withoutDocuments(const QStringList &paths);
-    /// Does the work with a progress bar. False when it was cancelled or failed, which is told.
-    bool run(const Work &work);
-    bool mayExceed(const OverBudget &excess);
     std::vector<ReadFilm> readAll(FilmReader &reader, const QStringList &paths, bool joins);
     void readSingly(FilmReader &reader, const QStringList &paths, std::vector<ReadFilm> &films);
-    void tellFailure(const Failure &failure);
 
     Session &m_session;
     MessageBar &m_messages;
     QMainWindow &m_window;
-    qint64 m_budget;
+    ImportWork m_work;
 };

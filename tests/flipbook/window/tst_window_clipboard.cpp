@@ -154,7 +154,7 @@ void TestWindowClipboard::whatIsNoPictureIsNamedAndTheDocumentStays()
 void TestWindowClipboard::aHugePictureRaisesAQuestion()
 {
     const QByteArray before = bytes();
-    m_fixture->window().importer().setMemoryBudget(9599);
+    m_fixture->window().importer().work().setMemoryBudget(9599);
     put(QStringLiteral("image/png"), png(Pictures::solid(60, 20, Qt::black)));
     for (const bool isStrip : {false, true}) {
         if (isStrip)
@@ -171,7 +171,7 @@ void TestWindowClipboard::aHugePictureRaisesAQuestion()
 void TestWindowClipboard::aDecodedPictureIsCountedToo()
 {
     // 60 x 20 pixels of four bytes, for the object and for the clipboard.
-    m_fixture->window().importer().setMemoryBudget(9599);
+    m_fixture->window().importer().work().setMemoryBudget(9599);
     QApplication::clipboard()->setImage(
         Pictures::solid(60, 20, Qt::black).convertToFormat(QImage::Format_ARGB32));
     m_fixture->trigger("paste");
@@ -181,7 +181,7 @@ void TestWindowClipboard::aDecodedPictureIsCountedToo()
     m_fixture->trigger("paste");
     m_fixture->answerNext(QMessageBox::Yes);
     QTRY_COMPARE(objects().size(), 2);
-    m_fixture->window().importer().setMemoryBudget(9600);
+    m_fixture->window().importer().work().setMemoryBudget(9600);
     m_fixture->trigger("paste");
     QTRY_COMPARE(objects().size(), 3);
 }
@@ -223,7 +223,7 @@ void TestWindowClipboard::droppedPicturesAreReadInTheSameWay()
 void TestWindowClipboard::framesOfAHostileClipboardAreCounted()
 {
     const QByteArray before = bytes();
-    m_fixture->window().importer().setMemoryBudget(9599);
+    m_fixture->window().importer().work().setMemoryBudget(9599);
     const auto paste = [this](const QByteArray &picture, bool raisesAQuestion) {
         QByteArray frames;
         QDataStream stream(&frames, QIODevice::WriteOnly);

@@ -4,7 +4,6 @@
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/historybudget.h"
 #include "tests/flipbook/window/windowfixture.h"
-#include "tests/support/pictures.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
@@ -261,8 +260,7 @@ void TestWindowFrames::aClickOnAnotherFilmEndsTheRenamingOfAFrame()
 
 void TestWindowFrames::aReplacedFrameKeepsItsNameAndItsSizeOnThePage()
 {
-    const QString path = m_fixture->path(QStringLiteral("new.png"));
-    Pictures::solid(80, 60, Qt::black).save(path);
+    const QString path = m_fixture->writePicture(QStringLiteral("new.png"), Qt::black, {80, 60});
     strip().selectRows({0});
     m_fixture->window().findChild<FrameController *>()->replaceSelected(path);
     QCOMPARE(colours().constFirst(), QColor(Qt::black));

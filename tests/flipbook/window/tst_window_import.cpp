@@ -44,7 +44,10 @@ private Q_SLOTS:
 
 private:
     QString gif(const QString &name, const QVector<int> &delaysCs);
-    QString picture(const QString &name, const QColor &colour, int width = 40);
+    QString picture(const QString &name, const QColor &colour, int width = 40)
+    {
+        return m_fixture->writePicture(name, colour, {width, 30});
+    }
     QList<CBaseObject *> objects() { return m_fixture->page().objects(); }
 
     std::unique_ptr<WindowFixture> m_fixture;
@@ -59,13 +62,6 @@ QString TestWindowImport::gif(const QString &name, const QVector<int> &delaysCs)
         builder.add(i % 3, delaysCs.at(i));
     builder.write(m_fixture->path(name));
     return m_fixture->path(name);
-}
-
-QString TestWindowImport::picture(const QString &name, const QColor &colour, int width)
-{
-    const QString path = m_fixture->path(name);
-    Pictures::solid(width, 30, colour).save(path);
-    return path;
 }
 
 void TestWindowImport::aDroppedGifBecomesAnObjectWhereItWasDropped()
@@ -300,7 +296,7 @@ void TestWindowImport::theGoodOnesAmongBadFilesAreImported()
 
 void TestWindowImport::beyondTheBudgetAQuestionIsAsked()
 {
-    m_fixture->window().importer().setMemoryBudget(1000);
+    m_fixture->window().importer().work().setMemoryBudget(1000);
     const QString path = gif(QStringLiteral("a.gif"), {10, 10});
     m_fixture->answerNext(QMessageBox::Cancel);
     m_fixture->window().importer().importToPage({path});

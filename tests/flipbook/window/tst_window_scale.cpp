@@ -3,7 +3,6 @@
 #include "flipbook/window/language.h"
 #include "flipbook/window/windowmain.h"
 #include "tests/flipbook/window/windowfixture.h"
-#include "tests/support/pictures.h"
 
 #include <QtCore/QLocale>
 #include <QtTest/QtTest>
@@ -98,8 +97,7 @@ void TestWindowScale::thumbnailsOfFramesHaveThePixelsOfTheScreen()
     QCOMPARE(thumbnail(small).size(), inPixels(40, 30));
     QCOMPARE(thumbnail(small).devicePixelRatio(), scale());
 
-    const QString path = m_fixture->path(QStringLiteral("large.png"));
-    Pictures::solid(400, 300, Qt::blue).save(path);
+    const QString path = m_fixture->writePicture(QStringLiteral("large.png"), Qt::blue, {400, 300});
     m_fixture->dropOnPage({300, 300}, {path});
     QCOMPARE(thumbnail(m_fixture->window().frames().model()).size(), inPixels(96, 72));
 }

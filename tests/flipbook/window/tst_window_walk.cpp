@@ -5,7 +5,6 @@
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/window/windowfixture.h"
 #include "tests/support/gifbuilder.h"
-#include "tests/support/pictures.h"
 
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QRandomGenerator>
@@ -150,10 +149,9 @@ QByteArray TestWindowWalk::bytes()
 void TestWindowWalk::makeFiles()
 {
     m_files.clear();
-    for (const QColor &colour : {QColor(Qt::yellow), QColor(Qt::cyan)}) {
-        m_files << m_fixture->path(colour.name().mid(1) + QStringLiteral(".png"));
-        Pictures::solid(24, 18, colour).save(m_files.last());
-    }
+    for (const QColor &colour : {QColor(Qt::yellow), QColor(Qt::cyan)})
+        m_files << m_fixture->writePicture(colour.name().mid(1) + QStringLiteral(".png"), colour,
+                                           {24, 18});
     for (const QVector<int> &delaysCs : {QVector<int>{10, 10, 10}, QVector<int>{10, 30, 20}}) {
         GifBuilder builder(20, 10);
         for (int i = 0; i < delaysCs.size(); ++i)

@@ -56,6 +56,13 @@ void WindowFixture::open()
     view().setZoom(1.0);
 }
 
+QString WindowFixture::writePicture(const QString &name, const QColor &colour, const QSize &size)
+{
+    const bool isWritten = Pictures::solid(size.width(), size.height(), colour).save(path(name));
+    [&] { QVERIFY2(isWritten, qPrintable(name)); }();
+    return path(name);
+}
+
 void WindowFixture::reopen()
 {
     m_window->close();

@@ -19,6 +19,8 @@ public:
     PageView &view() { return m_window->view(); }
     Page &page() { return *session().page(); }
     QString path(const QString &name) const { return m_folder.filePath(name); }
+    /// Writes a picture of one colour as path(@p name), and returns that.
+    QString writePicture(const QString &name, const QColor &colour, const QSize &size = {40, 30});
 
     /// Closes the window and opens another one with the same settings.
     void reopen();
