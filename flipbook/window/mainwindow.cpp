@@ -10,6 +10,7 @@
 #include "flipbook/window/historybudget.h"
 #include "flipbook/window/icons/icons.h"
 #include "flipbook/window/import/importcontroller.h"
+#include "flipbook/window/lists/draglist.h"
 #include "flipbook/window/menus.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/output/exportcontroller.h"
@@ -109,8 +110,8 @@ void MainWindow::makeDocks()
 {
     setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
-    addDock(QStringLiteral("pagesDock"), tr("Pages"), new PagesPanel(m_session),
-            Qt::LeftDockWidgetArea);
+    m_pages = new PagesPanel(m_session);
+    addDock(QStringLiteral("pagesDock"), tr("Pages"), m_pages, Qt::LeftDockWidgetArea);
     addDock(QStringLiteral("objectDock"), tr("Object"), new ObjectPanel(m_session),
             Qt::RightDockWidgetArea);
     addDock(QStringLiteral("historyDock"), tr("History"), new HistoryView(m_session.undoStack()),
@@ -132,7 +133,11 @@ void MainWindow::makeControllers()
     auto *frames = new FrameController(m_session, m_actions, *m_frames, *m_import, *m_messages);
     new EditController(m_session, m_actions, m_frames->strip(), *frames, *m_import);
     new ArrangeController(m_session, m_actions);
-    new PageController(m_session, m_actions);
+    auto *pages = new PageController(m_session, m_actions);
+    connect(&m_pages->list(), &DragList::moveWanted, pages,
+            [pages](const QVector<int> &rows, int before) { pages->move(rows.first(), before); });
+    connect(&m_pages->list(), &DragList::copyWanted, pages,
+            [pages](const QVector<int> &rows, int before) { pages->copy(rows.first(), before); });
     new ExportController(m_session, m_actions, *m_messages, *this);
     new HelpController(m_actions, *this);
     new HistoryBudget(m_session, *m_messages, this);

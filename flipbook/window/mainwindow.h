@@ -9,6 +9,7 @@ class FileController;
 class FramePanel;
 class ImportController;
 class MessageBar;
+class PagesPanel;
 class PageView;
 class PlayController;
 class PresentController;
@@ -61,6 +62,7 @@ private:
     ActionSet m_actions;
     PageView *m_view;
     MessageBar *m_messages;
+    PagesPanel *m_pages;
     FramePanel *m_frames;
     FileController *m_files;
     ImportController *m_import;

@@ -21,12 +21,15 @@ PageController::PageController(Session &session, ActionSet &actions)
     };
     add("add-page", tr("&Add page"), "list-add", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
         [this] { addPage(); });
-    add("duplicate-page", tr("&Duplicate page"), "edit-copy", {}, [this] { duplicatePage(); });
+    add("duplicate-page", tr("&Duplicate page"), "edit-copy", {},
+        [this] { copy(shownIndex(), shownIndex() + 1); });
     m_delete = add("delete-page", tr("D&elete page"), "edit-delete", {}, [this] { deletePage(); });
     m_up = add("move-page-up", tr("Move page &up"), "go-up",
-               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_PageUp), [this] { movePage(-1); });
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_PageUp),
+               [this] { move(shownIndex(), shownIndex() - 1); });
     m_down = add("move-page-down", tr("Move page &down"), "go-down",
-                 QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_PageDown), [this] { movePage(1); });
+                 QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_PageDown),
+                 [this] { move(shownIndex(), shownIndex() + 2); });
     m_previous = add("previous-page", tr("&Previous page"), "",
                      QKeySequence(Qt::CTRL | Qt::Key_PageUp), [this] { go(-1); });
     m_next = add("next-page", tr("&Next page"), "", QKeySequence(Qt::CTRL | Qt::Key_PageDown),
@@ -61,9 +64,9 @@ void PageController::addPage()
                                                  shownIndex() + 1));
 }
 
-void PageController::duplicatePage()
+void PageController::copy(int row, int before)
 {
-    const Page *original = m_session.page();
+    const Page *original = m_session.document().pages().value(row);
     if (!original)
         return;
     auto page = std::make_unique<Page>(original->pageRect(), &m_session.document());
@@ -77,8 +80,8 @@ void PageController::duplicatePage()
         // It remembers the document that it was read from: reading its state makes it look again.
         FilmState{*plain};
     }
-    m_session.push(std::make_unique<PageCommand>(tr("Duplicate Page"), m_session, std::move(page),
-                                                 shownIndex() + 1));
+    m_session.push(
+        std::make_unique<PageCommand>(tr("Duplicate Page"), m_session, std::move(page), before));
 }
 
 void PageController::deletePage()
@@ -88,10 +91,12 @@ void PageController::deletePage()
             std::make_unique<PageCommand>(tr("Delete Page"), m_session, *m_session.page()));
 }
 
-void PageController::movePage(int step)
+void PageController::move(int row, int before)
 {
-    m_session.push(std::make_unique<MovePageCommand>(tr("Move Page"), m_session, *m_session.page(),
-                                                     shownIndex() + step));
+    Page *page = m_session.document().pages().value(row);
+    const int to = before > row ? before - 1 : before;
+    if (page && to != row)
+        m_session.push(std::make_unique<MovePageCommand>(tr("Move Page"), m_session, *page, to));
 }
 
 void PageController::go(int step)

@@ -14,12 +14,15 @@ class PageController : public QObject
 public:
     PageController(Session &session, ActionSet &actions);
 
+    /// Puts page @p row before page @p before, counted from 0.
+    void move(int row, int before);
+    /// Puts a copy of page @p row before page @p before, and shows it.
+    void copy(int row, int before);
+
 private:
     int shownIndex() const;
     void addPage();
-    void duplicatePage();
     void deletePage();
-    void movePage(int step);
     void go(int step);
     void update();
 

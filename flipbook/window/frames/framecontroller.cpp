@@ -12,8 +12,8 @@
 #include "flipbook/window/frames/framemodel.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
-#include "flipbook/window/frames/rowmoves.h"
 #include "flipbook/window/import/importcontroller.h"
+#include "flipbook/window/lists/rowmoves.h"
 #include "flipbook/window/messagebar.h"
 #include "flipbook/window/session.h"
 

@@ -107,3 +107,9 @@ QVariant PageModel::data(const QModelIndex &index, int role) const
         return QVariant();
     }
 }
+
+Qt::ItemFlags PageModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags usual = QAbstractListModel::flags(index);
+    return index.isValid() ? usual | Qt::ItemIsDragEnabled : usual | Qt::ItemIsDropEnabled;
+}

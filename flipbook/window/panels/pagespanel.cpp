@@ -1,25 +1,21 @@
 #include "flipbook/window/panels/pagespanel.h"
 
+#include "flipbook/window/lists/draglist.h"
 #include "flipbook/window/panels/pagemodel.h"
 #include "flipbook/window/session.h"
 
-#include <QtWidgets/QListView>
 #include <QtWidgets/QVBoxLayout>
 
 PagesPanel::PagesPanel(Session &session, QWidget *parent)
     : QWidget(parent)
     , m_session(session)
     , m_model(new PageModel(session, this))
-    , m_view(new QListView(this))
+    , m_view(new DragList(QStringLiteral("application/x-flipbook-page-rows"), this))
 {
     m_view->setObjectName(QStringLiteral("pageList"));
     m_view->setAccessibleName(tr("Pages"));
-    m_view->setFrameShape(QFrame::NoFrame);
     m_view->setModel(m_model);
-    m_view->setViewMode(QListView::IconMode);
     m_view->setFlow(QListView::TopToBottom);
-    m_view->setWrapping(false);
-    m_view->setMovement(QListView::Static);
     m_view->setIconSize(QSize(PageModel::ThumbnailSide, PageModel::ThumbnailSide));
     m_view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_view->setSpacing(4);

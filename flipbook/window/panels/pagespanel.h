@@ -2,8 +2,8 @@
 
 #include <QtWidgets/QWidget>
 
+class DragList;
 class PageModel;
-class QListView;
 class Session;
 
 /// The pages as small pictures; the one that is chosen is shown.
@@ -14,10 +14,13 @@ class PagesPanel : public QWidget
 public:
     explicit PagesPanel(Session &session, QWidget *parent = nullptr);
 
+    /// Pages are dragged in it to other places.
+    DragList &list() const { return *m_view; }
+
 private:
     void followSession();
 
     Session &m_session;
     PageModel *m_model;
-    QListView *m_view;
+    DragList *m_view;
 };

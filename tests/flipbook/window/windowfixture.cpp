@@ -13,6 +13,7 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QListView>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
@@ -164,6 +165,35 @@ void WindowFixture::answerNext(int standardButton)
         QVERIFY2(box, "no question came up");
         box->button(QMessageBox::StandardButton(standardButton))->click();
     });
+}
+
+void WindowFixture::dragRow(QListView &list, int row, const QPoint &place,
+                            Qt::KeyboardModifiers modifiers,
+                            const std::function<bool()> &whileThere)
+{
+    QWindow *window = m_window->windowHandle();
+    const auto inWindow = [&](const QPoint &position) {
+        return list.viewport()->mapTo(m_window.get(), position);
+    };
+    const QModelIndex index = list.model()->index(row, 0);
+    list.scrollTo(index);
+    const QPoint from = inWindow(list.visualRect(index).center());
+    const QPoint to = inWindow(place);
+    const auto move = [&](const QPoint &position) {
+        QTest::mouseEvent(QTest::MouseMove, window, Qt::NoButton, modifiers, position);
+    };
+    QTest::mousePress(window, Qt::LeftButton, modifiers, from);
+    const int start = QApplication::startDragDistance();
+    move(from + QPoint(start, start));
+    // The next move begins the drag, which has an event loop of its own.
+    QTimer::singleShot(0, m_window.get(), [&] {
+        move((from + to) / 2);
+        move(to);
+        if (whileThere && !whileThere())
+            QTest::keyClick(window, Qt::Key_Escape);
+        QTest::mouseRelease(window, Qt::LeftButton, modifiers, to);
+    });
+    move(from + QPoint(2 * start, 2 * start));
 }
 
 void WindowFixture::drop(QWidget &viewport, const QPoint &position, const QStringList &files)

@@ -5,7 +5,10 @@
 
 #include <QtCore/QTemporaryDir>
 
+#include <functional>
 #include <memory>
+
+class QListView;
 
 /// The real window, shown, with its own settings file.
 class WindowFixture
@@ -42,6 +45,12 @@ public:
     void drag(const QPointF &from, const QPointF &to,
               Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(const QPointF &place, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+    /// Drags a row of a list with the mouse to @p place, in pixels of its contents. @p whileThere
+    /// is called before the button is let go, and Escape pressed in its place if it answers false.
+    void dragRow(QListView &list, int row, const QPoint &place,
+                 Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+                 const std::function<bool()> &whileThere = nullptr);
 
     /// Drops files on a view's contents, at a position in its pixels, and lets the window work.
     void drop(QWidget &viewport, const QPoint &position, const QStringList &files);

@@ -1,4 +1,4 @@
-#include "flipbook/window/frames/rowmoves.h"
+#include "flipbook/window/lists/rowmoves.h"
 
 #include <numeric>
 
