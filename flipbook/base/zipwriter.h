@@ -7,7 +7,7 @@
 
 /// Collects files into a zip archive in memory: on a full disk, an archive that is written piece by
 /// piece may be incomplete without an error. All files carry one date, so that equal contents give
-/// equal bytes.
+/// equal bytes. Functions throw std::bad_alloc if memory is used up; the archive is lost then.
 class ZipWriter
 {
 public:
