@@ -1,3 +1,4 @@
+#include "tests/flipbook/bombcheck.h"
 #include "tests/flipbook/bombs.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/filmbuilder.h"
@@ -36,21 +37,8 @@ private:
 namespace
 {
 
-constexpr qint64 budget = qint64(64) << 20;
-constexpr qint64 slack = qint64(64) << 20;
-
 // The longest that the decoder accepts.
 constexpr int textLength = 7900000;
-
-/// Sanitizers have memory of their own.
-bool isMeasured()
-{
-#if defined(__SANITIZE_ADDRESS__)
-    return false;
-#else
-    return true;
-#endif
-}
 
 QJsonObject background(double side, const QByteArray &frame)
 {
@@ -293,15 +281,7 @@ void TestBombs::bombs()
     QFETCH(QString, arguments);
     QFETCH(QString, message);
     QFETCH(int, status);
-    const QStringList words = arguments.split(QLatin1Char(' ')) +
-                              QStringList{QStringLiteral("--max-memory"), QStringLiteral("64M")};
-    const MeasuredRun run = measuredFlipbook(m_folder.path(), words);
-    qInfo("%.1f MiB at most, %.2f seconds", double(run.peakBytes) / (1 << 20), run.cpuSeconds);
-    if (isMeasured())
-        QVERIFY2(run.peakBytes <= budget + slack,
-                 qPrintable(QStringLiteral("%1 MiB").arg(run.peakBytes >> 20)));
-    QVERIFY2(run.err.contains(message), qPrintable(run.err));
-    QVERIFY2(run.status == status, qPrintable(run.err));
+    BombCheck::run(m_folder.path(), arguments, message, status);
 }
 
 void TestBombs::whatFitsIsNotRefused_data()
