@@ -22,6 +22,13 @@ CBaseObject *apply(Session &session, const QString &text, CBaseObject &film,
 CBaseObject *setFrames(Session &session, const QString &text, CBaseObject &film,
                        const Plugin::Frames &frames, int shown);
 
+/// Makes backgrounds of @p films, or normal objects again: those that are not yet, on top of their
+/// new layer. A background shows all its frames in its own size; undoing brings the sizes back.
+void setBackground(Session &session, const QString &text, const QList<CBaseObject *> &films,
+                   bool background);
+
+bool isBackground(CBaseObject &film);
+
 /// Puts @p successor in the place of @p film.
 CBaseObject *exchange(Session &session, const QString &text, CBaseObject &film,
                       OwnedObject successor);

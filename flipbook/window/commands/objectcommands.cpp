@@ -75,8 +75,8 @@ RemoveObjectsCommand::RemoveObjectsCommand(const QString &text, Page &page,
         m_objects.addPresent(*object);
 }
 
-ExchangeObjectCommand::ExchangeObjectCommand(const QString &text, Page &page, CBaseObject &before,
-                                             OwnedObject after)
+ExchangeObjectsCommand::ExchangeObjectsCommand(const QString &text, Page &page, CBaseObject &before,
+                                               OwnedObject after)
     : m_page(&page)
     , m_before(page)
     , m_after(page)
@@ -86,18 +86,32 @@ ExchangeObjectCommand::ExchangeObjectCommand(const QString &text, Page &page, CB
     m_after.add(std::move(after), page.placeOf(&before));
 }
 
-void ExchangeObjectCommand::undo()
+ExchangeObjectsCommand::ExchangeObjectsCommand(const QString &text, Page &page,
+                                               const QList<CBaseObject *> &before,
+                                               std::vector<OwnedObject> after, Page::Layer layer)
+    : m_page(&page)
+    , m_before(page)
+    , m_after(page)
+{
+    setText(text);
+    for (CBaseObject *object : before)
+        m_before.addPresent(*object);
+    for (OwnedObject &object : after)
+        m_after.add(std::move(object), {layer, std::numeric_limits<int>::max()});
+}
+
+void ExchangeObjectsCommand::undo()
 {
     exchange(m_after, m_before);
 }
 
-void ExchangeObjectCommand::redo()
+void ExchangeObjectsCommand::redo()
 {
     exchange(m_before, m_after);
 }
 
 /// In between nothing is selected, which nobody needs to see.
-void ExchangeObjectCommand::exchange(PlacedObjects &leaving, PlacedObjects &coming)
+void ExchangeObjectsCommand::exchange(PlacedObjects &leaving, PlacedObjects &coming)
 {
     {
         const QSignalBlocker blocker(m_page);

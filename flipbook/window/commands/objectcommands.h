@@ -61,11 +61,15 @@ private:
     PlacedObjects m_objects;
 };
 
-/// Puts an object in the place of another one.
-class ExchangeObjectCommand : public CNmUndoCmd
+/// Puts objects in the place of others.
+class ExchangeObjectsCommand : public CNmUndoCmd
 {
 public:
-    ExchangeObjectCommand(const QString &text, Page &page, CBaseObject &before, OwnedObject after);
+    /// @p after comes exactly where @p before was.
+    ExchangeObjectsCommand(const QString &text, Page &page, CBaseObject &before, OwnedObject after);
+    /// @p after comes on top of @p layer.
+    ExchangeObjectsCommand(const QString &text, Page &page, const QList<CBaseObject *> &before,
+                           std::vector<OwnedObject> after, Page::Layer layer);
 
     void undo() override;
     void redo() override;

@@ -17,11 +17,10 @@
 #include "flipbook/import/pictureformat.h"
 #include "flipbook/import/sourcefile.h"
 #include "flipbook/object/filmstate.h"
-#include "flipbook/object/objectprotocol.h"
 #include "flipbook/object/streamform.h"
+#include "flipbook/window/commands/filmedit.h"
 #include "flipbook/window/import/offeredpicture.h"
 #include "flipbook/window/progress.h"
-#include "host/specialpropertyids.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDir>
@@ -47,11 +46,6 @@ std::unique_ptr<QFile> temporaryFile(const QByteArray &bytes, const QString &sub
                       QStringLiteral("no private copy can be made: ") + file->errorString()};
     file->seek(0);
     return file;
-}
-
-bool isBackground(CBaseObject &object)
-{
-    return ObjectProtocol::ask<qint32>(object, SpecialPropertyId::AnimatedType) == 1;
 }
 
 Plugin::Frames repeated(const Plugin::Frames &frames, const RepeatPlan &plan)
@@ -161,7 +155,7 @@ void FilmReader::takeRoomFor(const StreamForm &form, CBaseObject &withoutFrames)
     MemoryAccount &memory = m_reading.memory();
     qint64 kept = FormMemory::BytesPerObject + bytesPerStateByte * form.state.size();
     qint64 work = 0;
-    if (isBackground(withoutFrames)) {
+    if (FilmEdit::isBackground(withoutFrames)) {
         const QSizeF size = withoutFrames.getSize();
         kept = Saturating::sum(kept, MemoryBudget::keptForTile(size));
         work = MemoryBudget::forTileAtWork(size);

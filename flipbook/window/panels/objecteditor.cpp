@@ -1,12 +1,10 @@
 #include "flipbook/window/panels/objecteditor.h"
 
-#include "flipbook/editing/frameeditor.h"
 #include "flipbook/object/filmstate.h"
-#include "flipbook/object/objectprotocol.h"
+#include "flipbook/window/commands/filmedit.h"
 #include "flipbook/window/commands/geometrycommand.h"
 #include "flipbook/window/commands/objectchange.h"
 #include "flipbook/window/session.h"
-#include "host/specialpropertyids.h"
 
 #include <QtCore/QSignalBlocker>
 #include <QtWidgets/QCheckBox>
@@ -33,8 +31,7 @@ enum Type { Normal = 0, Background = 1 };
 
 int typeOf(CBaseObject &object)
 {
-    const auto type = ObjectProtocol::ask<qint32>(object, SpecialPropertyId::AnimatedType);
-    return type == Background ? Background : Normal;
+    return FilmEdit::isBackground(object) ? Background : Normal;
 }
 
 QString nameOf(CBaseObject &object)
@@ -185,19 +182,10 @@ void ObjectEditor::connectType()
     connect(m_type, QOverload<int>::of(&QComboBox::activated), this, &ObjectEditor::changeType);
 }
 
-/// Each object records its own change: those of several objects are put together.
 void ObjectEditor::changeType(int type)
 {
-    QList<CBaseObject *> objects = m_session.selection();
-    objects.erase(std::remove_if(objects.begin(), objects.end(),
-                                 [type](CBaseObject *object) { return typeOf(*object) == type; }),
-                  objects.end());
-    if (objects.size() > 1)
-        m_session.undoStack().beginMacro(tr("Change %1").arg(tr("Type")));
-    for (CBaseObject *object : qAsConst(objects))
-        FrameEditor(*object).setBackground(type == Background);
-    if (objects.size() > 1)
-        m_session.undoStack().endMacro();
+    FilmEdit::setBackground(m_session, tr("Change %1").arg(tr("Type")), m_session.selection(),
+                            type == Background);
     refresh();
 }
 

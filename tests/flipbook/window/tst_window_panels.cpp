@@ -34,6 +34,7 @@ private Q_SLOTS:
     void whatSeveralObjectsDoNotShareIsBlank();
     void theTypeOfSeveralObjectsChangesInOneStep();
     void theTypeMovesTheObjectToTheBackground();
+    void aBackgroundThatWasResizedComesBackWithItsFrames();
     void settingsAreDrawnFromTheObjectsDescription();
     void thePlaySwitchFollowsTheObject();
     void intervalsTypedInARowAreOneStep();
@@ -208,8 +209,10 @@ void TestWindowPanels::theTypeOfSeveralObjectsChangesInOneStep()
     type.setCurrentIndex(1);
     Q_EMIT type.activated(1);
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Change Type")}));
-    QVERIFY(m_fixture->page().placeOf(m_film).layer == Page::Layer::Background);
-    QVERIFY(m_fixture->page().placeOf(&other).layer == Page::Layer::Background);
+    const QList<CBaseObject *> backgrounds = m_fixture->page().objects();
+    QCOMPARE(m_fixture->session().selection(), backgrounds);
+    for (CBaseObject *background : backgrounds)
+        QVERIFY(m_fixture->page().placeOf(background).layer == Page::Layer::Background);
     m_fixture->trigger("undo");
     QVERIFY(m_fixture->page().placeOf(m_film).layer == Page::Layer::Normal);
     QVERIFY(m_fixture->page().placeOf(&other).layer == Page::Layer::Normal);
@@ -221,11 +224,40 @@ void TestWindowPanels::theTypeMovesTheObjectToTheBackground()
     QCOMPARE(type.currentText(), QStringLiteral("Normal"));
     type.setCurrentIndex(1);
     Q_EMIT type.activated(1);
-    QVERIFY(m_fixture->page().placeOf(m_film).layer == Page::Layer::Background);
-    QCOMPARE(m_fixture->history().size(), 1);
+    CBaseObject &background = *m_fixture->session().film();
+    QVERIFY(m_fixture->page().placeOf(&background).layer == Page::Layer::Background);
+    QCOMPARE(m_fixture->frameColours(background),
+             QList<QColor>({QColor(Qt::red), QColor(Qt::green)}));
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Change Type")}));
+    type.setCurrentIndex(0);
+    Q_EMIT type.activated(0);
+    QVERIFY(m_fixture->page().placeOf(m_fixture->session().film()).layer == Page::Layer::Normal);
     m_fixture->trigger("undo");
+    m_fixture->trigger("undo");
+    QCOMPARE(m_fixture->session().film(), m_film);
     QVERIFY(m_fixture->page().placeOf(m_film).layer == Page::Layer::Normal);
     QTRY_COMPARE(type.currentText(), QStringLiteral("Normal"));
+}
+
+void TestWindowPanels::aBackgroundThatWasResizedComesBackWithItsFrames()
+{
+    const auto bytes = [this] {
+        QByteArray form;
+        QDataStream stream(&form, QIODevice::WriteOnly);
+        m_fixture->session().film()->save(stream);
+        return form;
+    };
+    const QByteArray before = bytes();
+    setNumber("width", 111);
+    auto &type = control<QComboBox>("type");
+    type.setCurrentIndex(1);
+    Q_EMIT type.activated(1);
+    // A background gives all its frames its own size when it is moved or resized.
+    QTest::keyClick(&m_fixture->view(), Qt::Key_Right);
+    setNumber("height", 60);
+    while (m_fixture->session().undoStack().canUndo())
+        m_fixture->trigger("undo");
+    QCOMPARE(bytes(), before);
 }
 
 void TestWindowPanels::settingsAreDrawnFromTheObjectsDescription()

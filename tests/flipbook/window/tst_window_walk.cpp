@@ -1,7 +1,7 @@
 #include "flipbook/document/documentfile.h"
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
-#include "flipbook/window/import/importcontroller.h"
+#include "flipbook/window/lists/draglist.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/window/windowfixture.h"
 #include "tests/support/gifbuilder.h"
@@ -103,6 +103,7 @@ private:
     void nudge();
     void work();
     void workOnFrames();
+    void dragAPage();
     void rename();
     void typeNumber();
     void setSwitch();
@@ -255,6 +256,16 @@ void TestWindowWalk::workOnFrames()
         Q_EMIT strip().copyWanted(rows, below(count + 1));
 }
 
+void TestWindowWalk::dragAPage()
+{
+    const int count = m_fixture->session().document().pages().size();
+    auto &list = control<DragList>("pageList");
+    if (byChance(3) && !isCrowded())
+        Q_EMIT list.copyWanted({below(count)}, below(count + 1));
+    else
+        Q_EMIT list.moveWanted({below(count)}, below(count + 1));
+}
+
 void TestWindowWalk::rename()
 {
     const int count = strip().model()->rowCount();
@@ -317,11 +328,12 @@ void TestWindowWalk::jumpInHistory()
 void TestWindowWalk::doSomething()
 {
     static constexpr void (TestWindowWalk::*deeds[])() = {
-        &TestWindowWalk::select,       &TestWindowWalk::select,   &TestWindowWalk::dragSomething,
-        &TestWindowWalk::dragAHandle,  &TestWindowWalk::nudge,    &TestWindowWalk::work,
-        &TestWindowWalk::work,         &TestWindowWalk::work,     &TestWindowWalk::work,
-        &TestWindowWalk::workOnFrames, &TestWindowWalk::rename,   &TestWindowWalk::typeNumber,
-        &TestWindowWalk::setSwitch,    &TestWindowWalk::addFiles, &TestWindowWalk::jumpInHistory};
+        &TestWindowWalk::select,       &TestWindowWalk::select,    &TestWindowWalk::dragSomething,
+        &TestWindowWalk::dragAHandle,  &TestWindowWalk::nudge,     &TestWindowWalk::work,
+        &TestWindowWalk::work,         &TestWindowWalk::work,      &TestWindowWalk::work,
+        &TestWindowWalk::workOnFrames, &TestWindowWalk::dragAPage, &TestWindowWalk::rename,
+        &TestWindowWalk::typeNumber,   &TestWindowWalk::setSwitch, &TestWindowWalk::addFiles,
+        &TestWindowWalk::jumpInHistory};
     (this->*deeds[below(int(std::size(deeds)))])();
     // What is queued happens at once or some steps later, as with a quick hand.
     if (!byChance(3))
