@@ -5,6 +5,7 @@
 #include "flipbook/import/naturalorder.h"
 #include "flipbook/window/actionset.h"
 #include "flipbook/window/commands/filmedit.h"
+#include "flipbook/window/commands/objectcommands.h"
 #include "flipbook/window/counted.h"
 #include "flipbook/window/frames/copynames.h"
 #include "flipbook/window/import/filmputting.h"
@@ -14,6 +15,7 @@
 #include "flipbook/window/session.h"
 
 #include <QtCore/QMimeData>
+#include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtWidgets/QAction>
@@ -147,16 +149,31 @@ void ImportController::importToPage(const QStringList &paths, std::optional<QPoi
     const PictureGroup group = groupPictures(files);
     if (group.pictures.isEmpty())
         return;
+    const QPointer<CBaseObject> joined(m_session.page()->objects().constLast());
     m_messages.tell(
         MessageBar::Kind::Information,
         tr("%1 pictures of the same size became the frames of one animation.")
             .arg(group.pictures.size()),
-        {{tr("One object for each picture"), [this, files, place] {
-              m_session.undoStack().undo();
-              std::vector<ReadFilm> singles;
-              if (m_work.run([&](FilmReader &reader) { singles = readAll(reader, files, false); }))
-                  putFilms(m_session, m_messages, std::move(singles), place);
+        {{tr("One object for each picture"), [this, joined, pictures = group.pictures, place] {
+              takeApart(joined, pictures, place);
           }}});
+}
+
+/// Puts an object for each picture in the place of the film that they became, as one step.
+void ImportController::takeApart(CBaseObject *joined, const QStringList &pictures,
+                                 std::optional<QPointF> place)
+{
+    auto *page = joined ? qobject_cast<Page *>(joined->scene()) : nullptr;
+    std::vector<ReadFilm> singles;
+    if (!page ||
+        !m_work.run([&](FilmReader &reader) { singles = readAll(reader, pictures, false); }))
+        return;
+    m_session.showPage(page);
+    m_session.undoStack().beginMacro(tr("One Object for Each Picture"));
+    m_session.push(
+        std::make_unique<RemoveObjectsCommand>(QString(), *page, QList<CBaseObject *>{joined}));
+    putFilms(m_session, m_messages, std::move(singles), place);
+    m_session.undoStack().endMacro();
 }
 
 void ImportController::importToPage(const OfferedPicture &picture, const QPointF &place)

@@ -52,6 +52,7 @@ private:
     /// The same as with files, for a picture that has none.
     void importToPage(const OfferedPicture &picture, const QPointF &place);
     void importToFilm(const OfferedPicture &picture, int before);
+    void takeApart(CBaseObject *joined, const QStringList &pictures, std::optional<QPointF> place);
     Plugin::Frames framesOf(const ReadFilm &film) const;
     QStringList choose(const QString &title);
     QStringList withoutDocuments(const QStringList &paths);

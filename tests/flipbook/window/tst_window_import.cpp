@@ -4,6 +4,7 @@
 #include "flipbook/window/frames/framepanel.h"
 #include "flipbook/window/frames/framestrip.h"
 #include "flipbook/window/import/importcontroller.h"
+#include "tests/flipbook/bombs.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/filmbuilder.h"
 #include "tests/flipbook/window/windowfixture.h"
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void aFileThatIsNoPictureIsNamedAndNothingChanges();
     void theGoodOnesAmongBadFilesAreImported();
     void beyondTheBudgetAQuestionIsAsked();
+    void beyondTheUsualBudgetAQuestionIsAskedToo();
     void aCancelledImportLeavesTheDocumentAsItWas();
     void theHintOfTheEmptyPageGoesWithTheFirstObject();
 
@@ -197,11 +199,19 @@ void TestWindowImport::theyCanBecomeSingleObjectsInstead()
     m_fixture->dropOnPage({200, 150}, {picture(QStringLiteral("p1.png"), Qt::red),
                                        picture(QStringLiteral("p2.png"), Qt::green)});
     QCOMPARE(objects().size(), 1);
+    // A step in between stays.
+    QTest::keyClick(&m_fixture->view(), Qt::Key_Right);
     m_fixture->choose(QStringLiteral("One object for each picture"));
     QCOMPARE(objects().size(), 2);
-    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Add 2 Objects")}));
+    QCOMPARE(m_fixture->history(),
+             QStringList({QStringLiteral("Add p1.png"), QStringLiteral("Nudge"),
+                          QStringLiteral("One Object for Each Picture")}));
     QCOMPARE(objects().constFirst()->getPos(), QPointF(180, 135));
     QCOMPARE(objects().constLast()->getPos(), QPointF(204, 159));
+    m_fixture->trigger("undo");
+    QCOMPARE(objects().size(), 1);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 2);
+    QCOMPARE(objects().constFirst()->getPos(), QPointF(181, 135));
 }
 
 void TestWindowImport::aFolderOfPicturesBecomesAFilm()
@@ -304,6 +314,35 @@ void TestWindowImport::beyondTheBudgetAQuestionIsAsked()
     m_fixture->answerNext(QMessageBox::Yes);
     m_fixture->window().importer().importToPage({path});
     QCOMPARE(objects().size(), 1);
+}
+
+void TestWindowImport::beyondTheUsualBudgetAQuestionIsAskedToo()
+{
+    // A hundred bytes that claim 30,000 x 30,000 pixels of four bytes, which are 3.4 GiB.
+    const QString path = m_fixture->path(QStringLiteral("poster.png"));
+    writeBytes(path, Bombs::claimingPng(30000, 30000));
+    for (const bool isStrip : {false, true}) {
+        QString question;
+        QTimer::singleShot(0, qApp, [&question] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            question = box ? box->text() : QString();
+            if (box)
+                box->reject();
+        });
+        if (isStrip) {
+            m_fixture->page().selectObjects({&m_fixture->addFilm({Qt::red})});
+            m_fixture->window().importer().importToFilm({path}, 0);
+        } else {
+            m_fixture->window().importer().importToPage({path});
+        }
+        QVERIFY2(question.startsWith(QLatin1String("poster.png would need ")) &&
+                     question.endsWith(QLatin1String("GiB of memory, which is more than the limit "
+                                                     "of 2.0 GiB.")),
+                 qPrintable(question));
+        QCOMPARE(objects().size(), isStrip ? 1 : 0);
+    }
+    QCOMPARE(m_fixture->history(), QStringList());
+    QCOMPARE(m_fixture->messages(), QStringList());
 }
 
 void TestWindowImport::aCancelledImportLeavesTheDocumentAsItWas()
