@@ -5,42 +5,32 @@
 #include "flipbook/window/session.h"
 
 #include <QtCore/QMimeData>
-#include <QtGui/QNativeGestureEvent>
-#include <QtGui/QWheelEvent>
-#include <QtWidgets/QGestureEvent>
+#include <QtGui/QKeyEvent>
 #include <QtWidgets/QScrollBar>
-
-#include <cmath>
 
 namespace
 {
 
-/// Room around a fitted page, in pixels.
-constexpr int FitMargin = 24;
 /// Of the line around a view that has the focus, in pixels.
 constexpr int FocusWidth = 2;
-/// Eight clicks of an ordinary wheel double the zoom.
-constexpr double WheelUnitsForDouble = 960.0;
 
 } // namespace
 
 PageView::PageView(Session &session, QWidget *parent)
-    : QGraphicsView(parent)
+    : ZoomView(parent)
     , m_session(session)
     , m_tool(session, *this)
 {
     setObjectName(QStringLiteral("pageView"));
     setAccessibleName(tr("Page"));
     setFrameShape(QFrame::NoFrame);
-    setTransformationAnchor(NoAnchor);
-    setResizeAnchor(NoAnchor);
     // Handles and outlines reach over the bounds of the objects that they belong to.
     setViewportUpdateMode(FullViewportUpdate);
     setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     setAcceptDrops(true);
     viewport()->setMouseTracking(true);
-    viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
-    viewport()->grabGesture(Qt::PinchGesture);
+    // A finger that came first has begun to drag.
+    connect(this, &ZoomView::pinched, this, [this] { m_tool.cancel(); });
     connect(&session, &Session::pageShown, this, &PageView::showPage);
     connect(&session, &Session::selectionChanged, viewport(), QOverload<>::of(&QWidget::update));
     showPage(session.page());
@@ -51,7 +41,7 @@ void PageView::showPage(Page *page)
     m_tool.cancel();
     setScene(page);
     updateSceneRect();
-    if (m_isFitted)
+    if (isFitted())
         fit();
 }
 
@@ -66,43 +56,10 @@ void PageView::updateSceneRect()
     setSceneRect(rect.adjusted(-margin, -margin, margin, margin));
 }
 
-double PageView::zoom() const
+QRectF PageView::contents() const
 {
-    return transform().m11();
-}
-
-void PageView::applyZoom(double zoom)
-{
-    const double bounded = qBound(MinZoom, zoom, MaxZoom);
-    setTransform(QTransform::fromScale(bounded, bounded));
-    Q_EMIT zoomChanged(bounded);
-}
-
-void PageView::setZoom(double zoom)
-{
-    m_isFitted = false;
-    const QPointF middle = mapToScene(viewport()->rect().center());
-    applyZoom(zoom);
-    centerOn(middle);
-}
-
-void PageView::zoomBy(double factor)
-{
-    setZoom(zoom() * factor);
-}
-
-void PageView::fit()
-{
-    m_isFitted = true;
     const Page *page = m_session.page();
-    if (!page)
-        return;
-    const QSizeF room = QSizeF(viewport()->size()) - QSizeF(2 * FitMargin, 2 * FitMargin);
-    const QSizeF size = page->pageRect().size();
-    const double zoom = std::min(room.width() / size.width(), room.height() / size.height());
-    // Pictures are made of pixels: a small page is not blown up.
-    applyZoom(std::min(zoom, 1.0));
-    centerOn(page->pageRect().center());
+    return page ? page->pageRect() : QRectF();
 }
 
 void PageView::drawBackground(QPainter *painter, const QRectF &exposed)
@@ -142,46 +99,7 @@ bool PageView::event(QEvent *event)
             return true;
         }
     }
-    return QGraphicsView::event(event);
-}
-
-/// Two fingers on a touchpad send gestures of the platform, those on a screen touches, in which Qt
-/// recognises a pinch.
-bool PageView::viewportEvent(QEvent *event)
-{
-    if (event->type() == QEvent::NativeGesture) {
-        const auto *gesture = static_cast<QNativeGestureEvent *>(event);
-        if (gesture->gestureType() == Qt::ZoomNativeGesture) {
-            zoomAt(gesture->pos(), 1.0 + gesture->value());
-            return true;
-        }
-    }
-    if (event->type() == QEvent::Gesture) {
-        if (const QGesture *gesture =
-                static_cast<QGestureEvent *>(event)->gesture(Qt::PinchGesture)) {
-            pinch(*static_cast<const QPinchGesture *>(gesture));
-            return true;
-        }
-    }
-    return QGraphicsView::viewportEvent(event);
-}
-
-void PageView::pinch(const QPinchGesture &gesture)
-{
-    // A finger that came first has begun to drag.
-    m_tool.cancel();
-    if (gesture.changeFlags() & QPinchGesture::ScaleFactorChanged)
-        zoomAt(viewport()->mapFromGlobal(gesture.centerPoint().toPoint()), gesture.scaleFactor());
-}
-
-void PageView::zoomAt(const QPoint &position, double factor)
-{
-    m_isFitted = false;
-    const QPointF below = mapToScene(position);
-    applyZoom(zoom() * factor);
-    const QPointF shift = mapToScene(position) - below;
-    const QPointF middle = mapToScene(viewport()->rect().center());
-    centerOn(middle - shift);
+    return ZoomView::event(event);
 }
 
 void PageView::startPanning(const QPoint &position)
@@ -226,17 +144,6 @@ void PageView::mouseReleaseEvent(QMouseEvent *event)
         m_tool.release();
 }
 
-void PageView::wheelEvent(QWheelEvent *event)
-{
-    if (!(event->modifiers() & Qt::ControlModifier)) {
-        QGraphicsView::wheelEvent(event);
-        return;
-    }
-    zoomAt(event->position().toPoint(),
-           std::pow(2.0, event->angleDelta().y() / WheelUnitsForDouble));
-    event->accept();
-}
-
 void PageView::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Space) {
@@ -262,19 +169,12 @@ void PageView::keyReleaseEvent(QKeyEvent *event)
     m_tool.keyRelease(event->modifiers());
 }
 
-void PageView::resizeEvent(QResizeEvent *event)
-{
-    QGraphicsView::resizeEvent(event);
-    if (m_isFitted)
-        fit();
-}
-
 /// Whoever uses the keyboard sees that the keys work on the page.
 void PageView::focusInEvent(QFocusEvent *event)
 {
     m_showsFocus =
         event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
-    QGraphicsView::focusInEvent(event);
+    ZoomView::focusInEvent(event);
 }
 
 void PageView::focusOutEvent(QFocusEvent *event)
@@ -282,7 +182,7 @@ void PageView::focusOutEvent(QFocusEvent *event)
     m_showsFocus = false;
     m_spaceIsDown = false;
     viewport()->unsetCursor();
-    QGraphicsView::focusOutEvent(event);
+    ZoomView::focusOutEvent(event);
 }
 
 void PageView::dragEnterEvent(QDragEnterEvent *event)
