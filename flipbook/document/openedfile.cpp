@@ -20,8 +20,8 @@ OpenedFile openFile(const Plugin &plugin, const QString &path, Reading &reading)
     Source source = reading.open(path);
     if (kindOf(source, path) == SourceKind::Document) {
         if (reading.sheetCut())
-            throw Failure{path, QStringLiteral("only a picture can be cut into frames, and this "
-                                               "is: document")};
+            throw Failure{path, QStringLiteral("only a still picture can be cut into frames, "
+                                               "not a document")};
         LoadedDocument loaded = loadDocument(plugin, std::move(source.file), path, reading);
         opened.document = std::move(loaded.document);
         opened.warnings = loaded.warnings;

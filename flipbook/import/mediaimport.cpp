@@ -110,10 +110,9 @@ std::optional<DecodedFilm> readFilm(QFile &file, const QString &path, Reading &r
     return std::nullopt;
 }
 
-[[noreturn]] void refuseToCut(const QString &path, const QString &format)
+[[noreturn]] void refuseToCut(const QString &path, const QString &what)
 {
-    throw Failure{path,
-                  QStringLiteral("only a picture can be cut into frames, and this is: ") + format};
+    throw Failure{path, QStringLiteral("only a still picture can be cut into frames, not ") + what};
 }
 
 void importOther(ImportedMedia &media, const Plugin &plugin, QFile &file, const QString &path,
@@ -123,7 +122,7 @@ void importOther(ImportedMedia &media, const Plugin &plugin, QFile &file, const 
     const std::optional<SheetCut> &cut = reading.sheetCut();
     if (const std::optional<DecodedFilm> film = readFilm(file, path, reading)) {
         if (cut)
-            refuseToCut(path, film->format);
+            refuseToCut(path, QStringLiteral("an animation"));
         takeOver(media, plugin, *film, name);
         return;
     }
@@ -140,7 +139,7 @@ void importAnyFolder(ImportedMedia &media, const Plugin &plugin, const FileHandl
                      const QString &path, Reading &reading)
 {
     if (reading.sheetCut())
-        refuseToCut(path, QStringLiteral("folder"));
+        refuseToCut(path, QStringLiteral("a folder"));
     if (Reading::holds(folder, QStringLiteral("config.json")))
         importFolder(media, folder, path, reading);
     else
@@ -170,7 +169,7 @@ ImportedMedia importMedia(const Plugin &plugin, Source &source, const QString &p
     switch (kind) {
     case SourceKind::Gif:
         if (reading.sheetCut())
-            refuseToCut(path, QStringLiteral("GIF"));
+            refuseToCut(path, QStringLiteral("a GIF"));
         importGif(media, *source.file, path, reading);
         break;
     case SourceKind::FrameFolder:

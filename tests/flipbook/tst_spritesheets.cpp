@@ -229,8 +229,8 @@ void TestSpriteSheets::onlyPicturesAreCut()
     const FlipbookRun run =
         flipbook({QStringLiteral("info"), gif, QStringLiteral("--grid"), QStringLiteral("2x1")});
     QCOMPARE(run.status, 1);
-    QCOMPARE(run.err, QStringLiteral("flipbook: %1: only a picture can be cut into frames, and "
-                                     "this is: GIF\n")
+    QCOMPARE(run.err, QStringLiteral("flipbook: %1: only a still picture can be cut into frames, "
+                                     "not a GIF\n")
                           .arg(gif));
 }
 
