@@ -4,6 +4,7 @@
 
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 
 namespace
 {
@@ -99,6 +100,13 @@ void FrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         style->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, option.widget);
     }
     painter->restore();
+}
+
+void FrameDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    const auto *line = qobject_cast<QLineEdit *>(editor);
+    if (!line || !line->isModified())
+        QStyledItemDelegate::setEditorData(editor, index);
 }
 
 void FrameDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,

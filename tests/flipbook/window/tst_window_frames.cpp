@@ -32,6 +32,7 @@ private Q_SLOTS:
     void theStripShowsTheFramesOfTheSelectedFilm();
     void framesReadForAScreenReader();
     void aClickShowsAFrameAndMarksIt();
+    void theMarkFollowsAFilmThatPlays();
     void insertedBlanksComeAfterTheSelection();
     void duplicatesComeAfterTheSelectionWithNamesOfTheirOwn();
     void deletingSeveralFramesIsOneStep();
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void withCtrlTheyAreCopied();
     void rowsOfAnotherProcessAreNotTaken();
     void aFrameIsRenamedInPlace();
+    void aDoubleClickRenamesAFrame();
     void aClickOnAnotherFilmEndsTheRenamingOfAFrame();
     void aReplacedFrameKeepsItsNameAndItsSizeOnThePage();
     void undoneEditsGiveTheFirstBytes();
@@ -102,6 +104,21 @@ void TestWindowFrames::aClickShowsAFrameAndMarksIt()
     QCOMPARE(AnimatedObject(film()).shownIndex(), 2);
     QTRY_VERIFY(third.data(FrameModel::RunningRole).toBool());
     QCOMPARE(strip().selectedRows(), QVector<int>({2}));
+    QCOMPARE(m_fixture->history(), QStringList());
+}
+
+void TestWindowFrames::theMarkFollowsAFilmThatPlays()
+{
+    AnimatedObject(film()).setInterval(1);
+    QSignalSpy marks(&m_fixture->window().frames().model(), &FrameModel::runningRowChanged);
+    m_fixture->trigger("play");
+    QTRY_VERIFY(marks.count() >= 5);
+    m_fixture->trigger("play");
+    QCoreApplication::processEvents();
+    const int shown = AnimatedObject(film()).shownIndex();
+    for (int row = 0; row < 4; ++row)
+        QCOMPARE(strip().model()->index(row, 0).data(FrameModel::RunningRole).toBool(),
+                 row == shown);
     QCOMPARE(m_fixture->history(), QStringList());
 }
 
@@ -239,6 +256,19 @@ void TestWindowFrames::aFrameIsRenamedInPlace()
     QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Rename Frame")}));
     m_fixture->trigger("undo");
     QCOMPARE(names().at(1), QStringLiteral("film_2"));
+}
+
+void TestWindowFrames::aDoubleClickRenamesAFrame()
+{
+    const QPoint middle = strip().visualRect(strip().model()->index(2, 0)).center();
+    QTest::mouseClick(strip().viewport(), Qt::LeftButton, {}, middle);
+    QTest::mouseDClick(strip().viewport(), Qt::LeftButton, {}, middle);
+    auto *editor = strip().findChild<QLineEdit *>();
+    QVERIFY(editor);
+    QCOMPARE(editor->text(), QStringLiteral("film_3"));
+    QTest::keyClicks(editor, QStringLiteral("land"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_COMPARE(names().at(2), QStringLiteral("land"));
 }
 
 void TestWindowFrames::aClickOnAnotherFilmEndsTheRenamingOfAFrame()
