@@ -10,6 +10,7 @@
 
 #include <QtCore/QBuffer>
 #include <QtCore/QMimeData>
+#include <QtCore/QUrl>
 #include <QtGui/QClipboard>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
@@ -27,6 +28,7 @@ private Q_SLOTS:
 
     void picturesAreReadByTheirContent_data();
     void picturesAreReadByTheirContent();
+    void copiedFilesAreReadLikeDroppedOnes();
     void whatIsNoPictureIsNamedAndTheDocumentStays_data();
     void whatIsNoPictureIsNamedAndTheDocumentStays();
     void aHugePictureRaisesAQuestion();
@@ -113,6 +115,27 @@ void TestWindowClipboard::picturesAreReadByTheirContent()
     m_fixture->trigger("paste");
     QTRY_COMPARE(strip().model()->rowCount(), 2 + frames);
     QCOMPARE(m_fixture->messages(), QStringList());
+}
+
+void TestWindowClipboard::copiedFilesAreReadLikeDroppedOnes()
+{
+    const QString film = m_fixture->path(QStringLiteral("a.gif"));
+    GifBuilder(60, 20).add(0, 10).add(1, 10).add(2, 10).write(film);
+    const auto copy = [&film] {
+        auto *data = new QMimeData;
+        data->setUrls({QUrl::fromLocalFile(film)});
+        QApplication::clipboard()->setMimeData(data);
+    };
+    copy();
+    m_fixture->trigger("paste");
+    QTRY_COMPARE(objects().size(), 2);
+    QCOMPARE(AnimatedObject(*objects().constLast()).frameCount(), 3);
+    QCOMPARE(m_fixture->history(), QStringList({QStringLiteral("Add a.gif")}));
+    m_fixture->page().selectObjects({m_film});
+    strip().setFocus();
+    copy();
+    m_fixture->trigger("paste");
+    QTRY_COMPARE(strip().model()->rowCount(), 5);
 }
 
 void TestWindowClipboard::whatIsNoPictureIsNamedAndTheDocumentStays_data()

@@ -1,4 +1,5 @@
 #include "flipbook/base/reading.h"
+#include "flipbook/document/documentfile.h"
 #include "flipbook/import/gifframes.h"
 #include "flipbook/import/mediaimport.h"
 #include "flipbook/window/frames/framepanel.h"
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void theGoodOnesAmongBadFilesAreImported();
     void beyondTheBudgetAQuestionIsAsked();
     void beyondTheUsualBudgetAQuestionIsAskedToo();
+    void filesOfTheCommandLineAreOpenedOrAdded();
     void aCancelledImportLeavesTheDocumentAsItWas();
     void theHintOfTheEmptyPageGoesWithTheFirstObject();
 
@@ -343,6 +345,17 @@ void TestWindowImport::beyondTheUsualBudgetAQuestionIsAskedToo()
     }
     QCOMPARE(m_fixture->history(), QStringList());
     QCOMPARE(m_fixture->messages(), QStringList());
+}
+
+void TestWindowImport::filesOfTheCommandLineAreOpenedOrAdded()
+{
+    const QString document = m_fixture->path(QStringLiteral("a.flipbook"));
+    saveDocument(m_fixture->session().document(), document);
+    const QString film = gif(QStringLiteral("a.gif"), {10, 10});
+    m_fixture->window().openFiles({film, document});
+    QCOMPARE(m_fixture->session().path(), document);
+    QCOMPARE(objects().size(), 1);
+    QCOMPARE(AnimatedObject(*objects().constFirst()).frameCount(), 2);
 }
 
 void TestWindowImport::aCancelledImportLeavesTheDocumentAsItWas()

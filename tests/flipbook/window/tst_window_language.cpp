@@ -7,6 +7,7 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QListView>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QTableWidget>
 
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void everyActionHasAToolTipAndAPlaceInAMenu();
     void noShortcutMeansTwoThings();
     void everyControlHasANameForScreenReaders();
+    void pagesReadForAScreenReader();
     void theSheetListsTheKeys();
 
 private:
@@ -127,6 +129,15 @@ void TestWindowLanguage::everyControlHasANameForScreenReaders()
             nameless << type + QLatin1Char(' ') + widget->objectName();
     }
     QCOMPARE(nameless, QStringList());
+}
+
+void TestWindowLanguage::pagesReadForAScreenReader()
+{
+    WindowFixture fixture;
+    fixture.trigger("add-page");
+    const auto *list = fixture.window().findChild<QListView *>(QStringLiteral("pageList"));
+    QCOMPARE(list->model()->index(1, 0).data(Qt::AccessibleTextRole).toString(),
+             QStringLiteral("Page 2 of 2"));
 }
 
 void TestWindowLanguage::theSheetListsTheKeys()

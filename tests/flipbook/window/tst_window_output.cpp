@@ -9,10 +9,26 @@
 #include "tests/support/gifbuilder.h"
 
 #include <QtCore/QDir>
+#include <QtGui/QDesktopServices>
 #include <QtTest/QtTest>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
+
+/// The desktop, which is asked to open files and folders.
+class Desktop : public QObject
+{
+    Q_OBJECT
+
+public:
+    Desktop() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
+    ~Desktop() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+
+    QStringList opened;
+
+public Q_SLOTS:
+    void open(const QUrl &url) { opened.append(url.toLocalFile()); }
+};
 
 /// Exports, the copy of unsaved work, and documents that are open elsewhere. A film of 40 x 30 with
 /// two frames, red and green, lies at (100, 100).
@@ -27,6 +43,7 @@ private Q_SLOTS:
     void cleanup() { m_fixture.reset(); }
 
     void aPageIsExportedAsAPicture();
+    void theMessageOpensWhatWasWritten();
     void framesAreExportedAsTheCommandWritesThem();
     void aContactSheetIsPainted();
     void aRecordingHasTwentyFivePicturesASecond();
@@ -77,6 +94,21 @@ void TestWindowOutput::aPageIsExportedAsAPicture()
     QCOMPARE(picture.pixelColor(90, 90), QColor(Qt::white));
     QCOMPARE(m_fixture->messages(),
              QStringList({QStringLiteral("Written to ") + path(QStringLiteral("p.png"))}));
+}
+
+void TestWindowOutput::theMessageOpensWhatWasWritten()
+{
+    const Desktop desktop;
+    exporter().exportFrames(path(QStringLiteral("frames")));
+    QCOMPARE(m_fixture->messages(),
+             QStringList({QStringLiteral("Written to ") + path(QStringLiteral("frames"))}));
+    m_fixture->choose(QStringLiteral("Open"));
+    QCOMPARE(desktop.opened, QStringList({path(QStringLiteral("frames"))}));
+    // A file may be of a type that nothing opens: its folder is opened.
+    exporter().exportSprite(path(QStringLiteral("a.sprite3")));
+    m_fixture->choose(QStringLiteral("Open folder"));
+    QCOMPARE(desktop.opened.size(), 2);
+    QCOMPARE(desktop.opened.last(), QFileInfo(path(QStringLiteral("a.sprite3"))).absolutePath());
 }
 
 void TestWindowOutput::framesAreExportedAsTheCommandWritesThem()

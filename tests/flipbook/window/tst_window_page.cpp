@@ -1,6 +1,7 @@
 #include "tests/flipbook/window/windowfixture.h"
 
 #include <QtTest/QtTest>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QGestureEvent>
 
 /// The mouse and the arrow keys on the page. A film of 40 x 30 is at (100, 100); one unit of the
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void shiftKeepsTheMoveToOneDirection();
     void aCornerKeepsTheRatioByDefault();
     void shiftFreesTheRatio();
+    void withoutTheRatioShiftKeepsIt();
     void altResizesAboutTheCentre();
     void anEdgeFollowsTheRatioToo();
     void theRotationHandleTurns();
@@ -101,6 +103,22 @@ void TestWindowPage::shiftFreesTheRatio()
     m_fixture->drag({100, 100}, {60, 90}, Qt::ShiftModifier);
     QCOMPARE(film().getSize(), QSizeF(80, 40));
     QCOMPARE(film().getPos(), QPointF(60, 90));
+}
+
+void TestWindowPage::withoutTheRatioShiftKeepsIt()
+{
+    select();
+    m_fixture->window().findChild<QCheckBox *>(QStringLiteral("keepRatio"))->click();
+    m_fixture->drag({140, 130}, {180, 130});
+    QCOMPARE(film().getSize(), QSizeF(80, 30));
+    m_fixture->trigger("undo");
+    m_fixture->drag({140, 130}, {180, 130}, Qt::ShiftModifier);
+    QCOMPARE(film().getSize(), QSizeF(80, 60));
+    m_fixture->trigger("undo");
+    // The keys work together.
+    m_fixture->drag({140, 130}, {160, 130}, Qt::AltModifier);
+    QCOMPARE(film().getSize(), QSizeF(80, 30));
+    QCOMPARE(film().getPos(), QPointF(80, 100));
 }
 
 void TestWindowPage::altResizesAboutTheCentre()
