@@ -61,7 +61,8 @@ private:
 
 } // namespace
 
-/// Each fuzz target, without the fuzzer: on what was found once, and on a few bytes of chance.
+/// Each fuzz target, without the fuzzer: on what was found once, on inputs that reach
+/// different code, and on a few bytes of chance.
 class TestFuzzFindings : public QObject
 {
     Q_OBJECT
@@ -69,6 +70,8 @@ class TestFuzzFindings : public QObject
 private Q_SLOTS:
     void whatWasFoundOnceEndsWell_data();
     void whatWasFoundOnceEndsWell();
+    void theCorpusEndsWell_data();
+    void theCorpusEndsWell();
     void anyBytesEndWell_data();
     void anyBytesEndWell();
 };
@@ -97,6 +100,31 @@ void TestFuzzFindings::whatWasFoundOnceEndsWell()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const Silence silence;
     QCOMPARE(run(targets().value(target), file.readAll()), 0);
+}
+
+void TestFuzzFindings::theCorpusEndsWell_data()
+{
+    QTest::addColumn<QString>("target");
+    const QDir corpus(QStringLiteral(CORPUS_FOLDER));
+    const QStringList names = corpus.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QVERIFY(!names.isEmpty());
+    for (const QString &target : names)
+        QTest::newRow(qPrintable(target)) << target;
+}
+
+void TestFuzzFindings::theCorpusEndsWell()
+{
+    QFETCH(QString, target);
+    QVERIFY2(targets().contains(target), "no fuzz target has the name of this folder");
+    const QDir folder(QDir(QStringLiteral(CORPUS_FOLDER)).filePath(target));
+    const QStringList names = folder.entryList(QDir::Files);
+    QVERIFY(!names.isEmpty());
+    const Silence silence;
+    for (const QString &name : names) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(run(targets().value(target), file.readAll()), 0);
+    }
 }
 
 void TestFuzzFindings::anyBytesEndWell_data()
