@@ -145,9 +145,13 @@ private:
         return picture;
     }
 
-    /// From an object that lives, also from itself, or an address of none.
+    /// From an object that lives, also from itself, or an address of none. An object that copies
+    /// itself has twice as many frames, and after twenty times more than a run has time for.
     void copy()
     {
+        constexpr int mostFrames = 1000;
+        if (AnimatedImageProbe(*m_image).storedFrames().size() > mostFrames)
+            return;
         const std::array<CGDRootObject *, 3> sources = {m_stage.image, m_other.data(), nullptr};
         const auto *source = sources.at(std::size_t(m_script.byte()) % sources.size());
         Request request(Request::packed(reinterpret_cast<qint64>(source) + m_script.byte() / 64));
