@@ -16,8 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray file = Fuzzing::bytes(data, size);
     const auto claimed = WebpFile::sizeOf(file.left(WebpFile::StartLength));
-    const bool isSmall =
-        claimed && qint64(claimed->width()) * claimed->height() * 16 <= maxMemory;
+    const bool isSmall = claimed && qint64(claimed->width()) * claimed->height() * 16 <= maxMemory;
     if (isSmall) {
         const QImage still = WebpFile::readStill(file);
         Fuzzing::require(still.isNull() || still.size() == *claimed, "another size than claimed");
