@@ -7,7 +7,7 @@ namespace
 {
 
 /// Less than other targets allow: a canvas is filled in each run, and has no byte in the file.
-constexpr qint64 maxMemory = 1024 * 1024;
+constexpr qint64 MaxMemory = 1 << 20;
 
 } // namespace
 
@@ -16,18 +16,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray file = Fuzzing::bytes(data, size);
     const auto claimed = WebpFile::sizeOf(file.left(WebpFile::StartLength));
-    const bool isSmall = claimed && qint64(claimed->width()) * claimed->height() * 16 <= maxMemory;
+    const bool isSmall = claimed && qint64(claimed->width()) * claimed->height() * 16 <= MaxMemory;
     if (isSmall) {
         const QImage still = WebpFile::readStill(file);
         Fuzzing::require(still.isNull() || still.size() == *claimed, "another size than claimed");
     }
     try {
-        MemoryAccount memory(maxMemory);
+        MemoryAccount memory(MaxMemory);
         const DecodedFilm film = WebpFile::readFilm(file, QStringLiteral("film.webp"), memory);
         qint64 decoded = 0;
         for (const QImage &picture : film.pictures)
             decoded += picture.sizeInBytes();
-        Fuzzing::require(decoded <= maxMemory, "more memory than was allowed");
+        Fuzzing::require(decoded <= MaxMemory, "more memory than was allowed");
     } catch (const Failure &) {
         return 0;
     }
