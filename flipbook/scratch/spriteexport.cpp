@@ -230,6 +230,7 @@ QVector<Costume> SpriteExporter::framesOf(AnimatedObject &object, const QString 
         costume.name = Names::costume(frame.first, takenNames);
         count(costume, name);
         costumes.append(costume);
+        m_progress(costumes.size(), frames.size());
     }
     return costumes;
 }
@@ -249,6 +250,7 @@ QVector<Costume> SpriteExporter::costumesOf(AnimatedObject &object, const QStrin
         Costume costume = costumeAs(json, readPicture(json, prefix, name), object.base(), name);
         costume.name = Names::costume(json.value(QLatin1String("name")).toString(), takenNames);
         costumes.append(costume);
+        m_progress(costumes.size(), list.size());
     }
     return costumes;
 }

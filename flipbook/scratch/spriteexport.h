@@ -6,6 +6,8 @@
 #include <QtCore/QSet>
 #include <QtCore/QStringList>
 
+#include <functional>
+
 class AnimatedObject;
 class CBaseObject;
 class MemoryAccount;
@@ -35,6 +37,11 @@ public:
     /// Costumes get @p scale times as many pixels on each side; the sprites look as large as they
     /// would without.
     void setPictureScale(double scale) { m_pictureScale = scale; }
+
+    /// Called after each costume with how many of its sprite's costumes are done. What it throws
+    /// ends exported(), which leaves the object as it was.
+    using CostumeProgress = std::function<void(int done, int all)>;
+    void setProgress(const CostumeProgress &progress) { m_progress = progress; }
 
     /// The sprite of @p object, named @p name as far as Scratch and the other sprites allow. Its
     /// costumes are shown for @p delaysMs milliseconds, one time for each frame; any other number
@@ -66,6 +73,7 @@ private:
     StagePlacement m_placement;
     bool m_withScripts;
     double m_pictureScale = 1.0;
+    CostumeProgress m_progress = [](int, int) {};
     QSet<QString> m_takenNames;
     QStringList m_remarks;
 };

@@ -11,8 +11,6 @@
 namespace
 {
 
-/// How often the event loop gets its turn.
-constexpr int StepMs = 30;
 constexpr int Thousandths = 1000;
 
 bool isInput(QEvent::Type type)
@@ -39,8 +37,9 @@ bool isInput(QEvent::Type type)
 
 } // namespace
 
-Progress::Progress(QStatusBar &bar)
+Progress::Progress(QStatusBar &bar, int firstTurnMs)
     : m_bar(bar)
+    , m_lastStepMs(firstTurnMs - StepMs)
 {
     m_time.start();
     qApp->installEventFilter(this);

@@ -19,8 +19,9 @@ class Progress : public QObject
     Q_OBJECT
 
 public:
-    /// From now to its destruction input goes to the Cancel button alone.
-    explicit Progress(QStatusBar &bar);
+    /// From now to its destruction input goes to the Cancel button alone. The window gets its turn
+    /// at the first step after @p firstTurnMs milliseconds.
+    explicit Progress(QStatusBar &bar, int firstTurnMs = StepMs);
     ~Progress() override;
 
     /// Tells how far the work is. @throw Cancelled
@@ -29,13 +30,15 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
     static constexpr int ShowAfterMs = 500;
+    /// How often the event loop gets its turn.
+    static constexpr int StepMs = 30;
 
 private:
     void show();
 
     QStatusBar &m_bar;
     QElapsedTimer m_time;
-    qint64 m_lastStepMs = 0;
+    qint64 m_lastStepMs;
     bool m_isCancelled = false;
     QLabel *m_text = nullptr;
     QProgressBar *m_progress = nullptr;

@@ -9,6 +9,7 @@
 #include "flipbook/export/frameexport.h"
 #include "flipbook/export/webpage.h"
 #include "flipbook/object/animatedobject.h"
+#include "flipbook/object/stillframes.h"
 #include "flipbook/scratch/package.h"
 #include "flipbook/scratch/spriteexport.h"
 #include "flipbook/window/actionset.h"
@@ -159,12 +160,15 @@ void ExportController::run(const QString &path, const Work &work)
 {
     QString problem;
     try {
-        Progress progress(*m_window.statusBar());
+        // What is short can be cancelled too.
+        Progress progress(*m_window.statusBar(), 0);
         const QStringList remarks = work(progress);
         tellDone(path, remarks);
         return;
     } catch (const Cancelled &) {
         // What is written appears at its path only when it is complete.
+        m_messages.tell(MessageBar::Kind::Information,
+                        tr("Export to %1 cancelled. Nothing was written.").arg(path));
         return;
     } catch (const Failure &failure) {
         problem = QStringLiteral("%1: %2").arg(failure.subject, failure.reason);
@@ -188,10 +192,11 @@ void ExportController::tellDone(const QString &path, const QStringList &remarks)
 
 void ExportController::exportPicture(const QString &path)
 {
-    run(path, [this, &path](Progress &) {
+    run(path, [this, &path](Progress &progress) {
         const QImage picture = m_session.page()->rendered();
         if (picture.isNull())
             throw Failure{path, tr("the page is too large for a picture")};
+        progress.step(tr("Writing the picture"), 1, 2);
         writePng(path, picture);
         return QStringList();
     });
@@ -236,6 +241,7 @@ void ExportController::exportSheet(const QString &path)
 void ExportController::exportRecording(const QString &folder, double seconds)
 {
     const QList<CBaseObject *> selected = m_session.selection();
+    const StillFrames shown(m_session.document());
     run(folder, [this, &folder, seconds](Progress &progress) {
         OutputFolder output(folder);
         recordPage(m_session.document(), *m_session.page(), output, seconds,
@@ -245,6 +251,7 @@ void ExportController::exportRecording(const QString &folder, double seconds)
         output.finish();
         return QStringList();
     });
+    shown.restore();
     m_session.page()->selectObjects(selected);
 }
 
@@ -253,10 +260,13 @@ void ExportController::exportSprite(const QString &path)
     CBaseObject *film = m_session.film();
     if (!film)
         return;
-    run(path, [this, film, &path](Progress &) {
+    run(path, [this, film, &path](Progress &progress) {
         MemoryAccount memory(MemoryBudget::Default);
         const StagePlacement placement(m_session.page()->pageRect());
         SpriteExporter exporter(m_session.plugin(), placement, true, memory);
+        exporter.setProgress([&progress](int done, int all) {
+            progress.step(tr("Writing frame %1 of %2").arg(done).arg(all), done, all);
+        });
         AnimatedObject animated(*film);
         writeFile(path, spritePackage(exporter.exported(animated, animated.name())));
         return exporter.remarks();
@@ -271,11 +281,14 @@ void ExportController::exportProject(const QString &path)
         SpriteExporter exporter(m_session.plugin(), placement, true, memory);
         QVector<Sprite> sprites;
         const QList<CBaseObject *> objects = m_session.page()->objects();
+        exporter.setProgress([&](int done, int all) {
+            const int sprite = sprites.size();
+            progress.step(tr("Writing sprite %1 of %2").arg(sprite + 1).arg(objects.size()),
+                          qint64(sprite) * all + done, qint64(objects.size()) * all);
+        });
         for (CBaseObject *object : objects) {
             AnimatedObject animated(*object);
             sprites.append(exporter.exported(animated, animated.name()));
-            progress.step(tr("Writing sprite %1 of %2").arg(sprites.size()).arg(objects.size()),
-                          sprites.size(), objects.size());
         }
         writeFile(path, projectPackage(sprites));
         return exporter.remarks();

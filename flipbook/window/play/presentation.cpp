@@ -30,6 +30,7 @@ Presentation::Presentation(Document &document, Page &page, bool plays)
     : QGraphicsView(&page)
     , m_document(document)
     , m_page(page)
+    , m_stills(document)
     , m_pointerTimer(new QTimer(this))
 {
     setObjectName(QStringLiteral("presentation"));
@@ -41,6 +42,7 @@ Presentation::Presentation(Document &document, Page &page, bool plays)
     setViewportUpdateMode(FullViewportUpdate);
     setSceneRect(page.pageRect());
     viewport()->setMouseTracking(true);
+    m_pointerTimer->setObjectName(QStringLiteral("pointerTimer"));
     m_pointerTimer->setSingleShot(true);
     m_pointerTimer->setInterval(HidePointerMs);
     connect(m_pointerTimer, &QTimer::timeout, this,
@@ -56,15 +58,6 @@ Presentation::~Presentation()
 
 void Presentation::start(bool plays)
 {
-    const QList<Page *> pages = m_document.pages();
-    for (const Page *page : pages) {
-        const QList<CBaseObject *> objects = page->objects();
-        for (CBaseObject *object : objects) {
-            const AnimatedObject animated(*object);
-            if (!animated.isPlaying() && animated.frameCount() > 0)
-                m_stills.append({object, animated.shownIndex()});
-        }
-    }
     m_document.enterAlternateMode();
     const QList<CBaseObject *> objects = m_page.objects();
     for (CBaseObject *object : objects) {
@@ -81,10 +74,7 @@ void Presentation::end()
     m_hasEnded = true;
     setScene(nullptr);
     m_document.leaveAlternateMode();
-    for (const Still &still : qAsConst(m_stills)) {
-        if (still.object)
-            AnimatedObject(*still.object).showFrame(still.shown);
-    }
+    m_stills.restore();
     Q_EMIT ended();
 }
 
@@ -97,12 +87,17 @@ void Presentation::closeEvent(QCloseEvent *event)
 void Presentation::showHint(const QString &text)
 {
     m_hint = new QLabel(text, this);
+    m_hint->setObjectName(QStringLiteral("presentationHint"));
     m_hint->setStyleSheet(QStringLiteral("color: white; background: rgba(0, 0, 0, 160); "
                                          "padding: 8px; border-radius: 4px"));
     m_hint->adjustSize();
     m_hint->move((width() - m_hint->width()) / 2, height() - 2 * m_hint->height());
     m_hint->show();
-    QTimer::singleShot(HideHintMs, m_hint, &QLabel::hide);
+    auto *timer = new QTimer(m_hint);
+    timer->setObjectName(QStringLiteral("hintTimer"));
+    timer->setSingleShot(true);
+    connect(timer, &QTimer::timeout, m_hint, &QLabel::hide);
+    timer->start(HideHintMs);
 }
 
 void Presentation::fit()

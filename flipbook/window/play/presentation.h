@@ -1,5 +1,7 @@
 #pragma once
 
+#include "flipbook/object/stillframes.h"
+
 #include <QtCore/QPointer>
 #include <QtWidgets/QGraphicsView>
 
@@ -42,13 +44,6 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    /// What the host interface does not restore: without playing, an object returns to its first
-    /// frame when it leaves the alternate mode.
-    struct Still {
-        QPointer<CBaseObject> object;
-        int shown;
-    };
-
     void fit();
     void start(bool plays);
     void end();
@@ -59,7 +54,7 @@ private:
 
     Document &m_document;
     Page &m_page;
-    QList<Still> m_stills;
+    StillFrames m_stills;
     QPointer<CBaseObject> m_pressed;
     QPointF m_last;
     bool m_wasDragged = false;

@@ -6,7 +6,6 @@
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/flipbookrun.h"
 #include "tests/flipbook/window/windowfixture.h"
-#include "tests/support/gifbuilder.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QDesktopServices>
@@ -49,8 +48,6 @@ private Q_SLOTS:
     void aRecordingHasTwentyFivePicturesASecond();
     void aSpriteAndAProjectAreWrittenAsTheCommandsWriteThem();
     void aWebPageIsWrittenAsTheCommandWritesIt();
-    void aCancelledExportLeavesNothing();
-    void aCancelledExportLeavesWhatWasThere();
     void animationsAreWrittenAsTheCommandsWriteThem();
     void theFormIsChosenWithTheFile_data();
     void theFormIsChosenWithTheFile();
@@ -64,8 +61,6 @@ private Q_SLOTS:
 private:
     ExportController &exporter();
     Recovery &recovery() { return *m_fixture->window().findChild<Recovery *>(); }
-    void selectALongFilm();
-    void pressEscapeSoon();
     QStringList copies();
     QString path(const QString &name) { return m_fixture->path(name); }
 
@@ -178,50 +173,6 @@ void TestWindowOutput::aWebPageIsWrittenAsTheCommandWritesIt()
              0);
     QVERIFY(!bytesOf(path(QStringLiteral("a.html"))).isEmpty());
     QCOMPARE(bytesOf(path(QStringLiteral("a.html"))), bytesOf(path(QStringLiteral("c.html"))));
-}
-
-/// A film whose export takes longer than the window waits before it looks for a cancellation.
-void TestWindowOutput::selectALongFilm()
-{
-    const QString path = m_fixture->path(QStringLiteral("long.gif"));
-    GifBuilder builder(400, 400);
-    for (int i = 0; i < 60; ++i)
-        builder.add(i % 4, 10);
-    builder.write(path);
-    m_fixture->dropOnPage({300, 300}, {path});
-    QCOMPARE(AnimatedObject(*m_fixture->session().film()).frameCount(), 60);
-}
-
-/// Escape waits in the event queue for the first time that the export looks at it.
-void TestWindowOutput::pressEscapeSoon()
-{
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-        QCoreApplication::postEvent(&m_fixture->window(),
-                                    new QKeyEvent(type, Qt::Key_Escape, Qt::NoModifier));
-}
-
-void TestWindowOutput::aCancelledExportLeavesNothing()
-{
-    selectALongFilm();
-    const QStringList before = m_fixture->messages();
-    pressEscapeSoon();
-    exporter().exportFrames(path(QStringLiteral("frames")));
-    QVERIFY(!QFileInfo::exists(path(QStringLiteral("frames"))));
-    QCOMPARE(QDir(path(QString()))
-                 .entryList({QStringLiteral("*frames*")}, QDir::AllEntries | QDir::Hidden),
-             QStringList());
-    QCOMPARE(m_fixture->messages(), before);
-}
-
-void TestWindowOutput::aCancelledExportLeavesWhatWasThere()
-{
-    // A folder with the name of the picture, and a file of the user's in it.
-    selectALongFilm();
-    QVERIFY(QDir(path(QString())).mkdir(QStringLiteral("sheet.png")));
-    writeBytes(path(QStringLiteral("sheet.png/mine.txt")), "mine");
-    pressEscapeSoon();
-    exporter().exportSheet(path(QStringLiteral("sheet.png")));
-    QCOMPARE(bytesOf(path(QStringLiteral("sheet.png/mine.txt"))), QByteArray("mine"));
 }
 
 void TestWindowOutput::animationsAreWrittenAsTheCommandsWriteThem()
