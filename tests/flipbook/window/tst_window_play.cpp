@@ -6,8 +6,10 @@
 #include "tests/flipbook/window/windowfixture.h"
 #include "tests/support/gifbuilder.h"
 
+#include <QtCore/QTimer>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QProxyStyle>
 
 /// Playing in the window and presentations. A film of 40 x 30 with three frames lies at (100, 100).
@@ -32,6 +34,8 @@ private Q_SLOTS:
     void arrowKeysAndADragScrollABackground();
     void escapeComesBackToThePageAsItWas();
     void closingTheWindowEndsThePresentation();
+    void thePointerHidesAndComesBackWhenItMoves();
+    void theFirstPresentationShowsAHintThatGoes();
 
 private:
     AnimatedObject film() { return AnimatedObject(*m_film); }
@@ -238,6 +242,59 @@ void TestWindowPlay::closingTheWindowEndsThePresentation()
     present();
     m_fixture->reopen();
     QCOMPARE(m_fixture->session().document().alternateMode(), 0);
+}
+
+/// Makes the timer of this name run out now, however long it is set.
+static void runOut(Presentation &presentation, const char *timer, int expectedMs)
+{
+    auto *found = presentation.findChild<QTimer *>(QLatin1String(timer));
+    QVERIFY2(found, timer);
+    QVERIFY(found->isActive());
+    QVERIFY(found->isSingleShot());
+    QCOMPARE(found->interval(), expectedMs);
+    found->start(0);
+    QTRY_VERIFY(!found->isActive());
+    found->setInterval(expectedMs);
+}
+
+void TestWindowPlay::thePointerHidesAndComesBackWhenItMoves()
+{
+    Presentation &presentation = present();
+    const auto pointer = [&presentation] { return presentation.viewport()->cursor().shape(); };
+    QCOMPARE(pointer(), Qt::ArrowCursor);
+    runOut(presentation, "pointerTimer", 2000);
+    QCOMPARE(pointer(), Qt::BlankCursor);
+    const QPoint place = pixelOf({300, 300});
+    QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(presentation.viewport(), &move);
+    QCOMPARE(pointer(), Qt::ArrowCursor);
+    // It hides again, and a click shows it too.
+    runOut(presentation, "pointerTimer", 2000);
+    QCOMPARE(pointer(), Qt::BlankCursor);
+    QTest::mouseClick(presentation.viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(pointer(), Qt::ArrowCursor);
+    // Keys leave it hidden.
+    runOut(presentation, "pointerTimer", 2000);
+    QTest::keyClick(&presentation, Qt::Key_Right);
+    QCOMPARE(pointer(), Qt::BlankCursor);
+}
+
+void TestWindowPlay::theFirstPresentationShowsAHintThatGoes()
+{
+    Presentation &first = present();
+    auto *hint = first.findChild<QLabel *>(QStringLiteral("presentationHint"));
+    QVERIFY(hint);
+    QVERIFY(hint->isVisible());
+    QCOMPARE(hint->text(), QStringLiteral("Click an animation to play or stop it. Press Escape to "
+                                          "end the presentation."));
+    runOut(first, "hintTimer", 4000);
+    QVERIFY(!hint->isVisible());
+    QTest::keyClick(&first, Qt::Key_Escape);
+    // The next one needs none, not even in another window.
+    QVERIFY(!present().findChild<QLabel *>(QStringLiteral("presentationHint")));
+    m_fixture->reopen();
+    m_fixture->addFilm({Qt::red, Qt::green});
+    QVERIFY(!present().findChild<QLabel *>(QStringLiteral("presentationHint")));
 }
 
 QTEST_MAIN(TestWindowPlay)
