@@ -90,14 +90,25 @@ void Presentation::showHint(const QString &text)
     m_hint->setObjectName(QStringLiteral("presentationHint"));
     m_hint->setStyleSheet(QStringLiteral("color: white; background: rgba(0, 0, 0, 160); "
                                          "padding: 8px; border-radius: 4px"));
-    m_hint->adjustSize();
-    m_hint->move((width() - m_hint->width()) / 2, height() - 2 * m_hint->height());
+    placeHint();
     m_hint->show();
     auto *timer = new QTimer(m_hint);
     timer->setObjectName(QStringLiteral("hintTimer"));
     timer->setSingleShot(true);
     connect(timer, &QTimer::timeout, m_hint, &QLabel::hide);
     timer->start(HideHintMs);
+}
+
+/// In the middle, near the lower edge; in several lines where one is too long.
+void Presentation::placeHint()
+{
+    const int most = std::max(1, width() - 2 * HintMargin);
+    m_hint->setWordWrap(false);
+    m_hint->setWordWrap(m_hint->sizeHint().width() > most);
+    m_hint->setFixedWidth(m_hint->wordWrap() ? most : m_hint->sizeHint().width());
+    m_hint->adjustSize();
+    m_hint->move((width() - m_hint->width()) / 2,
+                 std::max(0, height() - m_hint->height() - 2 * HintMargin));
 }
 
 void Presentation::fit()
@@ -114,7 +125,7 @@ void Presentation::resizeEvent(QResizeEvent *event)
     QGraphicsView::resizeEvent(event);
     fit();
     if (m_hint)
-        m_hint->move((width() - m_hint->width()) / 2, height() - 2 * m_hint->height());
+        placeHint();
 }
 
 void Presentation::drawBackground(QPainter *painter, const QRectF &exposed)

@@ -28,6 +28,7 @@ public:
 
     static constexpr int HidePointerMs = 2000;
     static constexpr int HideHintMs = 4000;
+    static constexpr int HintMargin = 16;
 
 Q_SIGNALS:
     void ended();
@@ -45,6 +46,7 @@ protected:
 
 private:
     void fit();
+    void placeHint();
     void start(bool plays);
     void end();
     CBaseObject *hit(const QPointF &point) const;

@@ -287,6 +287,12 @@ void TestWindowPlay::theFirstPresentationShowsAHintThatGoes()
     QVERIFY(hint->isVisible());
     QCOMPARE(hint->text(), QStringLiteral("Click an animation to play or stop it. Press Escape to "
                                           "end the presentation."));
+    QVERIFY(first.rect().contains(hint->geometry()));
+    // On a small screen it takes several lines.
+    const int heightOfOneLine = hint->height();
+    first.resize(300, 200);
+    QVERIFY(first.rect().contains(hint->geometry()));
+    QVERIFY(hint->height() > heightOfOneLine);
     runOut(first, "hintTimer", 4000);
     QVERIFY(!hint->isVisible());
     QTest::keyClick(&first, Qt::Key_Escape);
