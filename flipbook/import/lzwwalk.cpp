@@ -48,7 +48,11 @@ LzwWalk::LzwWalk(int minimumCodeSize, qint64 wantedPixels)
 
 void LzwWalk::restart(State &state)
 {
-    std::fill(m_lengths.begin() + (1 << m_minimumCodeSize), m_lengths.end(), quint16(0));
+    // Only what was entered: data may consist of nothing but clear codes.
+    const int first = 1 << m_minimumCodeSize;
+    const int end = std::min(state.nextCode, int(MaxCodes));
+    if (first < end)
+        std::fill(m_lengths.begin() + first, m_lengths.begin() + end, quint16(0));
     state.codeSize = m_minimumCodeSize + 1;
     state.nextCode = (1 << m_minimumCodeSize) + 2;
     state.previousLength = 0;

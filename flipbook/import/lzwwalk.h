@@ -55,5 +55,5 @@ private:
     bool m_ended = false;
     /// In pixels; 0 of codes that mean no pixels. One place more, for what comes when the table is
     /// full.
-    std::array<quint16, MaxCodes + 1> m_lengths;
+    std::array<quint16, MaxCodes + 1> m_lengths{};
 };
