@@ -8,7 +8,7 @@
 #include <QtCore/QVector>
 
 /// Moves objects of a page onto the top of one of its layers. Objects and a page that are gone
-/// are left out, and so are those for which there is no memory.
+/// are left out, and so are those that memory does not suffice for.
 class MoveLayerCommand final : public CNmUndoCmd
 {
 public:

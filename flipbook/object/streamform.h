@@ -9,7 +9,7 @@
 
 class Document;
 
-/// The stream form of an animated image, with its pictures in it, as the clipboard has it. It can
+/// The stream form of an animated image, including its pictures, as it is on the clipboard. It can
 /// be taken apart without decoding anything, to find out how much memory it would need.
 struct StreamForm {
     QByteArray state;             ///< all but the list of pictures

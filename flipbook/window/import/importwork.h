@@ -13,7 +13,7 @@ struct OverBudget;
 
 /// Reading on behalf of the user: with progress, with a question before more memory is taken than
 /// the budget allows, and with a message when it fails. The document is changed afterwards, by
-/// whoever has it read.
+/// the caller.
 class ImportWork
 {
     Q_DECLARE_TR_FUNCTIONS(ImportWork)

@@ -149,7 +149,7 @@ void TestWindowDragging::pagesOfAnotherProcessAreNotTaken()
     QDropEvent event(below(2), Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(list().viewport(), &event);
     QCOMPARE(m_fixture->history(), QStringList());
-    // Frames are no pages, and files are dropped on the page itself.
+    // Frames cannot be dropped among pages, and files are dropped on the page itself.
     data.clear();
     data.setData(QStringLiteral("application/x-flipbook-frame-rows"), rows);
     data.setUrls({QUrl::fromLocalFile(m_fixture->path(QStringLiteral("a.gif")))});

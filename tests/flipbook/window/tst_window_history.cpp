@@ -110,7 +110,7 @@ void TestWindowHistory::aClickOnAStepGoesThereAndBack()
     clickRow(2);
     QVERIFY(film().isMirrored());
     QCOMPARE(frameCount(), 3);
-    // Going there is no step.
+    // Going there adds no step.
     QCOMPARE(rows().size(), 4);
 }
 
