@@ -23,6 +23,7 @@ private Q_SLOTS:
     void wrongUsageHasAStatusOfItsOwn_data();
     void wrongUsageHasAStatusOfItsOwn();
     void aResultThatCannotBeWrittenIsAFailure();
+    void theProgramOfTheWindowIsNamedWhenItIsMissing();
     void thePluginIsNamedWhenItCannotBeLoaded();
     void theEnvironmentNamesAnotherPlugin();
     void debugLinesAreShownOnRequestOnly();
@@ -181,6 +182,27 @@ void TestCommandLine::aResultThatCannotBeWrittenIsAFailure()
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(process.readAllStandardError(),
              QByteArray("flipbook: standard output: cannot be written\n"));
+}
+
+void TestCommandLine::theProgramOfTheWindowIsNamedWhenItIsMissing()
+{
+    const QFileInfo program(QStringLiteral(FLIPBOOK_PROGRAM));
+    const QTemporaryDir install;
+    QVERIFY(QDir(install.path()).mkdir(QStringLiteral("bin")));
+    const QString alone = install.filePath(QStringLiteral("bin/flipbook"));
+    QVERIFY(QFile::copy(program.filePath(), alone));
+    QVERIFY(QFile::link(QDir::cleanPath(program.path() + QStringLiteral("/../lib")),
+                        install.filePath(QStringLiteral("lib"))));
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(environment);
+    process.start(alone, {m_film});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(QString::fromUtf8(process.readAllStandardError()),
+             QStringLiteral("flipbook: %1-window: cannot be started: No such file or directory\n")
+                 .arg(alone));
 }
 
 void TestCommandLine::thePluginIsNamedWhenItCannotBeLoaded()

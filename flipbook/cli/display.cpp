@@ -1,4 +1,4 @@
-#include "flipbook/window/display.h"
+#include "flipbook/cli/display.h"
 
 #include <QtCore/QLibrary>
 
