@@ -29,7 +29,8 @@ Page *Document::addPage(const QRectF &rect)
 
 void Document::removePage(Page *page)
 {
-    if (m_pages.contains(page))
+    // It drops undo commands: who listens to their stack must not find a page that is dying.
+    if (m_pages.removeOne(page))
         delete page;
 }
 

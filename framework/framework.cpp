@@ -33,11 +33,6 @@ Framework &Framework::instance()
 Framework::Framework()
 {
     setLanguage(QLocale());
-    QObject::connect(&m_undoStack, &QUndoStack::indexChanged, &m_notifier, [this] {
-        // An open macro is on the stack: if the stack is empty, it was cleared with its macros.
-        if (m_undoStack.count() == 0)
-            m_openMacros = 0;
-    });
     qAddPostRoutine([] { Framework::instance().dropUndoCommands(); });
 }
 
@@ -87,20 +82,16 @@ QString Framework::translated(const QString &id, const QString &fallback) const
 
 bool Framework::isUndoMacroOpen()
 {
-    return m_openMacros > 0;
+    return m_undoStack.isMacroOpen();
 }
 
 void Framework::openUndoMacro(const QString &id)
 {
     m_undoStack.beginMacro(translated(id, id));
-    ++m_openMacros;
 }
 
 void Framework::closeUndoMacro()
 {
-    if (m_openMacros == 0)
-        return;
-    --m_openMacros;
     m_undoStack.endMacro();
 }
 

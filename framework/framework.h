@@ -21,8 +21,7 @@ public:
     Document *defaultDocument() override;
     Notifier *notifier() override;
 
-    /// The undo stack of the process. Open and close macros through the framework, not on the
-    /// stack, or isUndoMacroOpen() does not know of them.
+    /// The undo stack of the process.
     UndoStack *undoStack();
 
     /// Deletes all commands and closes all macros, before the death of any object that a command
@@ -53,6 +52,5 @@ private:
     QTranslator m_translator;
     Notifier m_notifier;
     UndoStack m_undoStack;
-    int m_openMacros = 0;
     Document m_defaultDocument;
 };

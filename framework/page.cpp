@@ -7,6 +7,7 @@
 #include "host/baseobject.h"
 #include "host/undoredo.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QPainter>
 
 #include <algorithm>
@@ -86,6 +87,8 @@ void Page::applyObject(int operation, qint64 handle, const QList<CGDRootObject *
     const QList<CBaseObject *> moved = movable(objects, target);
     if (moved.isEmpty())
         return;
+    // Who listens to the undo stack may close the page.
+    const QPointer<Page> self(this);
     auto command = std::make_unique<MoveLayerCommand>(this, moved, target);
     if (undoable) {
         const QString ownText = Framework::instance().translated(
@@ -95,7 +98,7 @@ void Page::applyObject(int operation, qint64 handle, const QList<CGDRootObject *
     } else {
         command->redo();
     }
-    if (refresh)
+    if (refresh && self)
         update();
 }
 

@@ -1,22 +1,121 @@
 #include "framework/undostack.h"
 
+#include "host/undoredo.h"
+
+namespace
+{
+
+/// A command whose redo() has run already when it is added to the stack.
+class DoneCommand final : public CNmUndoCmd
+{
+public:
+    DoneCommand(std::unique_ptr<QUndoCommand> command, int index)
+        : m_command(std::move(command))
+    {
+        setText(m_command->text());
+        setIdxCmd(index);
+    }
+
+    void undo() override { m_command->undo(); }
+    void redo() override
+    {
+        if (!m_isDone)
+            m_command->redo();
+        m_isDone = false;
+    }
+
+private:
+    std::unique_ptr<QUndoCommand> m_command;
+    bool m_isDone = true;
+};
+
+/// Counts as a running command for as long as it lives.
+class Running
+{
+public:
+    explicit Running(int &count)
+        : m_count(count)
+    {
+        ++m_count;
+    }
+    ~Running() { --m_count; }
+    Q_DISABLE_COPY(Running)
+
+private:
+    int &m_count;
+};
+
+} // namespace
+
+UndoStack::UndoStack(QObject *parent)
+    : QUndoStack(parent)
+{
+    connect(this, &QUndoStack::indexChanged, this, [this] {
+        // An open macro is on the stack: if the stack is empty, it was cleared with its macros.
+        if (m_running == 0 && count() == 0)
+            m_openMacros = 0;
+    });
+}
+
+UndoStack::~UndoStack() = default;
+
 void UndoStack::push(QUndoCommand *command)
 {
-    run([this, command] { QUndoStack::push(command); });
+    if (m_running == 0) {
+        run([this, command] { QUndoStack::push(command); });
+        return;
+    }
+    // QUndoStack would delete those that can be redone, and the running one may be among them.
+    std::unique_ptr<QUndoCommand> owned(command);
+    command->redo();
+    m_waiting.push_back({Waiting::Push, QString(), std::move(owned)});
+}
+
+void UndoStack::beginMacro(const QString &text)
+{
+    if (m_running > 0) {
+        m_waiting.push_back({Waiting::BeginMacro, text, nullptr});
+        ++m_openMacros;
+        return;
+    }
+    QUndoStack::beginMacro(text);
+    // Who listens may have dropped it.
+    if (count() > 0)
+        ++m_openMacros;
+}
+
+void UndoStack::endMacro()
+{
+    if (m_openMacros == 0)
+        return;
+    --m_openMacros;
+    if (m_running > 0)
+        m_waiting.push_back({Waiting::EndMacro, QString(), nullptr});
+    else
+        QUndoStack::endMacro();
+}
+
+bool UndoStack::isMacroOpen() const
+{
+    return m_openMacros > 0;
 }
 
 void UndoStack::undo()
 {
-    run([this] { QUndoStack::undo(); });
+    if (m_running == 0)
+        run([this] { QUndoStack::undo(); });
 }
 
 void UndoStack::redo()
 {
-    run([this] { QUndoStack::redo(); });
+    if (m_running == 0)
+        run([this] { QUndoStack::redo(); });
 }
 
 void UndoStack::setIndex(int index)
 {
+    if (m_running > 0)
+        return;
     // One by one: QUndoStack::setIndex() would run the commands that are retired on the way.
     run([this, index] {
         while (this->index() > index && canUndo() && !m_isDropPending)
@@ -37,6 +136,7 @@ void UndoStack::drop()
         return;
     }
     m_isDropping = true;
+    m_waiting.clear();
     clear();
     m_isDropping = false;
 }
@@ -52,11 +152,33 @@ void UndoStack::dropLater()
 template<typename Run>
 void UndoStack::run(const Run &run)
 {
-    ++m_running;
-    run();
-    --m_running;
-    if (m_running == 0 && m_isDropPending)
+    {
+        const Running running(m_running);
+        run();
+        catchUp();
+    }
+    if (m_isDropPending)
         drop();
+}
+
+/// Adds to the stack what was pushed while a command ran. Who listens may push more.
+void UndoStack::catchUp()
+{
+    while (!m_waiting.empty() && !m_isDropPending) {
+        Waiting next = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        switch (next.kind) {
+        case Waiting::Push:
+            QUndoStack::push(new DoneCommand(std::move(next.command), index()));
+            break;
+        case Waiting::BeginMacro:
+            QUndoStack::beginMacro(next.text);
+            break;
+        case Waiting::EndMacro:
+            QUndoStack::endMacro();
+            break;
+        }
+    }
 }
 
 /// QUndoStack undoes and redoes no command that is obsolete.

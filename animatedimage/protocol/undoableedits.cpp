@@ -143,11 +143,12 @@ void CAnimatedImage::Requests::changeAnimatedType() const
     if (changesLayer)
         layer = page->queryObject(&object, type == BackgroundType ? backgroundLayer : normalLayer);
 
+    // Who listens to the undo stack may release the object, or give it to another page.
+    const QPointer<CAnimatedImage> self(&object);
     const UndoMacro macro;
-    const bool isAlive = !changesLayer || object.outlives([&] {
+    if (self && changesLayer && object.GetPage() == page)
         page->applyObject(0, layer, {&object}, true, QString(), true);
-    });
-    if (isAlive)
+    if (self)
         UndoableEdits{object}.pushAnimatedType(oldType, type);
 }
 

@@ -86,6 +86,7 @@ private Q_SLOTS:
     void aChangeDoesNotReachAnotherObjectAtTheSameAddress();
     void anObjectMayEndWhileItsCommandRuns_data();
     void anObjectMayEndWhileItsCommandRuns();
+    void anObjectMayEndWhileItsMacroIsOpened();
 };
 
 void TestUndoLifetimes::init()
@@ -283,6 +284,32 @@ void TestUndoLifetimes::anObjectMayEndWhileItsCommandRuns()
     QVERIFY(!GetFramework()->isUndoMacroOpen());
     stack().undo();
     stack().redo();
+}
+
+void TestUndoLifetimes::anObjectMayEndWhileItsMacroIsOpened()
+{
+    for (const bool closesPage : {false, true}) {
+        Stage stage(solidFrames({{4, 3}, {5, 6}}));
+        Request replaceAll(Request::packed(QStringLiteral("missing.png")));
+        QVERIFY(replaceAll.get(stage.image, 5020));
+        QObject listener;
+        QObject::connect(&stack(), &QUndoStack::canUndoChanged, &listener, [&stage, closesPage] {
+            if (stage.isReleased())
+                return;
+            if (closesPage)
+                stage.document.removePage(stage.page);
+            else
+                stage.release();
+        });
+
+        Request setType(Request::packed(qint32(1), true));
+        QVERIFY(setType.set(stage.image, 5008));
+
+        QVERIFY(stage.isReleased());
+        QVERIFY(!GetFramework()->isUndoMacroOpen());
+        QCoreApplication::processEvents();
+        QCOMPARE(stack().count(), 0);
+    }
 }
 
 QTEST_MAIN(TestUndoLifetimes)
