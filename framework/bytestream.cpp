@@ -51,7 +51,9 @@ void writeText(QDataStream &stream, const QString &text)
 
 QString readText(QDataStream &stream)
 {
-    return QString::fromUtf8(readBlock(stream));
+    // With its length: otherwise a zero would end the text.
+    const QByteArray text = readBlock(stream);
+    return QString::fromUtf8(text.constData(), text.size());
 }
 
 void writeDouble(QDataStream &stream, double value)

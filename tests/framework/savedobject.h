@@ -36,6 +36,7 @@ inline QMap<QString, QVariant> everyType()
         {QStringLiteral("l minus zero"), -0.0},
         {QStringLiteral("m infinity"), std::numeric_limits<double>::infinity()},
         {QStringLiteral("n empty texts"), QStringList()},
+        {QStringLiteral("o zero in a text"), QStringLiteral("a\0b")},
     };
 }
 
