@@ -16,18 +16,23 @@ namespace
 constexpr char PngFormat[] = "png";
 /// 96 dots per inch. QImage would otherwise ask the screen, and the bytes depend on the machine.
 constexpr int DotsPerMeter = 3780;
-/// How much memory a picture may take even if it has few bytes, and how far deflate can shrink it.
-constexpr qint64 SmallPicture = qint64(64) << 20;
-constexpr qint64 MaxDeflateRatio = 1032;
-constexpr qint64 BytesPerPixel = 4;
+/// How much memory a picture may take even if it has few bytes, and how much each byte can become:
+/// deflate reaches 1032 to 1, and 2 bits of a file may become 8 of a picture.
+constexpr qint64 SmallPicture = qint64(8) << 20;
+constexpr qint64 MaxBytesPerByte = qint64(1032) * 4;
 
 const QLatin1String FormatKey("PixelFormat");
 
-/// Whether a picture of @p size may come out of so many bytes.
-bool isPlausible(const QSize &size, qint64 byteCount)
+/// Whether the picture that @p reader has begun to read may come out of so many bytes.
+bool isPlausible(const QImageReader &reader, qint64 byteCount)
 {
-    return size.isValid() && qint64(size.width()) * size.height() * BytesPerPixel <=
-                                 SmallPicture + byteCount * MaxDeflateRatio * BytesPerPixel;
+    constexpr int usualBits = 32;
+    const QSize size = reader.size();
+    const QImage::Format format = reader.imageFormat();
+    const int bits =
+        format == QImage::Format_Invalid ? usualBits : QImage::toPixelFormat(format).bitsPerPixel();
+    return size.isValid() && qint64(size.width()) * size.height() <=
+                                 (SmallPicture + byteCount * MaxBytesPerByte) * 8 / bits;
 }
 
 /// Whether each chunk of @p png may be as long as it claims: the PNG library takes memory for a
@@ -87,7 +92,7 @@ Decoded decode(const QByteArray &png)
     QImageReader reader(&buffer, PngFormat);
     reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(false);
-    if (!isPlausible(reader.size(), bytes.size()))
+    if (!isPlausible(reader, bytes.size()))
         return {};
     QImage carrier = reader.read();
     if (carrier.isNull())

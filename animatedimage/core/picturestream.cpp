@@ -19,7 +19,7 @@ constexpr int VersionWithNullMarker = QDataStream::Qt_3_1;
 constexpr quint32 MaxPicturesWithoutBytes = 1 << 16;
 
 /// Memory that a picture may take even if it has few bytes.
-constexpr qint64 AlwaysGranted = qint64{64} * 1024 * 1024;
+constexpr qint64 AlwaysGranted = qint64{8} * 1024 * 1024;
 
 /// Whether each chunk of the PNG file at the position of @p device may be as long as it claims: the
 /// PNG library takes memory for a whole chunk before it reads it.
@@ -99,6 +99,14 @@ bool isWithoutBytes(const QDataStream &stream, QIODevice &device)
     return next.isEmpty() || !signature.startsWith(next);
 }
 
+/// What a pixel takes in memory, as far as the beginning of the file tells.
+int bitsPerPixel(const QImageReader &reader)
+{
+    constexpr int usual = 32;
+    const QImage::Format format = reader.imageFormat();
+    return format == QImage::Format_Invalid ? usual : QImage::toPixelFormat(format).bitsPerPixel();
+}
+
 bool readFrom(QIODevice &device, QDataStream &stream, QImage &image)
 {
     if (isPng(stream) && !hasJustifiedChunks(device))
@@ -106,7 +114,8 @@ bool readFrom(QIODevice &device, QDataStream &stream, QImage &image)
     QImageReader reader(&device, isPng(stream) ? "png" : "bmp");
     const QSize size = reader.size();
     const bool endIsKnown = !device.isSequential();
-    if (!size.isValid() || (endIsKnown && !isJustified(size, device.bytesAvailable())))
+    if (!size.isValid() ||
+        (endIsKnown && !isJustified(size, bitsPerPixel(reader), device.bytesAvailable())))
         return fail(stream);
     image = reader.read();
     return image.isNull() ? fail(stream) : true;
@@ -124,14 +133,14 @@ bool isPresent(QDataStream &stream, QIODevice &device)
 
 } // namespace
 
-bool isJustified(const QSize &size, qint64 availableBytes)
+bool isJustified(const QSize &size, int bitsPerPixel, qint64 availableBytes)
 {
-    // Deflate reaches 1032 to 1, and a pixel takes one bit at the least. Counted in pixels, since
-    // the bytes of the largest size would overflow.
-    constexpr qint64 bytesPerPixel = 4;
-    constexpr qint64 pixelsPerByte = qint64{1032} * 8;
-    const qint64 pixels = qint64(size.width()) * size.height();
-    return pixels <= AlwaysGranted / bytesPerPixel || pixels / pixelsPerByte <= availableBytes;
+    // Deflate reaches 1032 to 1, and 2 bits of a file may become 8 of a picture. Counted in
+    // pixels, since the bytes of the largest size would overflow.
+    constexpr qint64 bytesPerByte = qint64{1032} * 4;
+    constexpr int bitsPerByte = 8;
+    const qint64 granted = AlwaysGranted + availableBytes * bytesPerByte;
+    return qint64(size.width()) * size.height() <= granted * bitsPerByte / bitsPerPixel;
 }
 
 bool read(QDataStream &stream, QImage &image)

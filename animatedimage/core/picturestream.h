@@ -11,9 +11,9 @@ class QDataStream;
 namespace PictureStream
 {
 
-/// Whether a picture of @p size pixels may come from so many bytes. One of up to 64 MiB in memory
-/// always may.
-bool isJustified(const QSize &size, qint64 availableBytes);
+/// Whether a picture of @p size pixels, each of which takes @p bitsPerPixel in memory, may come
+/// from so many bytes. One of up to 8 MiB in memory always may.
+bool isJustified(const QSize &size, int bitsPerPixel, qint64 availableBytes);
 
 /// Reads one picture, which may be null. False, with the stream's status no longer
 /// QDataStream::Ok, when it is damaged, or when its size could not come from the bytes that are

@@ -465,7 +465,7 @@ void TestFrameworkImageStore::aDeclaredSizeMustBePlausible()
 
 void TestFrameworkImageStore::aLargePlainPictureComesBack()
 {
-    // As many pixels of four bytes as are believed of any file.
+    // Many more pixels of four bytes than are believed of so small a file.
     QImage plain(4096, 4096, QImage::Format_Mono);
     plain.fill(0);
     // Two million bytes of 0.

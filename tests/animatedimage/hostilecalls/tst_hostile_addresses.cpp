@@ -3,6 +3,7 @@
 #include "tests/animatedimage/hostilecalls/completestate.h"
 #include "tests/support/request.h"
 
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QSet>
 #include <QtTest/QTest>
@@ -192,7 +193,8 @@ void TestHostileAddresses::anAddressIsNotKnownAnyMoreWhileItsObjectDies()
     auto *dying = new CAnimatedImage(3, true, nullptr);
     const qint64 address = handleOf(dying);
     int frames = 0;
-    connect(dying, &QObject::destroyed, this,
+    QObject listener;
+    connect(dying, &QObject::destroyed, &listener,
             [this, &frames, address] { frames = framesAfterCopying(address); });
     dying->Release();
     QCOMPARE(frames, 2);

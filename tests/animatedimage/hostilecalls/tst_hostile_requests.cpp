@@ -6,6 +6,7 @@
 #include "tests/support/usability.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 

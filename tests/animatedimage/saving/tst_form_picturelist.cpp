@@ -186,6 +186,30 @@ private Q_SLOTS:
         QVERIFY(ours.status != QDataStream::Ok);
     }
 
+    void largePicturesOfOneColorAreRead_data()
+    {
+        QTest::addColumn<QImage>("picture");
+        // Each takes more memory than its size alone would be granted.
+        const auto row = [](const char *name, int side, QImage::Format format) {
+            QImage picture(side, side, format);
+            picture.fill(0);
+            QTest::newRow(name) << picture;
+        };
+        row("of bits", 9000, QImage::Format_Mono);
+        row("of grey", 3000, QImage::Format_Grayscale8);
+        row("of colours", 1500, QImage::Format_ARGB32);
+        row("of wide colours", 1100, QImage::Format_RGBA64);
+    }
+
+    void largePicturesOfOneColorAreRead()
+    {
+        QFETCH(QImage, picture);
+        const Result ours = readByUs(streamed({picture}));
+        QCOMPARE(ours.status, QDataStream::Ok);
+        QCOMPARE(ours.images.size(), 1);
+        QVERIFY(ours.images.constFirst() == picture);
+    }
+
     void withoutADeviceThereIsNothing()
     {
         QDataStream stream;
