@@ -10,13 +10,11 @@
 namespace MovieFrames
 {
 
-/// Imports the file at @p path into an object, and fails the running test when its frames, its
-/// interval or its loop count are not those of Qt's own classes. The number of frames goes into
-/// @p count.
-inline void compare(const QString &path, int &count)
+/// Fails the running test when the frames, the interval or the loop count of an object that was
+/// empty before it imported the file at @p path are not those of Qt's own classes. The number of
+/// frames goes into @p count.
+inline void compareImported(Stage &stage, const QString &path, int &count)
 {
-    Stage stage;
-    stage->loadFromGifFile(path);
     const QList<CAnimatedPortrait> &frames = stage.probe.frames();
 
     // Frame by frame: a long film must not be in memory twice.
@@ -43,6 +41,14 @@ inline void compare(const QString &path, int &count)
     QCOMPARE(stage.probe.shiftInterval(), interval);
     QCOMPARE(stage.probe.timer()->interval(), interval);
     count = frames.size();
+}
+
+/// The same of an object that imports the file here.
+inline void compare(const QString &path, int &count)
+{
+    Stage stage;
+    stage->loadFromGifFile(path);
+    compareImported(stage, path, count);
 }
 
 } // namespace MovieFrames
