@@ -4,6 +4,7 @@
 #include "flipbook/base/memoryaccount.h"
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/import/filmcanvas.h"
+#include "flipbook/import/webpgroups.h"
 
 #include <limits>
 #include <memory>
@@ -15,6 +16,9 @@ namespace
 
 /// The canvas, what is decoded of a frame, and what the decoder works with.
 constexpr int WorkingPictures = 5;
+
+/// Of a longer film, so many frames are looked for at a time.
+constexpr int FramesOfAGroup = 1000;
 
 const uint8_t *bytesOf(const QByteArray &file)
 {
@@ -121,19 +125,58 @@ private:
     bool m_isThere;
 };
 
-/// Puts the frames of @p film together, up to the first that is damaged.
-void addFrames(DecodedFilm &film, const Demuxer &demuxer, const Steps &steps)
+/// Puts the frames of a film together, up to the first that is damaged.
+class FilmReader
 {
-    const QRect whole(QPoint(0, 0), demuxer.canvas());
-    FilmCanvas canvas(whole.size());
+public:
+    FilmReader(DecodedFilm &film, const Demuxer &demuxer, const Steps &steps)
+        : m_film(film)
+        , m_steps(steps)
+        , m_frames(demuxer.frames())
+        , m_whole(QPoint(0, 0), demuxer.canvas())
+        , m_canvas(m_whole.size())
+    {
+    }
+
+    /// False when a frame is damaged.
+    bool add(const Demuxer &demuxer);
+
+private:
+    DecodedFilm &m_film;
+    const Steps &m_steps;
+    const int m_frames;
+    const QRect m_whole;
+    FilmCanvas m_canvas;
+};
+
+bool FilmReader::add(const Demuxer &demuxer)
+{
     for (FrameWalk frame(demuxer); frame.isThere(); frame.next()) {
         const QImage picture = frame.picture();
-        if (picture.isNull() || !whole.contains(frame.place()))
+        if (picture.isNull() || !m_whole.contains(frame.place()) ||
+            m_film.pictures.size() >= m_frames)
+            return false;
+        m_film.pictures.append(
+            m_canvas.show(picture, frame.place().topLeft(), frame.blend(), frame.disposal()));
+        m_film.delaysMs.append(shownMs(frame.delayMs()));
+        tellStep(m_steps, m_film.pictures.size(), m_frames);
+    }
+    return true;
+}
+
+void addFrames(DecodedFilm &film, const Demuxer &demuxer, const QByteArray &file,
+               const Steps &steps)
+{
+    FilmReader reader(film, demuxer, steps);
+    if (demuxer.frames() <= FramesOfAGroup) {
+        reader.add(demuxer);
+        return;
+    }
+    const WebpGroups groups(file, FramesOfAGroup);
+    for (int i = 0; i < groups.count(); ++i) {
+        const QByteArray group = groups.group(i);
+        if (!reader.add(Demuxer(group)))
             return;
-        film.pictures.append(
-            canvas.show(picture, frame.place().topLeft(), frame.blend(), frame.disposal()));
-        film.delaysMs.append(shownMs(frame.delayMs()));
-        tellStep(steps, film.pictures.size(), demuxer.frames());
     }
 }
 
@@ -186,7 +229,7 @@ DecodedFilm readFilm(const QByteArray &file, const QString &path, MemoryAccount 
     DecodedFilm film;
     film.format = QStringLiteral("animated WebP");
     film.loopCount = demuxer.repetitions();
-    addFrames(film, demuxer, steps);
+    addFrames(film, demuxer, file, steps);
     const int whole = film.pictures.size();
     if (whole == 0)
         throw Failure{path, QStringLiteral("a WebP film of which no frame could be read: it is "

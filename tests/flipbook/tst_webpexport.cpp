@@ -1,5 +1,6 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/export/webpexport.h"
+#include "flipbook/export/webpjoin.h"
 #include "tests/flipbook/documentfixture.h"
 #include "tests/flipbook/filmfixture.h"
 #include "tests/support/pictures.h"
@@ -21,6 +22,12 @@ private Q_SLOTS:
     void qualityTradesDetailsForSize();
     void memoryIsCounted();
     void aSideBeyondTheFormatIsRefused();
+    void aLongFilmHasThePicturesOfAllItsParts_data();
+    void aLongFilmHasThePicturesOfAllItsParts();
+    void equalPicturesOfALongFilmAreOneAcrossParts();
+    void onePartJoinedHasTheBytesThatTheLibraryWrites_data();
+    void onePartJoinedHasTheBytesThatTheLibraryWrites();
+    void whatIsNoWebPIsNotJoined();
 
 private:
     WrittenFilm webp(const QList<QImage> &pictures, const QVector<int> &delaysMs = {},
@@ -173,6 +180,94 @@ void TestWebpExport::aSideBeyondTheFormatIsRefused()
     const OutgoingFilm film = FilmFixture::film(m_fixture.plugin(), *object);
     QVERIFY_EXCEPTION_THROWN(
         webpOf(film, std::nullopt, MemoryAccount(), QStringLiteral("out.webp")), Failure);
+}
+
+void TestWebpExport::aLongFilmHasThePicturesOfAllItsParts_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("two parts, the last of one picture") << 1001;
+    QTest::newRow("three parts") << 2300;
+}
+
+void TestWebpExport::aLongFilmHasThePicturesOfAllItsParts()
+{
+    QFETCH(int, count);
+    QList<QImage> pictures =
+        FilmFixture::randomPictures({7, count, QSize(8, 6), 50, false, true, true});
+    // The second part begins with a pixel that the one before does not have, alone on the canvas.
+    pictures[1000] = Pictures::transparent(8, 6);
+    pictures[1000].setPixel(5, 3, 0xff102030);
+    // Nothing is transparent before that.
+    pictures[999] = Pictures::solid(8, 6, Qt::red);
+    QVector<int> delaysMs;
+    QVector<int> ends;
+    for (int i = 0; i < count; ++i) {
+        delaysMs.append(10 + i % 7);
+        ends.append(ends.isEmpty() ? delaysMs.at(i) : ends.constLast() + delaysMs.at(i));
+    }
+    const Decoded film = decoded(webp(pictures, delaysMs, 4).bytes);
+    QCOMPARE(film.passes, 5);
+    QCOMPARE(film.endsMs.constLast(), ends.constLast());
+    int at = 0;
+    for (int i = 0; i < count; ++i) {
+        while (film.endsMs.at(at) < ends.at(i))
+            ++at;
+        QVERIFY2(withoutHidden(film.frames.at(at)) == withoutHidden(pictures.at(i)),
+                 qPrintable(QString::number(i)));
+    }
+}
+
+void TestWebpExport::equalPicturesOfALongFilmAreOneAcrossParts()
+{
+    QList<QImage> pictures;
+    for (int i = 0; i < 990; ++i)
+        pictures << Pictures::solid(2, 2, QColor(i % 2, 0, 0));
+    for (int i = 0; i < 20; ++i)
+        pictures << Pictures::solid(2, 2, Qt::blue);
+    pictures << Pictures::solid(2, 2, Qt::red) << Pictures::solid(2, 2, Qt::green);
+    const Decoded film = decoded(webp(pictures).bytes);
+    // Of 100 ms each.
+    QCOMPARE(film.frames.size(), 993);
+    QCOMPARE(film.endsMs.mid(989), QVector<int>({99000, 101000, 101100, 101200}));
+    QCOMPARE(film.frames.at(990), Pictures::solid(2, 2, Qt::blue));
+    QCOMPARE(film.frames.at(991), Pictures::solid(2, 2, Qt::red));
+}
+
+void TestWebpExport::onePartJoinedHasTheBytesThatTheLibraryWrites_data()
+{
+    QTest::addColumn<bool>("hasHoles");
+    QTest::addColumn<double>("quality");
+    QTest::newRow("opaque") << false << -1.0;
+    QTest::newRow("with holes") << true << -1.0;
+    QTest::newRow("with losses") << false << 50.0;
+    QTest::newRow("with holes and losses") << true << 50.0;
+}
+
+void TestWebpExport::onePartJoinedHasTheBytesThatTheLibraryWrites()
+{
+    QFETCH(bool, hasHoles);
+    QFETCH(double, quality);
+    for (quint32 seed = 1; seed <= 10; ++seed) {
+        const QList<QImage> pictures = FilmFixture::randomPictures(
+            {seed, 9, QSize(31, 22 + int(seed)), 40, true, hasHoles, hasHoles});
+        const QByteArray written =
+            webp(pictures, {}, 6, quality < 0 ? std::nullopt : std::make_optional(quality)).bytes;
+        WebpJoin joined(pictures.first().size());
+        QVERIFY(joined.add(written, 0, [] { return QByteArray(); }));
+        QCOMPARE(joined.file(7).toHex(), written.toHex());
+    }
+}
+
+void TestWebpExport::whatIsNoWebPIsNotJoined()
+{
+    WebpJoin joined(QSize(4, 4));
+    const QByteArray still = webp({Pictures::solid(4, 4, Qt::red)}).bytes;
+    const QByteArray small = webp({Pictures::solid(2, 2, Qt::red)}).bytes;
+    QVERIFY(!joined.add("RIFF", 10, [&] { return still; }));
+    QVERIFY(!joined.add(small, 10, [] { return QByteArray("RIFF"); }));
+    QVERIFY(joined.add(small, 10, [&] { return still; }));
+    QVERIFY(joined.add(still, 20, [] { return QByteArray(); }));
+    QCOMPARE(decoded(joined.file(1)).endsMs, QVector<int>({10, 30}));
 }
 
 QTEST_MAIN(TestWebpExport)
