@@ -1,3 +1,4 @@
+#include "flipbook/cli/command.h"
 #include "flipbook/cli/commandline.h"
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/display.h"
@@ -58,6 +59,10 @@ int main(int argc, char *argv[])
     const QStringList arguments = Startup::prepare(argc, argv);
     if (wantsWindow(arguments) && hasDisplay())
         return becomeWindow(argv);
+    if (const QString damaged = Startup::damagedArgument(argc, argv); !damaged.isEmpty()) {
+        Console::fail(damaged, QStringLiteral("is not valid UTF-8"));
+        return Failed;
+    }
     // The command line needs no display, and works the same where there is one.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // The application sees its name alone: Qt would take its own options out of the arguments.

@@ -57,7 +57,8 @@ void checkOutput(const QString &path, const QStringList &inputs)
         throw Failure{path, QStringLiteral("is a folder")};
     if (isSpecialFile(path))
         throw Failure{path, QStringLiteral("is not a regular file")};
-    if (!info.absoluteDir().exists())
+    // Not the cleaned path: with a link before "..", it leads elsewhere.
+    if (!QFileInfo(info.path()).isDir())
         throw Failure{path, QStringLiteral("its folder does not exist")};
 }
 
@@ -66,6 +67,13 @@ void checkOutput(const QString &path, const Reading &reading)
     if (reading.hasRead(path))
         refuseInput(path);
     checkOutput(path, QStringList());
+}
+
+bool isSameOutput(const QString &one, const QString &other)
+{
+    const QFileInfo first(StagedFile::targetOf(one));
+    const QFileInfo second(StagedFile::targetOf(other));
+    return first.fileName() == second.fileName() && isSameFile(first.path(), second.path());
 }
 
 QByteArray pngOf(const QImage &image, const QString &path)

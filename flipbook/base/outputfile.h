@@ -13,6 +13,10 @@ void checkOutput(const QString &path, const QStringList &inputs);
 /// The same after reading: nothing that @p reading read is overwritten, by any path or link.
 void checkOutput(const QString &path, const Reading &reading);
 
+/// Whether files that are written at @p one and @p other would be the same one, by any path or
+/// link, even if there is none yet.
+bool isSameOutput(const QString &one, const QString &other);
+
 /// @p image as a PNG file, which will be at @p path; see encodedPng(). @throw Failure
 QByteArray pngOf(const QImage &image, const QString &path);
 

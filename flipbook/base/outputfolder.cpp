@@ -35,8 +35,10 @@ bool isThere(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.exists()) {
-        if (!info.absoluteDir().exists())
+        if (!QFileInfo(info.path()).isDir())
             throw Failure{path, QStringLiteral("its folder does not exist")};
+        if (info.isSymLink())
+            throw Failure{path, QStringLiteral("is a link that leads to nothing")};
         return false;
     }
     if (!info.isDir())
@@ -67,8 +69,10 @@ OutputFolder::OutputFolder(const QString &path)
 {
     const bool exists = isThere(m_path);
     // Through links, and with the name that a path such as "." does not show.
+    const QFileInfo info(m_path);
     m_target =
-        exists ? QFileInfo(m_path).canonicalFilePath() : QFileInfo(m_path).absoluteFilePath();
+        exists ? info.canonicalFilePath()
+               : QFileInfo(info.path()).canonicalFilePath() + QLatin1Char('/') + info.fileName();
     m_isInside = exists && !isReplaceable(m_target);
     Staging::removeStale(m_target);
     const QString stage = Staging::newPath(m_isInside ? insideOf(m_target) : m_target);

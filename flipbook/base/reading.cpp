@@ -131,8 +131,9 @@ Source Reading::open(const QString &path)
     return {opened(found, path), FileHandle()};
 }
 
-QStringList Reading::filesIn(const FileHandle &folder)
+QStringList Reading::filesIn(const FileHandle &folder, const QString &path)
 {
+    openFound(folder, O_DIRECTORY, path);
     return QDir(QFile::decodeName(pathOf(folder))).entryList(QDir::Files);
 }
 

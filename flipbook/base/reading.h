@@ -48,8 +48,9 @@ public:
     /// there. @throw Failure when it cannot be opened, or is longer than there may be memory.
     Source open(const QString &path);
 
-    /// The names of the regular files in @p folder, without those that begin with a dot.
-    static QStringList filesIn(const FileHandle &folder);
+    /// The names of the regular files in @p folder, which the user named as @p path, without those
+    /// that begin with a dot. @throw Failure when it cannot be listed.
+    static QStringList filesIn(const FileHandle &folder, const QString &path);
     /// Whether anything in @p folder is called @p name.
     static bool holds(const FileHandle &folder, const QString &name);
 

@@ -7,24 +7,16 @@
 #include <QtCore/QFileInfo>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
 
 constexpr mode_t ModeOfNewFiles = 0666;
-
-/// The path of the file that @p path leads to, even if there is none yet.
-QString afterLinks(const QString &path)
-{
-    constexpr int maxLinks = 40;
-    QFileInfo info(path);
-    for (int i = 0; i < maxLinks && info.isSymLink(); ++i)
-        info.setFile(info.symLinkTarget());
-    return info.filePath();
-}
 
 /// The name under which the system shows an open file.
 QByteArray nameOf(const FileHandle &file)
@@ -53,14 +45,32 @@ bool renameToNew(const QByteArray &from, const QByteArray &to)
 
 } // namespace
 
+QString StagedFile::targetOf(const QString &path)
+{
+    constexpr int maxLinks = 40;
+    QString target = path;
+    for (int i = 0; i < maxLinks; ++i) {
+        QByteArray next(PATH_MAX, '\0');
+        const ssize_t length = ::readlink(QFile::encodeName(target).constData(), next.data(),
+                                          std::size_t(next.size()));
+        if (length <= 0)
+            break;
+        const QString name = QFile::decodeName(next.left(int(length)));
+        target = name.startsWith(QLatin1Char('/'))
+                     ? name
+                     : QFileInfo(target).path() + QLatin1Char('/') + name;
+    }
+    return target;
+}
+
 StagedFile::StagedFile(const QString &path)
     : m_path(path)
 {
-    const QString target = afterLinks(path);
+    const QString target = targetOf(path);
     m_target = QFile::encodeName(target);
     struct stat before = {};
     const bool exists = ::stat(m_target.constData(), &before) == 0;
-    if (exists && ::access(m_target.constData(), W_OK) != 0)
+    if (exists ? ::access(m_target.constData(), W_OK) != 0 : errno != ENOENT)
         fail();
     Staging::removeStale(target);
     m_file = unnamedFile(QFile::encodeName(QFileInfo(target).path()));

@@ -25,6 +25,10 @@ public:
     /// Lets the file appear. @throw ExistingFile if there is one, Failure for other reasons
     void create();
 
+    /// The path of the file that @p path leads to through symbolic links, even if there is none
+    /// yet.
+    static QString targetOf(const QString &path);
+
 private:
     Q_DISABLE_COPY(StagedFile)
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <sys/file.h>
 
@@ -17,9 +18,14 @@ namespace
 
 constexpr int RandomLength = 8;
 
+/// What names made up for @p path begin with. Of a long name, it has as much as there is room for.
 QString prefixOf(const QString &path)
 {
-    return QLatin1Char('.') + QFileInfo(path).fileName() + QLatin1Char('.');
+    constexpr int dots = 2;
+    QString name = QFileInfo(path).fileName();
+    while (QFile::encodeName(name).size() > NAME_MAX - dots - RandomLength)
+        name.chop(name.size() > 1 && name.at(name.size() - 1).isLowSurrogate() ? 2 : 1);
+    return QLatin1Char('.') + name + QLatin1Char('.');
 }
 
 bool isLetter(QChar letter)

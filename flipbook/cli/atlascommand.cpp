@@ -41,6 +41,9 @@ void run(const QCommandLineParser &line)
         line.isSet(QStringLiteral("trim")) ? Trimming::Borders : Trimming::None;
     Reading reading = Arguments::reading(line);
     check(outputs, QStringList(path));
+    if (isSameOutput(outputs.sheet, outputs.description))
+        throw Failure{outputs.description,
+                      QStringLiteral("is the same file as %1").arg(outputs.sheet)};
     const Plugin plugin = openPlugin(line);
     const OpenedFile opened = openNamed(plugin, path, reading);
     check(outputs, reading);

@@ -7,6 +7,7 @@
 #include "flipbook/cli/console.h"
 #include "flipbook/cli/helptext.h"
 #include "flipbook/cli/quickinfo.h"
+#include "flipbook/import/sourcefile.h"
 
 #include <QtCore/QFileInfo>
 
@@ -160,5 +161,5 @@ bool namesFiles(const QStringList &arguments)
     if (first == QLatin1String("-"))
         return true;
     return !first.isEmpty() && !first.startsWith(QLatin1Char('-')) && !findCommand(first) &&
-           QFileInfo::exists(first);
+           QFileInfo::exists(plainPath(first));
 }

@@ -7,7 +7,11 @@ namespace Startup
 {
 
 /// Sets the locale to UTF-8, the memory to be kept, and the libraries to be quiet. Returns the
-/// arguments after the name of the program.
+/// arguments after the name of the program; bytes that are not UTF-8 are shown as \xHH.
 QStringList prepare(int argc, char *argv[]);
+
+/// The first argument that is not UTF-8, as it is shown; null if there is none. Qt would make the
+/// name of another file of it.
+QString damagedArgument(int argc, char *argv[]);
 
 } // namespace Startup

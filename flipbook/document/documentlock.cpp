@@ -1,6 +1,7 @@
 #include "flipbook/document/documentlock.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QFile>
@@ -23,6 +24,17 @@ bool isAt(const FileHandle &file, const QByteArray &path)
            own.st_dev == there.st_dev && own.st_ino == there.st_ino;
 }
 
+/// The file at @p path; none if it cannot be opened, which is told when it is read.
+FileHandle opened(const QString &path)
+{
+    try {
+        const auto file = Reading(0, false).openFile(path);
+        return FileHandle(::fcntl(file->handle(), F_DUPFD_CLOEXEC, 0));
+    } catch (const Failure &) {
+        return FileHandle();
+    }
+}
+
 } // namespace
 
 DocumentLock::DocumentLock(const QString &path, int waitMs)
@@ -31,8 +43,7 @@ DocumentLock::DocumentLock(const QString &path, int waitMs)
     const QByteArray name = QFile::encodeName(path);
     QDeadlineTimer deadline(waitMs);
     while (true) {
-        // A pipe is not waited for; it is refused when it is read.
-        m_file = FileHandle(::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        m_file = opened(path);
         if (!m_file.isOpen())
             return;
         if (::flock(m_file.get(), LOCK_EX | LOCK_NB) == 0) {

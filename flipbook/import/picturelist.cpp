@@ -63,9 +63,9 @@ void add(DecodedFilm &film, const QString &name, QFile &file, const QString &sub
 
 } // namespace
 
-QStringList picturesInFolder(const FileHandle &folder)
+QStringList picturesInFolder(const FileHandle &folder, const QString &path)
 {
-    QStringList names = Reading::filesIn(folder);
+    QStringList names = Reading::filesIn(folder, path);
     names.erase(std::remove_if(names.begin(), names.end(),
                                [](const QString &name) { return !hasPictureName(name); }),
                 names.end());
@@ -75,7 +75,7 @@ QStringList picturesInFolder(const FileHandle &folder)
 
 DecodedFilm readPictureFolder(const FileHandle &folder, const QString &path, Reading &reading)
 {
-    const QStringList names = picturesInFolder(folder);
+    const QStringList names = picturesInFolder(folder, path);
     if (names.isEmpty())
         throw Failure{path, QStringLiteral("the folder has no config.json and no pictures")};
     const Open open = [&](const QString &name) {

@@ -5,8 +5,9 @@
 class FileHandle;
 class Reading;
 
-/// The picture files in @p folder by their names, in natural order: 2 before 10.
-QStringList picturesInFolder(const FileHandle &folder);
+/// The picture files in @p folder, which the user named as @p path, by their names, in natural
+/// order: 2 before 10. @throw Failure when it cannot be listed.
+QStringList picturesInFolder(const FileHandle &folder, const QString &path);
 
 /// Makes one film of the picture files in @p folder, which the user named as @p path, in natural
 /// order. A file that cannot be read is left out, with a warning.

@@ -1,6 +1,7 @@
 #include "flipbook/object/plugin.h"
 
 #include "flipbook/base/failure.h"
+#include "flipbook/base/reading.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
@@ -22,13 +23,27 @@ QString chosenPath(const QString &path)
         programs.absoluteFilePath(QStringLiteral("../lib/libanimatedimage.so.1")));
 }
 
+/// Makes sure that a library is at @p path: the system would wait for a pipe, and Qt looks for
+/// other names. @throw Failure
+void requireFile(const QString &path)
+{
+    try {
+        Reading(0, false).openFile(path);
+    } catch (const Failure &failure) {
+        throw Failure{path, QStringLiteral("the plug-in cannot be loaded: ") + failure.reason};
+    }
+}
+
 } // namespace
 
 Plugin::Plugin(const QString &path)
 {
     const QString file = chosenPath(path);
-    // Only names with a slash are looked up as paths, not in the system's library folders.
-    m_library.setFileName(QDir(file).absolutePath());
+    requireFile(file);
+    // Only names with a slash are looked up as paths, not in the system's library folders, and Qt
+    // completes others than absolute ones.
+    m_library.setFileName(
+        file.startsWith(QLatin1Char('/')) ? file : QDir::currentPath() + QLatin1Char('/') + file);
     m_library.setLoadHints(QLibrary::PreventUnloadHint);
     if (!m_library.load())
         throw Failure{file,

@@ -1,9 +1,12 @@
 #include "flipbook/base/failure.h"
+#include "flipbook/base/filehandle.h"
 #include "flipbook/base/reading.h"
 #include "flipbook/document/documentarchive.h"
 #include "flipbook/document/documentfile.h"
+#include "flipbook/document/openedfile.h"
 #include "flipbook/import/mediaimport.h"
 #include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/filmbuilder.h"
 #include "tests/flipbook/flipbookrun.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/pictures.h"
@@ -54,6 +57,46 @@ private:
     std::thread m_thread;
 };
 
+/// Cuts a file, makes it whole and lets it grow, again and again, while it lives.
+class Resizer
+{
+public:
+    explicit Resizer(const QString &path)
+        : m_file(::open(path.toUtf8().constData(), O_WRONLY | O_CLOEXEC))
+        , m_content(bytesOf(path))
+        , m_thread([this] { run(); })
+    {
+    }
+    ~Resizer()
+    {
+        m_ended = true;
+        m_thread.join();
+    }
+
+private:
+    Q_DISABLE_COPY(Resizer)
+
+    void run()
+    {
+        const QByteArray more(1000, '\xff');
+        for (int i = 0; !m_ended; ++i) {
+            const bool isDone =
+                ::ftruncate(m_file.get(), m_content.size() * (i % 7) / 7) == 0 &&
+                ::pwrite(m_file.get(), m_content.constData(), std::size_t(m_content.size()), 0) >
+                    0 &&
+                (i % 2 == 0 || ::pwrite(m_file.get(), more.constData(), std::size_t(more.size()),
+                                        m_content.size()) > 0);
+            if (!isDone)
+                return;
+        }
+    }
+
+    const FileHandle m_file;
+    const QByteArray m_content;
+    std::atomic<bool> m_ended{false};
+    std::thread m_thread;
+};
+
 } // namespace
 
 /// Files that were not named are neither read nor overwritten, even if the named ones refer to
@@ -73,6 +116,8 @@ private Q_SLOTS:
     void outputsNeverReplaceWhatWasRead();
     void aFileThatIsExchangedIsReadAsOneOfTheTwo_data();
     void aFileThatIsExchangedIsReadAsOneOfTheTwo();
+    void aFileWhoseSizeChangesIsReadOrRefused_data();
+    void aFileWhoseSizeChangesIsReadOrRefused();
 
 private:
     QString path(const QString &name) const { return m_fixture->path(name); }
@@ -245,6 +290,47 @@ void TestForeignFiles::aFileThatIsExchangedIsReadAsOneOfTheTwo()
         }
     }
     QVERIFY(imported > 0 && refused > 0);
+}
+
+void TestForeignFiles::aFileWhoseSizeChangesIsReadOrRefused_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name :
+         {"film.gif", "film.webp", "film.png", "picture.png", "doc.flipbook", "folder/red.png"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestForeignFiles::aFileWhoseSizeChangesIsReadOrRefused()
+{
+    QFETCH(QString, name);
+    const FilmFrame frame{Pictures::solid(40, 30, Qt::red), {0, 0}};
+    folderOf("red.png");
+    GifBuilder(40, 30).add(0, 10).add(1, 10).write(path(QStringLiteral("film.gif")));
+    writeBytes(path(QStringLiteral("film.webp")), webpFilm(QSize(40, 30), 0, {frame, frame}));
+    writeBytes(path(QStringLiteral("film.png")),
+               ApngBuilder(QSize(40, 30), 0).add(frame).add(frame).data());
+    QVERIFY(frame.picture.save(path(QStringLiteral("picture.png"))));
+    saveDocument(*m_fixture->document({Qt::red, Qt::blue}), path(QStringLiteral("doc.flipbook")),
+                 MemoryAccount());
+    const QString opened = path(name.section(QLatin1Char('/'), 0, 0));
+    const QSize size = name.startsWith(QLatin1String("fi")) || name == QLatin1String("picture.png")
+                           ? QSize(40, 30)
+                           : QSize(4, 3);
+    const Resizer resizer(path(name));
+    for (int i = 0; i < 300; ++i) {
+        try {
+            Reading reading(qint64(16) << 20, false);
+            const OpenedFile file = openFile(m_fixture->plugin(), opened, reading);
+            const QList<CBaseObject *> objects = file.objects();
+            for (CBaseObject *object : objects) {
+                const Plugin::Frames frames = m_fixture->plugin().frames(*object);
+                for (const auto &shown : frames)
+                    QVERIFY(shown.second.isNull() || shown.second.size() == size);
+            }
+        } catch (const Failure &failure) {
+            QVERIFY(!failure.reason.isEmpty());
+        }
+    }
 }
 
 QTEST_MAIN(TestForeignFiles)
