@@ -1,4 +1,5 @@
 #include "animatedimage/core/framelist.h"
+#include "animatedimage/core/picturestream.h"
 #include "animatedimage/object/playback.h"
 #include "animatedimage/protocol/requests.h"
 #include "animatedimage/protocol/undocommands.h"
@@ -33,7 +34,7 @@ void write(QDataStream &stream, const Frames &frames)
 {
     stream << qint32(frames.size());
     for (const CAnimatedPortrait &frame : frames)
-        stream << frame.name << frame.image << frame.size;
+        stream << frame.name << PictureStream::withoutStrayBits(frame.image) << frame.size;
 }
 
 Frames readFrames(QDataStream &stream)

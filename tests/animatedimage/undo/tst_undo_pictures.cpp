@@ -1,3 +1,4 @@
+#include "animatedimage/protocol/undocommands.h"
 #include "framework/framework.h"
 #include "tests/support/pictures.h"
 #include "tests/support/request.h"
@@ -35,6 +36,7 @@ private Q_SLOTS:
 
     void aPictureOfAnyFormatComesBackByteForByte_data();
     void aPictureOfAnyFormatComesBackByteForByte();
+    void theUnusedBitsOfARowAreNotKept();
 };
 
 void TestUndoPictures::cleanup()
@@ -75,6 +77,26 @@ void TestUndoPictures::aPictureOfAnyFormatComesBackByteForByte()
         QCOMPARE(pixels(stage.probe.frame(0).image), pixels(picture));
         QCOMPARE(streamForm(stage), first);
     }
+}
+
+void TestUndoPictures::theUnusedBitsOfARowAreNotKept()
+{
+    QList<QByteArray> kept;
+    for (const uchar unused : {uchar(0x00), uchar(0x07)}) {
+        QImage picture(5, 3, QImage::Format_Mono);
+        picture.fill(0);
+        for (int y = 0; y < picture.height(); ++y)
+            *picture.scanLine(y) = uchar(0xa8 | unused);
+        Stage stage({picture});
+        Request(Request::packed(QStringLiteral("none.png"))).get(stage.image, 5020);
+        const QUndoStack &stack = *Framework::instance().undoStack();
+        QCOMPARE(stack.count(), 1);
+        auto *command = const_cast<QUndoCommand *>(stack.command(0));
+        kept.append(*dynamic_cast<CAnimatedUndoRedoCommand &>(*command).data_ptr());
+        Framework::instance().dropUndoCommands();
+    }
+    QVERIFY(!kept.at(0).isEmpty());
+    QCOMPARE(kept.at(1), kept.at(0));
 }
 
 QTEST_MAIN(TestUndoPictures)
