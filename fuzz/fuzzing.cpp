@@ -36,6 +36,7 @@ void send(CAnimatedImage &image, int id, const Values &...values)
 void look(CAnimatedImage &image)
 {
     QImage canvas(8, 8, QImage::Format_ARGB32);
+    canvas.fill(Qt::white);
     QPainter painter(&canvas);
     image.paint(&painter, nullptr, nullptr);
     image.contains(QPointF(1, 1));

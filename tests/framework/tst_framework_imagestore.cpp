@@ -378,7 +378,9 @@ void TestFrameworkImageStore::onlyPixelsMakeADifference()
     QVERIFY(back.textKeys().isEmpty());
     QCOMPARE(back.devicePixelRatio(), 1.0);
 
-    const QImage wide = QImage(40, 40, QImage::Format_RGB888).copy(1, 1, 3, 3);
+    QImage large(40, 40, QImage::Format_RGB888);
+    large.fill(QColor(10, 20, 30));
+    const QImage wide = large.copy(1, 1, 3, 3);
     QImage narrow(3, 3, QImage::Format_RGB888);
     for (int y = 0; y < 3; ++y)
         memcpy(narrow.scanLine(y), wide.constScanLine(y), 9);

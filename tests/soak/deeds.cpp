@@ -6,7 +6,9 @@
 #include "tests/soak/randomuser.h"
 #include "tests/support/request.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtGui/QPainter>
 
@@ -28,23 +30,6 @@ template<typename... Values>
 void set(CAnimatedImage *image, int id, const Values &...values)
 {
     Request(Request::packed(values...)).set(image, id);
-}
-
-QByteArray streamForm(CAnimatedImage &image)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    if (!image.save(stream))
-        throw Violation("the stream form could not be saved");
-    return bytes;
-}
-
-QJsonObject jsonForm(CAnimatedImage &image)
-{
-    QJsonObject json;
-    if (!image.saveJson(json))
-        throw Violation("the JSON form could not be saved");
-    return json;
 }
 
 } // namespace
@@ -181,31 +166,50 @@ void RandomUser::import()
         m_image->loadFromImage(&single);
 }
 
+QByteArray RandomUser::streamForm()
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    if (!m_image->save(stream))
+        throw Violation("the stream form could not be saved");
+    m_saved.addData(bytes);
+    return bytes;
+}
+
+QJsonObject RandomUser::jsonForm()
+{
+    QJsonObject json;
+    if (!m_image->saveJson(json))
+        throw Violation("the JSON form could not be saved");
+    m_saved.addData(QJsonDocument(json).toJson());
+    return json;
+}
+
 void RandomUser::saveStream()
 {
-    const QByteArray saved = streamForm(*m_image);
+    const QByteArray saved = streamForm();
     m_image = replaced(m_image);
     QDataStream stream(saved);
     m_image->load(stream);
     // Loading stops an object that played: from then on nothing changes.
-    const QByteArray again = streamForm(*m_image);
+    const QByteArray again = streamForm();
     m_image = replaced(m_image);
     QDataStream secondStream(again);
     m_image->load(secondStream);
-    if (streamForm(*m_image) != again)
+    if (streamForm() != again)
         throw Violation("a loaded object saves another stream form");
 }
 
 void RandomUser::saveJson()
 {
-    QJsonObject saved = jsonForm(*m_image);
+    QJsonObject saved = jsonForm();
     m_image = replaced(m_image);
     m_image->loadJson(saved);
-    QJsonObject again = jsonForm(*m_image);
+    QJsonObject again = jsonForm();
     QJsonObject expected = again;
     m_image = replaced(m_image);
     m_image->loadJson(again);
-    if (jsonForm(*m_image) != expected)
+    if (jsonForm() != expected)
         throw Violation("a loaded object saves another JSON form");
 }
 
@@ -228,9 +232,10 @@ void RandomUser::remove()
 void RandomUser::exportCostumes()
 {
     const QDir costumes(m_folder.filePath(QStringLiteral("costumes")));
-    const int count = m_image->generateCostumesCode(costumes.path() + QLatin1Char('/')).size();
-    if (count != frameCount())
+    const QJsonArray described = m_image->generateCostumesCode(costumes.path() + QLatin1Char('/'));
+    if (described.size() != frameCount())
         throw Violation("there is not a costume for each frame");
+    m_saved.addData(QJsonDocument(described).toJson());
     const QStringList written = costumes.entryList(QDir::Files);
     for (const QString &name : written)
         QFile::remove(costumes.filePath(name));
@@ -241,6 +246,9 @@ void RandomUser::saveDocumentFile()
     static const Plugin plugin(QStringLiteral(PLUGIN_FILE));
     const QString path = m_folder.filePath(QStringLiteral("page.flipbook"));
     saveDocument(m_document, path);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || !m_saved.addData(&file))
+        throw Violation("the saved document could not be read");
     Reading reading(qint64(1) << 30, false);
     const LoadedDocument loaded = loadDocument(plugin, path, reading);
     if (loaded.document->pages().constFirst()->objects().size() != Objects)

@@ -43,6 +43,7 @@ RandomUser::RandomUser(quint32 seed, const QDir &folder)
     : m_random(seed)
     , m_folder(folder)
     , m_page(m_document.addPage(QRectF(0, 0, 400, 300)))
+    , m_saved(QCryptographicHash::Sha1)
 {
     stack().clear();
     stack().setUndoLimit(MostCommands);

@@ -4,6 +4,7 @@
 #include "framework/page.h"
 #include "tests/support/probe.h"
 
+#include <QtCore/QCryptographicHash>
 #include <QtCore/QDir>
 #include <QtCore/QPointer>
 #include <QtCore/QRandomGenerator>
@@ -38,6 +39,9 @@ public:
     /// What it does, or has done last.
     const char *deed() const { return m_deed; }
 
+    /// A digest of all that it has saved and exported, in order.
+    QByteArray savedDigest() const { return m_saved.result().toHex(); }
+
 private:
     using Deed = void (RandomUser::*)();
     struct Chance {
@@ -62,6 +66,8 @@ private:
     QImage picture();
 
     // deeds.cpp
+    QByteArray streamForm();
+    QJsonObject jsonForm();
     void editFrames();
     void insertFrame();
     void replaceAll();
@@ -89,4 +95,5 @@ private:
     QPointer<CAnimatedImage> m_image; ///< the one that a step is about
     const char *m_deed = "the start";
     qint64 m_steps = 0;
+    QCryptographicHash m_saved;
 };

@@ -29,12 +29,14 @@ double progressOf(const Wanted &wanted, qint64 steps, double seconds)
     return wanted.seconds > 0 ? seconds / wanted.seconds : double(steps) / double(wanted.steps);
 }
 
-int report(const Wanted &wanted, const MemoryTrend &trend, qint64 steps, double seconds)
+int report(const Wanted &wanted, const MemoryTrend &trend, const QByteArray &saved, qint64 steps,
+           double seconds)
 {
     const double slope = trend.slope();
     std::printf("soak: %lld steps in %.0f s, seed %u; after the warm-up %.1f to %.1f MB, %+.2f MB "
                 "an hour\n",
                 steps, seconds, wanted.seed, trend.first(), trend.last(), slope);
+    std::printf("soak: digest of all that was saved: %s\n", saved.constData());
     if (wanted.maxSlope < 0 || slope < wanted.maxSlope)
         return 0;
     std::printf("soak: memory grows by %.2f MB an hour or more\n", wanted.maxSlope);
@@ -74,7 +76,7 @@ int run(const Wanted &wanted, const QDir &folder)
             nextReport += 0.05;
         }
     }
-    return report(wanted, trend, steps, seconds);
+    return report(wanted, trend, user.savedDigest(), steps, seconds);
 }
 
 } // namespace

@@ -17,6 +17,7 @@ bool isFinite(const QRectF &rect)
 void look(CAnimatedImage &image, StageDocument &document)
 {
     QImage canvas(20, 20, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::white);
     QPainter painter(&canvas);
     const int modeBefore = document.alternateMode();
     for (const int mode : {0, 1}) {

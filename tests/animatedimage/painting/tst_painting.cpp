@@ -157,6 +157,7 @@ void TestPainting::theThreeHintsAreTurnedOn()
     QFETCH(bool, hasFrame);
     Stage stage(hasFrame ? solidFrames({{2, 2}}) : QList<QImage>());
     QImage canvas(2, 2, QImage::Format_ARGB32);
+    canvas.fill(Qt::white);
     QPainter painter(&canvas);
     painter.setRenderHints(QPainter::RenderHints(), true);
     painter.setRenderHints(painter.renderHints(), false);

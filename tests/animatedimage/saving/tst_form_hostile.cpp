@@ -168,6 +168,7 @@ private:
     static void show(Stage &stage)
     {
         QImage canvas(8, 8, QImage::Format_ARGB32);
+        canvas.fill(Qt::white);
         QPainter painter(&canvas);
         stage->OnQPainterDraw(&painter);
         stage->shape();
