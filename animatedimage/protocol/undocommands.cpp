@@ -73,7 +73,7 @@ void CAnimatedImageChangeCommand::setIntValue(int oldValue, int newValue)
 }
 
 void CAnimatedImageChangeCommand::apply(bool boolValue, int intValue)
-try {
+{
     // An object that is being destroyed is an animated image no more.
     if (!m_object || !LiveObjects::holds(m_object))
         return;
@@ -88,5 +88,4 @@ try {
         m_object->setLoopCount(intValue);
         break;
     }
-} catch (const std::bad_alloc &) {
 }

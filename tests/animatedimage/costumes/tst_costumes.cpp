@@ -58,6 +58,7 @@ private Q_SLOTS:
     void aFrameWithoutPictureIsAnEmptyCostume();
     void aFrameOfNoSizeIsAnEmptyCostumeOnTheOthersCanvas();
     void onACanvasOfNoSizeEveryFrameStillHasItsCostume();
+    void onACanvasBeyondAllMeasureToo();
     void theLargestSizeIsSoughtFromMinusOne();
     void aFolderThatCannotBeWrittenLeavesNoFiles();
     void noSeparatorIsAdded();
@@ -260,6 +261,18 @@ void TestCostumes::onACanvasOfNoSizeEveryFrameStillHasItsCostume()
     QCOMPARE(number(costumes, 1, "rotationCenterX"), 0.0);
     QCOMPARE(text(costumes, 1, "assetId"), QString());
     QCOMPARE(text(costumes, 1, "md5ext"), QStringLiteral(".png"));
+    QCOMPARE(files(), QStringList());
+}
+
+void TestCostumes::onACanvasBeyondAllMeasureToo()
+{
+    Stage stage(solidFrames({{4, 4}}));
+    // Twice as much is more than an int holds.
+    stage.probe.frame(0).size = QSizeF(2e9, 4.0);
+    const QJsonArray costumes = exported(stage);
+    QCOMPARE(costumes.size(), 1);
+    QCOMPARE(number(costumes, 0, "rotationCenterX"), 2e9);
+    QCOMPARE(text(costumes, 0, "assetId"), QString());
     QCOMPARE(files(), QStringList());
 }
 

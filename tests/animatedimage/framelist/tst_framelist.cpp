@@ -62,6 +62,7 @@ private Q_SLOTS:
     void everyFrameGetsTheScaleOfOne();
     void aFrameWithoutPixelsGivesNoScale();
     void sizesAreRestoredToAsManyFrames();
+    void savedFramesAreJoined();
 };
 
 void TestFrameList::anIndexIsInTheListOrNot_data()
@@ -279,6 +280,26 @@ void TestFrameList::sizesAreRestoredToAsManyFrames()
     QCOMPARE(FrameList::sizes(frames), (QList<QSizeF>{QSizeF(9.0, 8.0), QSizeF(9.0, 8.0)}));
     FrameList::restoreSizes(frames, before);
     QCOMPARE(FrameList::sizes(frames), before);
+}
+
+void TestFrameList::savedFramesAreJoined()
+{
+    constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+    const QImage picture = Pictures::solid(4, 3, Qt::red);
+    const Frames frames = FrameList::joined(
+        {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d")},
+        {QSizeF(7.0, 8.0), QSizeF(noNumber, 8.0), QSizeF(7.0, noNumber)},
+        {picture, picture, picture, picture, picture});
+    QStringList names;
+    QList<QSizeF> sizes;
+    for (const CAnimatedPortrait &frame : frames) {
+        names.append(frame.name);
+        sizes.append(frame.size);
+    }
+    // A size that is missing or no number is that of the picture.
+    const QSizeF own(4.0, 3.0);
+    QCOMPARE(sizes, (QList<QSizeF>{QSizeF(7.0, 8.0), own, own, own, own}));
+    QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("a b c d "));
 }
 
 QTEST_GUILESS_MAIN(TestFrameList)

@@ -53,6 +53,8 @@ private Q_SLOTS:
     void takingOverAnotherStateWorksNothingOut();
     void aFrameWhoseObjectTookOverAStateIsHitAsBefore();
     void withoutMemoryAStateIsTakenOver();
+    void aSizeOfItsOwnIsTakenOver();
+    void framesWithoutOpaquePixelsAreToldApart();
 };
 
 namespace
@@ -241,6 +243,37 @@ void TestLazyFrames::withoutMemoryAStateIsTakenOver()
     // The last column is left out, and is the first of the mirrored one.
     QCOMPARE(stage.probe.frame(0).rects.first(), QRect(0, 0, 1, 1));
     QCOMPARE(stage.probe.frame(1).rects.first(), QRect(63, 0, 1, 1));
+}
+
+void TestLazyFrames::aSizeOfItsOwnIsTakenOver()
+{
+    const QImage picture = Pictures::solid(4, 3, Qt::red);
+    Stage other({picture, picture});
+    other->setCenterPos(QPointF(50, 50), QSizeF(8, 6), 0.0, false);
+    other->updateRegion(0, false);
+    Stage stage;
+    copyState(other, stage);
+    Stage resized;
+    copyState(other, resized);
+    QCOMPARE(stage.probe.frame(0).path.boundingRect(), QRectF(0, 0, 6, 6));
+    QCOMPARE(stage.probe.frame(1).path.boundingRect(), QRectF(0, 0, 3, 3));
+    // Resizing gives all frames one size again.
+    resized->setSize(QSizeF(16, 12), false, true);
+    QCOMPARE(resized.probe.frame(0).path.boundingRect(), QRectF(0, 0, 12, 12));
+    QCOMPARE(resized.probe.frame(1).path.boundingRect(), QRectF(0, 0, 12, 12));
+}
+
+void TestLazyFrames::framesWithoutOpaquePixelsAreToldApart()
+{
+    Stage stage({Pictures::transparent(4, 3), Pictures::transparent(6, 5)});
+    stage.document.setAlternateMode(1);
+    // Asked for by a test, the frames hold their regions; another size makes their paths noted.
+    QCOMPARE(stage.probe.frame(1).regionSize, QSize(6, 5));
+    stage->setSize(QSizeF(8, 6), false, true);
+    QVERIFY(stage->shape().isEmpty());
+    stage.probe.runningIndex() = 1;
+    QVERIFY(stage->shape().isEmpty());
+    QCOMPARE(stage->shape().fillRule(), Qt::WindingFill);
 }
 
 QTEST_MAIN(TestLazyFrames)

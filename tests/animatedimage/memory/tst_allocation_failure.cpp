@@ -33,6 +33,47 @@ Operation paint()
     };
 }
 
+/// Paints a picture for the second time, of which a copy is made for that.
+Operation paintAgain()
+{
+    return [](Stage &stage) {
+        const std::function<void()> call = paint()(stage);
+        call();
+        return call;
+    };
+}
+
+/// Paints a background that is painted in pieces.
+Operation paintWideBackground()
+{
+    return [](Stage &stage) {
+        stage->setSize({40000, 1}, false, false);
+        stage.probe.animatedType() = CAnimatedImage::BackgroundType;
+        stage.document.setAlternateMode(1);
+        stage->regenBGImage();
+        return paint()(stage);
+    };
+}
+
+Operation mergeRects()
+{
+    return [](Stage &) {
+        using Rects = std::shared_ptr<QList<QRect>>;
+        const Rects done(new QList<QRect>{QRect(0, 0, 9, 1)});
+        const Rects open(new QList<QRect>{QRect(0, 1, 9, 1)});
+        const Rects row(new QList<QRect>{QRect(3, 2, 1, 1)});
+        return [done, open, row] { CAnimatedImage::mergeRects(*done, *open, *row); };
+    };
+}
+
+/// Frames that another list has too are copied before they are changed.
+Operation updateSharedFrames()
+{
+    return [](Stage &stage) {
+        return [&stage, frames = stage.probe.storedFrames()] { stage->updateRegion(true); };
+    };
+}
+
 } // namespace
 
 void TestAllocationFailure::initTestCase()
@@ -73,10 +114,17 @@ void TestAllocationFailure::nothingIsThrown_data()
     row("setMirror", plain([](Stage &stage) { stage->setMirror(true, true); }));
     row("setFlip", plain([](Stage &stage) { stage->setFlip(true, true); }));
     row("OnQPainterDraw", paint());
+    row("OnQPainterDraw again", paintAgain());
+    row("OnQPainterDraw of a wide background", paintWideBackground());
     row("shape", plain([](Stage &stage) { stage->shape(); }));
+    row("rectsFromImage",
+        [image](Stage &) { return [image] { CAnimatedImage::rectsFromImage(image, 128); }; });
+    row("mergeRects", mergeRects());
+    row("regions that frames hold", plain([](Stage &stage) { stage.probe.frames(); }));
     row("generateBGImage", plain([](Stage &stage) { stage->generateBGImage(1); }));
     row("regenBGImage", plain([](Stage &stage) { stage->regenBGImage(); }));
     row("updateRegion", plain([](Stage &stage) { stage->updateRegion(true); }));
+    row("updateRegion of shared frames", updateSharedFrames());
     row("generatePortraitName", [name](Stage &stage) {
         return [&stage, name] { stage->generatePortraitName(name, true); };
     });

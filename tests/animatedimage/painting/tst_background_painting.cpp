@@ -289,10 +289,15 @@ void TestBackgroundPainting::whatCannotBeDrawnDrawsNothing_data()
         << Pictures::solid(1, 4, Qt::red) << QRectF(0.0, 0.0, 4.0, 2.0) << QPointF();
     QTest::newRow("nothing visible") << tile << QRectF() << QPointF();
     QTest::newRow("an endless part") << tile << QRectF(0.0, 0.0, infinite, 2.0) << QPointF();
+    QTest::newRow("a part without end downwards")
+        << tile << QRectF(0.0, 0.0, 4.0, infinite) << QPointF();
+    QTest::newRow("a part infinitely far") << tile << QRectF(infinite, 0.0, 4.0, 2.0) << QPointF();
     QTest::newRow("a part that is not a number")
         << tile << QRectF(0.0, noNumber, 4.0, 2.0) << QPointF();
     QTest::newRow("a position without end")
         << tile << QRectF(0.0, 0.0, 4.0, 2.0) << QPointF(infinite, 0.0);
+    QTest::newRow("a position without end downwards")
+        << tile << QRectF(0.0, 0.0, 4.0, 2.0) << QPointF(0.0, infinite);
 }
 
 void TestBackgroundPainting::whatCannotBeDrawnDrawsNothing()

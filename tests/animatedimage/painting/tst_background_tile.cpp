@@ -128,6 +128,7 @@ void TestBackgroundTile::theTileHasTwiceTheRoundedSize_data()
     QTest::newRow("less than half a pixel") << QSizeF(0.49, 10.0) << QSize(0, 0);
     QTest::newRow("nothing") << QSizeF(0.0, 0.0) << QSize(0, 0);
     QTest::newRow("less than nothing") << QSizeF(-5.0, 5.0) << QSize(0, 0);
+    QTest::newRow("a width alone") << QSizeF(5.0, 0.0) << QSize(0, 0);
     QTest::newRow("endless") << QSizeF(infinite, 5.0) << QSize(0, 0);
     QTest::newRow("no number") << QSizeF(noNumber, 5.0) << QSize(0, 0);
 }

@@ -94,6 +94,7 @@ private Q_SLOTS:
     void thePictureIsCopiedWhenItIsPaintedAgain();
     void aPlayingFilmIsNotCopied();
     void otherDevicesGetThePictureItself();
+    void aPainterThatPaintsOnNothingGetsThePictureItself();
     void otherFormatsAreNotCopied();
     void onlyExactPaintingUsesACopy_data();
     void onlyExactPaintingUsesACopy();
@@ -154,6 +155,15 @@ void TestPaintedCopy::otherDevicesGetThePictureItself()
     const QImage image = Pictures::solid(4, 4, Qt::red);
     QPicture commands;
     QPainter painter(&commands);
+    PaintedCopy copy;
+    for (int time = 0; time < 3; ++time)
+        QCOMPARE(copy.of(image, painter, QRectF(0, 0, 4, 4)).cacheKey(), image.cacheKey());
+}
+
+void TestPaintedCopy::aPainterThatPaintsOnNothingGetsThePictureItself()
+{
+    const QImage image = Pictures::solid(4, 4, Qt::red);
+    const QPainter painter;
     PaintedCopy copy;
     for (int time = 0; time < 3; ++time)
         QCOMPARE(copy.of(image, painter, QRectF(0, 0, 4, 4)).cacheKey(), image.cacheKey());

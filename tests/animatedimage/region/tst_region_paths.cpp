@@ -52,6 +52,11 @@ private Q_SLOTS:
     void theSavedMirrorAndFlipDoNotCount();
     void mirrorBackIsAsBefore();
     void resizingMovesThePathAlone();
+    void aFrameMayHaveASizeOfItsOwn();
+    void viewsAreComparedExactly_data();
+    void viewsAreComparedExactly();
+    void handlesAreComparedExactly_data();
+    void handlesAreComparedExactly();
 };
 
 void TestRegionPaths::thePathIsTheRectanglesAtTheSizeOfTheObject()
@@ -243,6 +248,60 @@ void TestRegionPaths::resizingMovesThePathAlone()
     stage->setSize(QSizeF(50.0, 20.0), false, false);
     QCOMPARE(stage.probe.frame(0).rects, QList<QRect>{box(0, 0, 3, 3)});
     QCOMPARE(pointsOf(stage.probe.frame(0).path), rectangle(0.0, 0.0, 40.0, 20.0));
+}
+
+void TestRegionPaths::aFrameMayHaveASizeOfItsOwn()
+{
+    // Two frames that share their pixels.
+    const QImage picture = Pictures::solid(4, 3, Qt::red);
+    Stage stage({picture, picture});
+    stage->setCenterPos(QPointF(50.0, 50.0), QSizeF(8.0, 6.0), 0.0, false);
+    stage->updateRegion(0, false);
+    QCOMPARE(pointsOf(stage.probe.frame(0).path), rectangle(0.0, 0.0, 6.0, 6.0));
+    QCOMPARE(pointsOf(stage.probe.frame(1).path), rectangle(0.0, 0.0, 3.0, 3.0));
+}
+
+void TestRegionPaths::viewsAreComparedExactly_data()
+{
+    QTest::addColumn<QSizeF>("size");
+    QTest::addColumn<bool>("mirrored");
+    QTest::addColumn<bool>("flipped");
+    QTest::addColumn<bool>("isSame");
+    QTest::newRow("the same") << QSizeF(4.0, 3.0) << true << false << true;
+    QTest::newRow("wider by little") << QSizeF(4.0 + 1e-14, 3.0) << true << false << false;
+    QTest::newRow("higher by little") << QSizeF(4.0, 3.0 + 1e-14) << true << false << false;
+    QTest::newRow("mirrored back") << QSizeF(4.0, 3.0) << false << false << false;
+    QTest::newRow("flipped") << QSizeF(4.0, 3.0) << true << true << false;
+}
+
+void TestRegionPaths::viewsAreComparedExactly()
+{
+    QFETCH(QSizeF, size);
+    QFETCH(bool, mirrored);
+    QFETCH(bool, flipped);
+    const FrameRegions::View view = {QSizeF(4.0, 3.0), true, false};
+    QTEST((FrameRegions::View{size, mirrored, flipped} == view), "isSame");
+}
+
+void TestRegionPaths::handlesAreComparedExactly_data()
+{
+    QTest::addColumn<QRectF>("rect");
+    QTest::addColumn<double>("size");
+    QTest::addColumn<bool>("isSame");
+    QTest::newRow("the same") << QRectF(1.0, 2.0, 3.0, 4.0) << 5.0 << true;
+    QTest::newRow("to the right") << QRectF(1.0 + 1e-14, 2.0, 3.0, 4.0) << 5.0 << false;
+    QTest::newRow("further down") << QRectF(1.0, 2.0 + 1e-14, 3.0, 4.0) << 5.0 << false;
+    QTest::newRow("wider") << QRectF(1.0, 2.0, 3.0 + 1e-14, 4.0) << 5.0 << false;
+    QTest::newRow("higher") << QRectF(1.0, 2.0, 3.0, 4.0 + 1e-14) << 5.0 << false;
+    QTest::newRow("larger handles") << QRectF(1.0, 2.0, 3.0, 4.0) << 5.0 + 1e-14 << false;
+}
+
+void TestRegionPaths::handlesAreComparedExactly()
+{
+    QFETCH(QRectF, rect);
+    QFETCH(double, size);
+    const HitPath::Handles handles = {QRectF(1.0, 2.0, 3.0, 4.0), 5.0};
+    QTEST((HitPath::Handles{rect, size} == handles), "isSame");
 }
 
 QTEST_MAIN(TestRegionPaths)

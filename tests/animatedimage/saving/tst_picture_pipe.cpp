@@ -1,5 +1,6 @@
 #include "animatedimage/core/picturestream.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDataStream>
 #include <QtCore/QIODevice>
 #include <QtTest/QTest>
@@ -35,6 +36,19 @@ private:
     QByteArray m_content;
 };
 
+/// A buffer whose position cannot be changed.
+class StuckBuffer : public QBuffer
+{
+public:
+    explicit StuckBuffer(const QByteArray &content)
+    {
+        setData(content);
+        open(ReadOnly);
+    }
+
+    bool seek(qint64 /*position*/) override { return false; }
+};
+
 QByteArray streamed(const QImage &image)
 {
     QByteArray bytes;
@@ -45,7 +59,7 @@ QByteArray streamed(const QImage &image)
 
 } // namespace
 
-/// Pictures that are read from a device like a pipe.
+/// Pictures that are read from a device like a pipe, or from one that is not what it seems.
 class TestPicturePipe : public QObject
 {
     Q_OBJECT
@@ -54,6 +68,11 @@ private Q_SLOTS:
     void aLargePictureIsBelieved();
     void aCompletePictureIsRead();
     void aPictureWithoutItsLastByteIsRefused();
+    void withoutADeviceThereIsNoPicture();
+    void aBufferThatCannotBeLookedThroughIsRefused();
+    void aPictureLargerThanItsBytesCanBeIsRefused();
+    void anOldPictureIsReadWhole();
+    void aLongChunkThatIsThereIsPassedOver();
 };
 
 void TestPicturePipe::aLargePictureIsBelieved()
@@ -91,6 +110,75 @@ void TestPicturePipe::aPictureWithoutItsLastByteIsRefused()
     QImage read;
     QVERIFY(!PictureStream::readWhole(stream, read));
     QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+}
+
+void TestPicturePipe::withoutADeviceThereIsNoPicture()
+{
+    QDataStream stream;
+    QImage read(3, 2, QImage::Format_ARGB32);
+    QVERIFY(!PictureStream::readWhole(stream, read));
+    QVERIFY(read.isNull());
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+}
+
+void TestPicturePipe::aBufferThatCannotBeLookedThroughIsRefused()
+{
+    QImage image(3, 2, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    StuckBuffer buffer(streamed(image));
+    QDataStream stream(&buffer);
+    QImage read;
+    QVERIFY(!PictureStream::read(stream, read));
+    QVERIFY(read.isNull());
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+}
+
+void TestPicturePipe::aPictureLargerThanItsBytesCanBeIsRefused()
+{
+    QImage image(20000, 20000, QImage::Format_Mono);
+    image.fill(1);
+    // 20000 * 20000 pixels need 48450 bytes, of which the marker and the header are 37.
+    const QByteArray bytes = streamed(image).left(37 + 1000);
+    QDataStream stream(bytes);
+    QImage read;
+    QVERIFY(!PictureStream::read(stream, read));
+    QVERIFY(read.isNull());
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+}
+
+void TestPicturePipe::anOldPictureIsReadWhole()
+{
+    QImage image(3, 2, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QDataStream output(&bytes, QIODevice::WriteOnly);
+    output.setVersion(1);
+    output << image;
+    QCOMPARE(bytes.left(2), QByteArray("BM"));
+    QDataStream stream(bytes);
+    stream.setVersion(1);
+    QImage read;
+    QVERIFY(PictureStream::readWhole(stream, read));
+    QCOMPARE(read, image);
+}
+
+void TestPicturePipe::aLongChunkThatIsThereIsPassedOver()
+{
+    QImage image(3, 2, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    // One byte more than is believed of a chunk that is not there, after the header.
+    const int length = 64 * 1024 * 1024 + 1;
+    QByteArray chunk(length, 0);
+    chunk.prepend(QByteArray::fromHex("04000001") + "teSt");
+    chunk.append(QByteArray::fromHex("6ab4b0ff"));
+    QByteArray bytes = streamed(image);
+    bytes.insert(37, chunk);
+    QDataStream stream(bytes);
+    // The library takes no more than 8 MB for a chunk that it does not know, and passes it over.
+    QTest::ignoreMessage(QtWarningMsg, "libpng warning: teSt: chunk data is too large");
+    QImage read;
+    QVERIFY(PictureStream::read(stream, read));
+    QCOMPARE(read, image);
 }
 
 QTEST_GUILESS_MAIN(TestPicturePipe)

@@ -14,6 +14,7 @@ class TestPropertiesRepainting : public QObject
 private Q_SLOTS:
     void theBackgroundTypeIsRepaintedBeforeTheHostIsTold();
     void theNormalTypeIsNotRepaintedAtOnce();
+    void anObjectThatGoesWhileItIsRepaintedTellsNothing();
 };
 
 namespace
@@ -50,6 +51,27 @@ public:
     }
 
     QStringList entries;
+};
+
+/// Releases the object of a stage before the next repaint.
+class Releasing : public QObject
+{
+public:
+    Releasing(Stage &stage, QGraphicsView &view)
+        : m_stage(stage)
+    {
+        view.viewport()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && !m_stage.isReleased())
+            m_stage.release();
+        return false;
+    }
+
+private:
+    Stage &m_stage;
 };
 
 } // namespace
@@ -95,6 +117,22 @@ void TestPropertiesRepainting::theNormalTypeIsNotRepaintedAtOnce()
     QVERIFY(request.set(stage.image, showAt));
 
     QCOMPARE(order.entries, (QStringList{QStringLiteral("told"), QStringLiteral("told")}));
+}
+
+void TestPropertiesRepainting::anObjectThatGoesWhileItIsRepaintedTellsNothing()
+{
+    Stage stage(threeFrames());
+    stage.probe.animatedType() = 1;
+    QGraphicsView view(stage.page);
+    view.resize(900, 700);
+    view.show();
+    QCoreApplication::processEvents();
+    const Releasing releasing(stage, view);
+    stage.log.clear();
+    Request request(QByteArray::fromHex("00000002"));
+    QVERIFY(request.set(stage.image, showAt));
+    QVERIFY(stage.isReleased());
+    QCOMPARE(stage.log.entries(), QStringList());
 }
 
 QTEST_MAIN(TestPropertiesRepainting)

@@ -1,3 +1,4 @@
+#include "framework/framework.h"
 #include "host/specialpropertyids.h"
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
@@ -32,6 +33,19 @@ private:
     int m_refused = 0;
 };
 
+/// A device that stays where it is.
+class StuckBuffer : public QBuffer
+{
+public:
+    explicit StuckBuffer(const QByteArray &request)
+    {
+        setData(request);
+        open(QIODevice::ReadWrite);
+    }
+
+    bool seek(qint64 /*position*/) override { return false; }
+};
+
 QByteArray saved(CAnimatedImage *image)
 {
     QByteArray bytes;
@@ -56,6 +70,9 @@ private Q_SLOTS:
     void theRequestIsCarriedOut_data();
     void theRequestIsCarriedOut();
     void nothingFollowsWhatWasRefused();
+    void aBufferThatCannotBeRewoundChangesNothing_data();
+    void aBufferThatCannotBeRewoundChangesNothing();
+    void aFrameThatTheHostDeletesMeanwhileHasNoAnswer();
 };
 
 void TestPropertiesUnanswered::theRequestIsCarriedOut_data()
@@ -112,6 +129,53 @@ void TestPropertiesUnanswered::nothingFollowsWhatWasRefused()
     stage->GetSpecialProperty(Id::DuplicateFrame, stream);
     // The place of the new frame.
     QCOMPARE(device.refused(), 1);
+}
+
+void TestPropertiesUnanswered::aBufferThatCannotBeRewoundChangesNothing_data()
+{
+    theRequestIsCarriedOut_data();
+    QTest::newRow("thumbnails") << Id::Thumbnails << false << QByteArray("as it was");
+    QTest::newRow("name") << Id::FrameName << false << Request::packed(qint32(1));
+    QTest::newRow("picture") << Id::FrameImage << false << Request::packed(qint32(1));
+    QTest::newRow("replace all") << Id::ReplaceAllFrames << false
+                                 << Request::packed(QStringLiteral("none.png"));
+}
+
+void TestPropertiesUnanswered::aBufferThatCannotBeRewoundChangesNothing()
+{
+    QFETCH(int, id);
+    QFETCH(bool, sets);
+    QFETCH(QByteArray, input);
+    Stage stage(pictures());
+    const QByteArray before = saved(stage.image);
+    StuckBuffer device(input);
+    QDataStream stream(&device);
+    if (sets)
+        stage->SetSpecialProperty(id, stream, false);
+    else
+        stage->GetSpecialProperty(id, stream);
+    QCOMPARE(saved(stage.image), before);
+    QCOMPARE(device.data(), input);
+}
+
+void TestPropertiesUnanswered::aFrameThatTheHostDeletesMeanwhileHasNoAnswer()
+{
+    Stage stage(pictures());
+    const Notifier *notifier = Framework::instance().notifier();
+    int heard = 0;
+    const QObject listener;
+    connect(notifier, &Notifier::propertyChanged, &listener, [&stage, &heard] {
+        if (++heard == 1)
+            Request(Request::packed(qint32(2))).set(stage.image, Id::DeleteFrame);
+    });
+    QImage picture(2, 2, QImage::Format_ARGB32);
+    picture.fill(Qt::green);
+    const QByteArray input = Request::packed(false, qint32(2), picture);
+    Request request(input);
+    request.set(stage.image, Id::FrameImage);
+    QVERIFY(heard > 0);
+    QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("f_1"), QStringLiteral("f_2")}));
+    QCOMPARE(request.bytes(), input);
 }
 
 QTEST_MAIN(TestPropertiesUnanswered)

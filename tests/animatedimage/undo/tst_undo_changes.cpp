@@ -44,6 +44,7 @@ private Q_SLOTS:
     void changesTellNothing();
     void changesOfOneSettingDoNotMerge();
     void theHostNamesIt();
+    void anObjectThatIsBeingDestroyedIsLeftAlone();
 };
 
 void TestUndoChanges::init()
@@ -241,6 +242,22 @@ void TestUndoChanges::theHostNamesIt()
     QCOMPARE(parent.childCount(), 1);
     parent.redo();
     QVERIFY(stage.probe.keepRatio());
+}
+
+void TestUndoChanges::anObjectThatIsBeingDestroyedIsLeftAlone()
+{
+    auto *image = new CAnimatedImage(1, true, nullptr);
+    AnimatedImageProbe probe(*image);
+    CAnimatedImageChangeCommand command(image, CHANGE_SHIFT_INTERVAL);
+    command.setIntValue(200, 50);
+    int interval = 0;
+    // The timer is destroyed with its object.
+    connect(probe.timer(), &QObject::destroyed, this, [&command, &probe, &interval] {
+        command.redo();
+        interval = probe.shiftInterval();
+    });
+    image->Release();
+    QCOMPARE(interval, 200);
 }
 
 QTEST_MAIN(TestUndoChanges)

@@ -87,6 +87,7 @@ private Q_SLOTS:
     void anObjectMayEndWhileItsCommandRuns_data();
     void anObjectMayEndWhileItsCommandRuns();
     void anObjectMayEndWhileItsMacroIsOpened();
+    void aPageThatTheObjectHasLeftIsNotAskedToMoveIt();
 };
 
 void TestUndoLifetimes::init()
@@ -310,6 +311,22 @@ void TestUndoLifetimes::anObjectMayEndWhileItsMacroIsOpened()
         QCoreApplication::processEvents();
         QCOMPARE(stack().count(), 0);
     }
+}
+
+void TestUndoLifetimes::aPageThatTheObjectHasLeftIsNotAskedToMoveIt()
+{
+    Scene scene;
+    Page *other = scene.document->addPage(QRectF(0.0, 0.0, 50.0, 50.0));
+    QMetaObject::Connection moving;
+    // Heard when the macro begins.
+    moving = connect(&stack(), &QUndoStack::canUndoChanged, other, [&] {
+        disconnect(moving);
+        other->addObject(scene.image);
+    });
+    Request(Request::packed(qint32(CAnimatedImage::BackgroundType), true)).set(scene.image, 5008);
+    QVERIFY(other->holds(scene.image));
+    QCOMPARE(AnimatedImageProbe(*scene.image).animatedType(), CAnimatedImage::BackgroundType);
+    QVERIFY(other->placeOf(scene.image).layer == Page::Layer::Normal);
 }
 
 QTEST_MAIN(TestUndoLifetimes)
