@@ -60,6 +60,12 @@ void appendOne(QDataStream &stream, const Value &value)
         stream << value;
 }
 
+/// The same for a picture, without what was in memory after the end of its rows.
+inline void appendOne(QDataStream &stream, const QImage &image)
+{
+    appendOne<QImage>(stream, PictureStream::withoutStrayBits(image));
+}
+
 /// Writes the values at the stream's position, up to the first that the device does not take.
 template<typename... Values>
 void append(QDataStream &stream, const Values &...values)

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void thumbnailsAreCountedNamedAndFitted();
     void thumbnailsOfNoFramesAreACountOfNothing();
     void aFrameIsAnsweredInFull();
+    void theUnusedBitsOfARowAreNotSent();
     void aFrameWithoutAPictureIsAMarker();
     void aFrameOutsideTheListIsNotAnswered_data();
     void aFrameOutsideTheListIsNotAnswered();
@@ -150,6 +151,21 @@ void TestPropertiesReading::aFrameIsAnsweredInFull()
     QCOMPARE(answer.picture(), Pictures::solid(301, 2, Qt::green));
     QVERIFY(answer.isSound());
     QVERIFY(answer.atEnd());
+}
+
+void TestPropertiesReading::theUnusedBitsOfARowAreNotSent()
+{
+    QList<QByteArray> answers;
+    for (const uchar unused : {uchar(0x00), uchar(0x07)}) {
+        QImage picture(5, 1, QImage::Format_Mono);
+        *picture.scanLine(0) = uchar(0xa8 | unused);
+        Stage stage({picture});
+        Request request(Request::packed(qint32(0)));
+        QVERIFY(request.get(stage.image, 5007));
+        answers.append(request.bytes());
+    }
+    QVERIFY(answers.at(0).size() > 4);
+    QCOMPARE(answers.at(1).toHex(), answers.at(0).toHex());
 }
 
 void TestPropertiesReading::aFrameWithoutAPictureIsAMarker()
