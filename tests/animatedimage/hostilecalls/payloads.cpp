@@ -69,7 +69,7 @@ QString PayloadMaker::text()
     case 0:
         return QString();
     case 1:
-        return QStringLiteral("");
+        return QLatin1String("");
     case 2:
         return QString(below(3000), QLatin1Char('n'));
     case 3:

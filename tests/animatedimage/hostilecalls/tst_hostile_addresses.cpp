@@ -192,12 +192,12 @@ void TestHostileAddresses::anAddressIsNotKnownAnyMoreWhileItsObjectDies()
 {
     auto *dying = new CAnimatedImage(3, true, nullptr);
     const qint64 address = handleOf(dying);
-    int frames = 0;
+    const auto frames = std::make_shared<int>(0);
     QObject listener;
     connect(dying, &QObject::destroyed, &listener,
-            [this, &frames, address] { frames = framesAfterCopying(address); });
+            [this, frames, address] { *frames = framesAfterCopying(address); });
     dying->Release();
-    QCOMPARE(frames, 2);
+    QCOMPARE(*frames, 2);
     checkState();
 }
 
