@@ -35,7 +35,8 @@ namespace
 void TestDocumentSurvival::aKilledSaveLeavesTheOldOrTheNewDocument()
 {
     constexpr int kills = 200;
-    constexpr int longestLifeUs = 12000;
+    constexpr int mostRounds = 6;
+    int longestLifeUs = 12000;
     DocumentFixture fixture;
     const QString path = fixture.path(QStringLiteral("precious.flipbook"));
     const auto one = fixture.document({Qt::red, Qt::green, Qt::blue});
@@ -47,7 +48,11 @@ void TestDocumentSurvival::aKilledSaveLeavesTheOldOrTheNewDocument()
     QVERIFY(oneText != otherText);
 
     int survivors[2] = {0, 0};
-    for (int i = 0; i < kills; ++i) {
+    const auto bothWereSaved = [&survivors] { return survivors[0] > 0 && survivors[1] > 0; };
+    for (int i = 0; i < kills || (!bothWereSaved() && i < mostRounds * kills); ++i) {
+        // A save takes longer on a busy machine.
+        if (i > 0 && i % kills == 0)
+            longestLifeUs *= 2;
         const pid_t saver = ::fork();
         QVERIFY(saver >= 0);
         if (saver == 0)
@@ -66,7 +71,7 @@ void TestDocumentSurvival::aKilledSaveLeavesTheOldOrTheNewDocument()
         ++survivors[text == oneText ? 0 : 1];
     }
     // Both were saved: the savers lived long enough to be caught at their work.
-    QVERIFY(survivors[0] > 0 && survivors[1] > 0);
+    QVERIFY(bothWereSaved());
     // What they left beside the document goes with the next save.
     saveDocument(*one, path);
     QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Files | QDir::Hidden),

@@ -5,6 +5,8 @@
 
 #include <QtTest/QTest>
 
+#include <memory>
+
 namespace
 {
 
@@ -162,18 +164,18 @@ void TestPropertiesUnanswered::aFrameThatTheHostDeletesMeanwhileHasNoAnswer()
 {
     Stage stage(pictures());
     const Notifier *notifier = Framework::instance().notifier();
-    int heard = 0;
+    const auto heard = std::make_shared<int>(0);
     const QObject listener;
-    connect(notifier, &Notifier::propertyChanged, &listener, [&stage, &heard] {
-        if (++heard == 1)
-            Request(Request::packed(qint32(2))).set(stage.image, Id::DeleteFrame);
+    connect(notifier, &Notifier::propertyChanged, &listener, [image = stage.image, heard] {
+        if (++*heard == 1)
+            Request(Request::packed(qint32(2))).set(image, Id::DeleteFrame);
     });
     QImage picture(2, 2, QImage::Format_ARGB32);
     picture.fill(Qt::green);
     const QByteArray input = Request::packed(false, qint32(2), picture);
     Request request(input);
     request.set(stage.image, Id::FrameImage);
-    QVERIFY(heard > 0);
+    QVERIFY(*heard > 0);
     QCOMPARE(stage.frameNames(), (QStringList{QStringLiteral("f_1"), QStringLiteral("f_2")}));
     QCOMPARE(request.bytes(), input);
 }
