@@ -1,3 +1,5 @@
+#include "animatedimage/protocol/entrypoints.h"
+#include "animatedimage/protocol/undocommands.h"
 #include "framework/framework.h"
 #include "fuzz/fuzzing.h"
 #include "host/attributeids.h"
@@ -6,6 +8,7 @@
 #include "tests/support/request.h"
 #include "tests/support/stage.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -97,11 +100,22 @@ public:
             &Host::undo,     &Host::settings,  &Host::size,       &Host::place,     &Host::look,
             &Host::mode,     &Host::playback,  &Host::regions,    &Host::stream,    &Host::json,
             &Host::costumes, &Host::thumbnails};
+        // The inputs that are kept mean what they meant before there were further deeds.
+        constexpr int firstFurther = 250;
         m_image = m_script.flag() ? m_other.data() : m_stage.image;
-        (this->*deeds.at(std::size_t(m_script.byte()) % deeds.size()))();
+        const int chosen = m_script.byte();
+        if (chosen >= firstFurther)
+            return further(chosen - firstFurther);
+        (this->*deeds.at(std::size_t(chosen) % deeds.size()))();
     }
 
 private:
+    void further(int number)
+    {
+        constexpr std::array<void (Host::*)(), 3> deeds = {&Host::load, &Host::change,
+                                                           &Host::callByName};
+        (this->*deeds.at(std::size_t(number) % deeds.size()))();
+    }
     void request()
     {
         using namespace SpecialPropertyId;
@@ -292,6 +306,57 @@ private:
         m_other = new CAnimatedImage(2, true, nullptr);
         m_stage.page->addObject(m_other);
         return m_other;
+    }
+    /// Frames from a picture, a file, a device or nothing.
+    void load()
+    {
+        QByteArray bytes = m_script.text();
+        QBuffer device(&bytes);
+        device.open(QIODevice::ReadOnly);
+        QImage read = picture();
+        QImage measured;
+        switch (m_script.byte() % 6) {
+        case 0:
+            m_image->loadFromImage(m_script.flag() ? &read : nullptr);
+            break;
+        case 1:
+            m_image->loadFromFile(filePath(m_script), &device);
+            break;
+        case 2:
+            m_image->loadFromGifFile(filePath(m_script));
+            break;
+        case 3:
+            m_image->loadFromGifFile(filePath(m_script), m_script.flag() ? &device : nullptr);
+            break;
+        case 4:
+            m_image->loadFromFile(filesFolder());
+            break;
+        default:
+            CAnimatedImage::getImageForPath(read, measured, m_script.number());
+            CAnimatedImage::rectsFromImage(measured, m_script.number());
+        }
+    }
+    /// A command of the host's own, for a setting.
+    void change()
+    {
+        const auto type = static_cast<ANIMATEDIMAGE_CHANGE_TYPE>(m_script.byte() % 4);
+        auto *command = new CAnimatedImageChangeCommand(m_image, type);
+        command->setBoolValue(m_script.flag(), m_script.flag());
+        command->setIntValue(m_script.number(), m_script.number());
+        Framework::instance().undoStack()->push(command);
+    }
+    /// The functions that a host looks up by name.
+    void callByName()
+    {
+        QDataStream noInput{QByteArray()};
+        animatedImage_SetDefaultSpecialProperty(m_script.byte(), noInput);
+        ThumbnailList list;
+        animatedImage_GetAllThumbnail(m_script.flag() ? m_image : nullptr, m_script.flag(), list);
+        m_other->Release();
+        Framework::instance().dropUndoCommands();
+        CBaseObject *made = createObject_animatedImage(0, m_script.byte(), m_script.flag());
+        m_other = dynamic_cast<CAnimatedImage *>(made);
+        m_stage.page->addObject(made);
     }
     void costumes() { m_image->generateCostumesCode(filesFolder()); }
     void thumbnails()
