@@ -17,7 +17,7 @@ public:
     {
     }
 
-    /// Adds the WebP file @p part. If it is no animation, it is shown for @p durationMs.
+    /// Adds the WebP file @p part. One that is not an animation is shown for @p durationMs.
     /// @p firstPicture is called if its first frame would leave something of the part before: it
     /// returns a WebP file of the whole picture. False if one of the two files cannot be read, or
     /// all would be larger than an array of bytes can be.

@@ -217,7 +217,7 @@ QVector<InputKind> specialKinds()
 QVector<InputKind> missingKinds()
 {
     const auto completed = [](PathScratch &scratch) {
-        // What libraries try when there is no such file.
+        // Libraries try these names when the file is missing.
         for (const char *ending : {".png", ".gif", ".flipbook", ".so", ".json"})
             scratch.pipe(QByteArray("bomb") + ending);
         scratch.pipe("libbomb.so");

@@ -167,7 +167,7 @@ PathScratch::~PathScratch()
 {
     // They wait at files that are removed then.
     m_writers.clear();
-    // Else it could not be removed, and Qt does not remove names that are no text.
+    // Qt could not remove it otherwise, since its name is not valid text.
     ::chmod(absolute("sub").constData(), S_IRWXU);
     std::error_code ignored;
     std::filesystem::remove_all(m_folder.toStdString(), ignored);
