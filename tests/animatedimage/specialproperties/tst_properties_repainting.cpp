@@ -74,6 +74,14 @@ private:
     Stage &m_stage;
 };
 
+/// What is painted after this has a cause in the test.
+void showUntilPainted(QGraphicsView &view)
+{
+    view.resize(900, 700);
+    view.show();
+    QCoreApplication::processEvents();
+}
+
 } // namespace
 
 void TestPropertiesRepainting::theBackgroundTypeIsRepaintedBeforeTheHostIsTold()
@@ -81,9 +89,7 @@ void TestPropertiesRepainting::theBackgroundTypeIsRepaintedBeforeTheHostIsTold()
     Stage stage(threeFrames());
     stage.probe.animatedType() = 1;
     QGraphicsView view(stage.page);
-    view.resize(900, 700);
-    view.show();
-    QCoreApplication::processEvents();
+    showUntilPainted(view);
     const QStringList expected{QStringLiteral("painted"), QStringLiteral("told")};
 
     OrderLog byIndex(view);
@@ -108,9 +114,7 @@ void TestPropertiesRepainting::theNormalTypeIsNotRepaintedAtOnce()
 {
     Stage stage(threeFrames());
     QGraphicsView view(stage.page);
-    view.resize(900, 700);
-    view.show();
-    QCoreApplication::processEvents();
+    showUntilPainted(view);
     OrderLog order(view);
     Request request(QByteArray::fromHex("00000002"));
 
@@ -124,9 +128,7 @@ void TestPropertiesRepainting::anObjectThatGoesWhileItIsRepaintedTellsNothing()
     Stage stage(threeFrames());
     stage.probe.animatedType() = 1;
     QGraphicsView view(stage.page);
-    view.resize(900, 700);
-    view.show();
-    QCoreApplication::processEvents();
+    showUntilPainted(view);
     const Releasing releasing(stage, view);
     stage.log.clear();
     Request request(QByteArray::fromHex("00000002"));
