@@ -7,7 +7,7 @@
 #include <QtGui/QImageReader>
 #include <QtGui/QImageWriter>
 
-#include <cstring>
+#include <array>
 #include <utility>
 
 namespace
@@ -17,9 +17,10 @@ constexpr char PngFormat[] = "png";
 /// 96 dots per inch. QImage would otherwise ask the screen, and the bytes depend on the machine.
 constexpr int DotsPerMeter = 3780;
 /// How much memory a picture may take even if it has few bytes, and how much each byte can become:
-/// deflate reaches 1032 to 1, and 2 bits of a file may become 8 of a picture.
+/// 2 bits of a file may become 8 of a picture.
+constexpr int BestCompression = 1032; ///< of deflate: two bits are enough for 258 bytes
 constexpr qint64 SmallPicture = qint64(8) << 20;
-constexpr qint64 MaxBytesPerByte = qint64(1032) * 4;
+constexpr qint64 MaxBytesPerByte = qint64(BestCompression) * 4;
 
 const QLatin1String FormatKey("PixelFormat");
 
@@ -35,24 +36,45 @@ bool isPlausible(const QImageReader &reader, qint64 byteCount)
                                  (SmallPicture + byteCount * MaxBytesPerByte) * 8 / bits;
 }
 
-/// Whether each chunk of @p png may be as long as it claims: the PNG library takes memory for a
-/// whole chunk before it reads it.
-bool hasPlausibleChunks(const QByteArray &png)
+/// How many bits the pixels of a PNG file take before they are compressed, at least. Zero for a
+/// kind of pixels that there is not.
+double pixelBits(const QByteArray &png)
+{
+    constexpr int widthAt = 16;
+    constexpr int heightAt = 20;
+    constexpr int depthAt = 24;
+    constexpr int kindAt = 25;
+    constexpr std::array<int, 7> channelsOfKind = {1, 0, 3, 1, 2, 0, 4};
+    const auto kind = std::size_t(uchar(png.at(kindAt)));
+    const int channels = kind < channelsOfKind.size() ? channelsOfKind.at(kind) : 0;
+    return double(qFromBigEndian<quint32>(png.constData() + widthAt)) *
+           qFromBigEndian<quint32>(png.constData() + heightAt) * channels * uchar(png.at(depthAt));
+}
+
+/// Whether each chunk of @p png is present, and the compressed pixels are as long as deflate needs
+/// for as many as the header claims. The PNG library takes memory for a whole chunk before it reads
+/// it, and expands the texts before it comes to the pixels.
+bool isComplete(const QByteArray &png)
 {
     constexpr int signatureLength = 8;
-    constexpr int frameLength = 12; // length, type and check sum
-    constexpr int lengthSize = 4;
-    qint64 at = signatureLength;
-    while (at + frameLength <= png.size()) {
-        const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
-        if (length > SmallPicture && length > png.size() - at - frameLength)
+    constexpr int lengthAndType = 8;
+    constexpr int headerEnd = 33;
+    constexpr int checkSumLength = 4;
+    constexpr double bitsPerByte = 8;
+    if (png.size() < headerEnd)
+        return false;
+    qint64 compressed = 0;
+    QByteArray type;
+    for (qint64 at = signatureLength; type != "IEND";) {
+        if (at + lengthAndType > png.size())
             return false;
-        // Bytes after the end are never read.
-        if (std::memcmp(png.constData() + at + lengthSize, "IEND", lengthSize) == 0)
-            return true;
-        at += frameLength + length;
+        const qint64 length = qFromBigEndian<quint32>(png.constData() + at);
+        type = png.mid(int(at) + 4, 4);
+        if (type == "IDAT")
+            compressed += length;
+        at += lengthAndType + length + checkSumLength;
     }
-    return true;
+    return double(compressed) * BestCompression * bitsPerByte >= pixelBits(png);
 }
 
 } // namespace
@@ -85,7 +107,7 @@ QByteArray encode(const QImage &image)
 Decoded decode(const QByteArray &png)
 {
     // The PNG library would complain about the lack of bytes on standard error.
-    if (png.isEmpty() || !hasPlausibleChunks(png))
+    if (!isComplete(png))
         return {};
     QByteArray bytes = png;
     QBuffer buffer(&bytes);

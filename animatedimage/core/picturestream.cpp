@@ -1,9 +1,13 @@
 #include "animatedimage/core/picturestream.h"
 
+#include "animatedimage/core/pngfile.h"
+
 #include <QtCore/QDataStream>
 #include <QtCore/QIODevice>
-#include <QtCore/QtEndian>
 #include <QtGui/QImageReader>
+
+#include <algorithm>
+#include <iterator>
 
 namespace PictureStream
 {
@@ -20,31 +24,6 @@ constexpr quint32 MaxPicturesWithoutBytes = 1 << 16;
 
 /// Memory that a picture may take even if it has few bytes.
 constexpr qint64 AlwaysGranted = qint64{8} * 1024 * 1024;
-
-/// Whether each chunk of the PNG file at the position of @p device may be as long as it claims: the
-/// PNG library takes memory for a whole chunk before it reads it.
-bool hasJustifiedChunks(QIODevice &device)
-{
-    if (device.isSequential())
-        return true;
-    constexpr int signatureLength = 8;
-    constexpr int frameLength = 12; // length, type and check sum
-    const qint64 start = device.pos();
-    bool isJustified = true;
-    QByteArray type;
-    qint64 at = start + signatureLength;
-    // Never to a place after the end: a buffer would grow.
-    while (isJustified && type != "IEND" && at + frameLength <= device.size()) {
-        const QByteArray lengthAndType = device.seek(at) ? device.read(8) : QByteArray();
-        if (lengthAndType.size() < 8)
-            break;
-        const qint64 length = qFromBigEndian<quint32>(lengthAndType.constData());
-        type = lengthAndType.mid(4);
-        isJustified = length <= AlwaysGranted || length <= device.bytesAvailable();
-        at += frameLength + length;
-    }
-    return device.seek(start) && isJustified;
-}
 
 /// Reads on from another device, sequential like it, and keeps the last bytes that were read.
 class Tail : public QIODevice
@@ -109,7 +88,7 @@ int bitsPerPixel(const QImageReader &reader)
 
 bool readFrom(QIODevice &device, QDataStream &stream, QImage &image)
 {
-    if (isPng(stream) && !hasJustifiedChunks(device))
+    if (isPng(stream) && !PngFile::isComplete(device))
         return fail(stream);
     QImageReader reader(&device, isPng(stream) ? "png" : "bmp");
     const QSize size = reader.size();
@@ -129,6 +108,25 @@ bool isPresent(QDataStream &stream, QIODevice &device)
     qint32 marker = 0;
     stream >> marker;
     return marker != 0;
+}
+
+bool readPictures(QDataStream &stream, quint32 count, QList<QImage> &images)
+{
+    for (quint32 i = 0; i < count; ++i) {
+        QImage image;
+        if (!PictureStream::read(stream, image))
+            return false;
+        images.append(image);
+        if (!image.isNull() || hasNullMarker(stream))
+            continue;
+        // It had no bytes, so all that follow it find the same.
+        const quint32 left = count - i - 1;
+        if (left >= MaxPicturesWithoutBytes)
+            return fail(stream);
+        std::fill_n(std::back_inserter(images), left, QImage());
+        break;
+    }
+    return true;
 }
 
 } // namespace
@@ -185,20 +183,9 @@ QList<QImage> readList(QDataStream &stream)
     stream.resetStatus();
     QList<QImage> images;
     quint32 count = 0;
-    quint32 withoutBytes = 0;
     stream >> count;
-    for (quint32 i = 0; i < count; ++i) {
-        QImage image;
-        bool isRead = read(stream, image);
-        if (isRead && image.isNull() && !hasNullMarker(stream) &&
-            ++withoutBytes > MaxPicturesWithoutBytes)
-            isRead = fail(stream);
-        if (!isRead) {
-            images.clear();
-            break;
-        }
-        images.append(image);
-    }
+    if (!readPictures(stream, count, images))
+        images.clear();
     if (statusBefore != QDataStream::Ok) {
         stream.resetStatus();
         stream.setStatus(statusBefore);

@@ -11,7 +11,6 @@ struct HostileStream {
     QByteArray bytes;
     int version;
     bool isInline; ///< whether pictures are where they occur, not in the document's own form
-    bool hasTexts; ///< whether a picture has compressed texts
 };
 
 /// Counts, lengths, types and pictures that lie, in all combinations. Calls @p visit for each.
