@@ -1,4 +1,7 @@
 #include "animatedimage/object/animatedimage.h"
+#include "flipbook/document/documentfile.h"
+#include "flipbook/document/documentjson.h"
+#include "framework/imagestore.h"
 #include "host/specialpropertyids.h"
 #include "tests/flipbook/filmbuilder.h"
 #include "tests/support/gifbuilder.h"
@@ -31,6 +34,12 @@ public:
         QFile file(folder.filePath(name));
         m_isComplete = folder.mkpath(QStringLiteral(".")) && file.open(QIODevice::WriteOnly) &&
                        file.write(content) == content.size() && m_isComplete;
+    }
+
+    /// Of the seed, in its folder, which must be there.
+    QString path(const QString &target, const QString &name) const
+    {
+        return m_folder + QLatin1Char('/') + target + QLatin1Char('/') + name;
     }
 
     bool isComplete() const { return m_isComplete; }
@@ -75,9 +84,47 @@ void writeObjects(Seeds &seeds)
     }
     seeds.write(QStringLiteral("fuzz_json"), QStringLiteral("settings"),
                 R"({"settings":[{"id":"idImagePlay","value":"true"}]})");
-    seeds.write(QStringLiteral("fuzz_json"), QStringLiteral("config"),
-                R"({"ImageList":[{"filename":"a.png"}],"ShiftInterval":60,"LoopCount":-1,)"
-                R"("LockScale":true,"ImageMirror":false,"ImageFlip":true})");
+}
+
+void writeFolders(Seeds &seeds)
+{
+    const QString target = QStringLiteral("fuzz_folder");
+    seeds.write(target, QStringLiteral("film"),
+                R"({"ImageList":[{"filename":"a.png","size":"3,2","name":"first"},)"
+                R"({"filename":"b.gif"},{"filename":"c/d.png"}],"ShiftInterval":60,)"
+                R"("LoopCount":-1,"LockScale":true,"ImageMirror":false,"ImageFlip":true})");
+    seeds.write(target, QStringLiteral("missing"),
+                R"({"ImageList":[{"filename":"a"},{"filename":"../frames/a.png"},)"
+                R"({"filename":"./a.png"}],"ShiftInterval":"60"})");
+}
+
+/// As fuzz_document takes it: the text, then the pictures, whose digests are $1, $2, ... there.
+QByteArray document(Stage &stage)
+{
+    stage.document.setKeepsImagesInline(false);
+    QByteArray content =
+        QJsonDocument::fromJson(documentJson(stage.document)).toJson(QJsonDocument::Compact);
+    const ImageStore &store = stage.document.imageStore();
+    const QList<QString> digests = store.digests();
+    for (int i = 0; i < digests.size(); ++i) {
+        content.replace(digests.at(i).toLatin1(), '$' + QByteArray::number(i + 1));
+        content += "\n--\n" + store.png(digests.at(i));
+    }
+    return content;
+}
+
+void writeDocuments(Seeds &seeds)
+{
+    const QString target = QStringLiteral("fuzz_document");
+    Stage film(solidFrames({{4, 3}, {5, 6}, {1, 1}}));
+    seeds.write(target, QStringLiteral("film"), document(film));
+    saveDocument(film.document, seeds.path(target, QStringLiteral("archive")));
+    Stage background(solidFrames({{4, 3}}));
+    background.probe.animatedType() = 1;
+    seeds.write(target, QStringLiteral("background"), document(background));
+    Stage empty;
+    empty.document.addPage(QRectF(0, 0, 8, 8));
+    seeds.write(target, QStringLiteral("empty"), document(empty));
 }
 
 QByteArray request(int id, bool isSet, const QByteArray &buffer)
@@ -170,6 +217,8 @@ int main(int argc, char **argv)
     }
     Seeds seeds(QString::fromLocal8Bit(argv[1]));
     writeObjects(seeds);
+    writeFolders(seeds);
+    writeDocuments(seeds);
     writeRequests(seeds);
     writeGifs(seeds);
     writeFilms(seeds);

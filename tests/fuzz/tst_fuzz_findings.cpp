@@ -8,6 +8,7 @@
 extern "C" {
 int fuzz_apng(const uint8_t *data, size_t size);
 int fuzz_document(const uint8_t *data, size_t size);
+int fuzz_folder(const uint8_t *data, size_t size);
 int fuzz_gif(const uint8_t *data, size_t size);
 int fuzz_host(const uint8_t *data, size_t size);
 int fuzz_json(const uint8_t *data, size_t size);
@@ -27,6 +28,7 @@ const QMap<QString, Target> &targets()
     static const QMap<QString, Target> all = {
         {QStringLiteral("fuzz_apng"), fuzz_apng},
         {QStringLiteral("fuzz_document"), fuzz_document},
+        {QStringLiteral("fuzz_folder"), fuzz_folder},
         {QStringLiteral("fuzz_gif"), fuzz_gif},
         {QStringLiteral("fuzz_host"), fuzz_host},
         {QStringLiteral("fuzz_json"), fuzz_json},
