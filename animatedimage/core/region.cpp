@@ -33,7 +33,7 @@ bool fitsBelow(const QList<QRect> &open, const QList<QRect> &row)
 bool isReduced(const QImage &source, int maxSide)
 {
     const auto pixels = qint32(quint32(source.width()) * quint32(source.height()));
-    return pixels > maxSide * maxSide;
+    return pixels > qint64(maxSide) * maxSide;
 }
 
 /// The size that QImage::scaled() gives a picture of @p size.

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void morePixelsAreReducedToFit();
     void theProductOfTheSidesIsA32BitNumber();
     void anotherGreatestSideHasAnotherLimit();
+    void aSquareBeyond32BitsIsALimit();
     void aNullPictureStaysNull();
     void aReducedFrameIsMeasuredInPixelsOfTheCopy();
     void shallowPicturesCanBeHitOnceTheyWereReduced_data();
@@ -113,6 +114,16 @@ void TestRegionReduction::anotherGreatestSideHasAnotherLimit()
     QCOMPARE(out.size(), QSize(20, 6));
     QVERIFY(CAnimatedImage::getImageForPath(source, out, 10));
     QCOMPARE(out.size(), QSize(10, 3));
+}
+
+void TestRegionReduction::aSquareBeyond32BitsIsALimit()
+{
+    QImage source = Pictures::solid(3, 2, Qt::red);
+    QImage out;
+    QVERIFY(CAnimatedImage::getImageForPath(source, out, 65536));
+    QCOMPARE(out.size(), QSize(3, 2));
+    QVERIFY(CAnimatedImage::getImageForPath(source, out, -2030043136));
+    QCOMPARE(out.size(), QSize(3, 2));
 }
 
 void TestRegionReduction::aNullPictureStaysNull()
