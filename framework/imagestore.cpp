@@ -6,6 +6,8 @@
 
 #include <QtCore/QCryptographicHash>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -114,7 +116,9 @@ bool ImageStore::contains(const QString &digest) const
 
 QList<QString> ImageStore::digests() const
 {
-    return m_pngs.keys();
+    QList<QString> digests = m_pngs.keys();
+    std::sort(digests.begin(), digests.end());
+    return digests;
 }
 
 void ImageStore::setCapacity(qint64 bytes)

@@ -5,7 +5,6 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>
 #include <QtCore/QList>
-#include <QtCore/QMap>
 #include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtGui/QImage>
@@ -72,7 +71,7 @@ private:
         int use; ///< the last one in which the picture was added or returned
     };
 
-    QMap<QString, QByteArray> m_pngs;
+    QHash<QString, QByteArray> m_pngs;
     QSet<QString> m_used;
     /// By cacheKey(), which is unique to the pixels. A picture does not tell when it ends.
     mutable QHash<qint64, Known> m_known;

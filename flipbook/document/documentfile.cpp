@@ -210,6 +210,6 @@ void saveDocument(Document &document, const QString &path, const MemoryAccount &
     QMap<QString, QByteArray> pictures;
     const QList<QString> digests = store.digests();
     for (const QString &digest : digests)
-        pictures.insert(digest, store.png(digest));
+        pictures.insert(pictures.cend(), digest, store.png(digest));
     DocumentArchive::write(path, json, pictures, ifExists);
 }
