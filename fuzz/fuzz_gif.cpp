@@ -1,5 +1,6 @@
 #include "flipbook/base/failure.h"
 #include "flipbook/base/memoryaccount.h"
+#include "flipbook/import/gifscreen.h"
 #include "flipbook/import/gifsource.h"
 #include "fuzz/fuzzing.h"
 #include "tests/support/stage.h"
@@ -10,9 +11,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString path = Fuzzing::file(data, size, QStringLiteral(".gif"));
     try {
         MemoryAccount memory(Fuzzing::MaxMemory);
-        examineGif(path, path, memory);
+        const GifSource source = examineGif(path, path, memory);
         Stage stage;
         stage->loadFromFile(path);
+        GifScreen::clear(AnimatedObject(*stage.image), path, source.descriptors);
         qint64 decoded = 0;
         for (const CAnimatedPortrait &frame : qAsConst(stage.probe.frames()))
             decoded += frame.image.sizeInBytes();
