@@ -37,7 +37,7 @@ bool isPlausible(const QImageReader &reader, qint64 byteCount)
 }
 
 /// How many bits the pixels of a PNG file take before they are compressed, at least. Zero for a
-/// kind of pixels that there is not.
+/// kind that PNG files do not have.
 double pixelBits(const QByteArray &png)
 {
     constexpr int widthAt = 16;

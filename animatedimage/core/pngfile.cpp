@@ -4,6 +4,8 @@
 #include <QtCore/QIODevice>
 #include <QtCore/QtEndian>
 
+#include <array>
+
 namespace PngFile
 {
 
@@ -19,29 +21,16 @@ quint32 number(const QByteArray &bytes, int at)
 }
 
 /// How many bits the pixels take before they are compressed, without what each row begins with.
-/// Zero for a kind of pixels that there is not.
+/// Zero for a kind that PNG files do not have.
 double pixelBits(const QByteArray &header)
 {
     constexpr int widthAt = 16;
     constexpr int heightAt = 20;
     constexpr int depthAt = 24;
     constexpr int kindAt = 25;
-    int channels = 0;
-    switch (header.at(kindAt)) {
-    case 0: // grey
-    case 3: // indexes into a palette
-        channels = 1;
-        break;
-    case 2: // red, green and blue
-        channels = 3;
-        break;
-    case 4: // grey with alpha
-        channels = 2;
-        break;
-    case 6: // red, green and blue with alpha
-        channels = 4;
-        break;
-    }
+    constexpr std::array<int, 7> channelsOfKind = {1, 0, 3, 1, 2, 0, 4};
+    const auto kind = std::size_t(uchar(header.at(kindAt)));
+    const int channels = kind < channelsOfKind.size() ? channelsOfKind.at(kind) : 0;
     return double(number(header, widthAt)) * number(header, heightAt) * channels *
            uchar(header.at(depthAt));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QString>
 #include <QtCore/QtGlobal>
 
 /// Drops Qt's messages for as long as it lives: for inputs that libraries complain about in an
