@@ -19,6 +19,7 @@ private Q_SLOTS:
     void aFileWithoutItsLastCheckSumIsComplete();
     void otherBytesAreLeftToTheLibrary();
     void aFileAfterOtherBytesIsFound();
+    void aDeviceThatFailsOnTheWayIsRefused();
     void nothingIsRefusedThatTheLibraryReads();
 };
 
@@ -51,6 +52,31 @@ Answer answerFor(const QByteArray &file, int begin = 0)
     const bool isComplete = PngFile::isComplete(buffer);
     return {isComplete, buffer.pos()};
 }
+
+/// A buffer that can be read, or moved to a position, only so many times.
+class FailingBuffer : public QBuffer
+{
+public:
+    FailingBuffer(const QByteArray &content, int reads, int seeks)
+        : m_reads(reads)
+        , m_seeks(seeks)
+    {
+        setData(content);
+        open(ReadOnly);
+    }
+
+    bool seek(qint64 position) override { return m_seeks-- > 0 && QBuffer::seek(position); }
+
+protected:
+    qint64 readData(char *data, qint64 most) override
+    {
+        return m_reads-- > 0 ? QBuffer::readData(data, most) : -1;
+    }
+
+private:
+    int m_reads;
+    int m_seeks;
+};
 
 /// A file with all its pixels, of some size and kind, as small as deflate makes it.
 QByteArray wholeFile(QRandomGenerator &random)
@@ -188,6 +214,24 @@ void TestPngFile::aFileAfterOtherBytesIsFound()
     const Answer refused = answerFor("before" + none + "after", 6);
     QVERIFY(!refused.isComplete);
     QCOMPARE(refused.position, qint64(6 + none.size() - 4));
+}
+
+void TestPngFile::aDeviceThatFailsOnTheWayIsRefused()
+{
+    const QByteArray file = signature() + header(1, 1, 8, 6) + pixels(20) + end();
+    constexpr int enough = 20;
+    FailingBuffer sound(file, enough, enough);
+    QVERIFY(PngFile::isComplete(sound));
+    // To each of three chunks, to the one after the pixels, and back to the beginning.
+    for (int seeks = 0; seeks < 5; ++seeks) {
+        FailingBuffer stuck(file, enough, seeks);
+        QVERIFY2(!PngFile::isComplete(stuck), qPrintable(QString::number(seeks)));
+    }
+    // The beginning of each of three chunks.
+    for (int reads = 0; reads < 3; ++reads) {
+        FailingBuffer broken(file, reads, enough);
+        QVERIFY2(!PngFile::isComplete(broken), qPrintable(QString::number(reads)));
+    }
 }
 
 void TestPngFile::nothingIsRefusedThatTheLibraryReads()
