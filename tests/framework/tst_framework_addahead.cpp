@@ -1,3 +1,4 @@
+#include "framework/encodeahead.h"
 #include "framework/imagestore.h"
 
 #include <QtTest/QTest>
@@ -23,6 +24,24 @@ QImage solid(const QColor &color)
     return image;
 }
 
+/// Pictures that are told from one another by their widths: many small ones, with a large one, and
+/// one with more bytes than all others, here and there.
+QList<QImage> ofAllSizes()
+{
+    QList<QImage> images;
+    for (int i = 0; i < 2000; ++i)
+        images.append(QImage(1 + i, i % 90 == 7 ? 40 : 1, QImage::Format_Mono));
+    images.insert(700, QImage(3000, 3000, QImage::Format_ARGB32));
+    images.insert(0, QImage(2999, 300, QImage::Format_ARGB32));
+    images.append(QImage());
+    return images;
+}
+
+QByteArray widthOf(const QImage &image)
+{
+    return QByteArray::number(image.width());
+}
+
 } // namespace
 
 /// Pictures that are encoded several at a time, compared with pictures added one by one.
@@ -35,6 +54,8 @@ private Q_SLOTS:
     void picturesAddedAheadEndWhereThereIsNoRoom();
     void copiesOfKnownPicturesAreTheSameFiles();
     void picturesThatDifferInOnePixelAreOtherFiles();
+    void picturesOfAllSizesAreTakenInTheirOrder();
+    void nothingIsTakenAfterTheEnd();
 };
 
 void TestAddAhead::picturesAddedAheadAreThoseAddedOneByOne()
@@ -117,6 +138,31 @@ void TestAddAhead::picturesThatDifferInOnePixelAreOtherFiles()
     ImageStore oneByOne;
     for (const QImage &each : qAsConst(pictures))
         QCOMPARE(store.add(each), oneByOne.add(each));
+}
+
+void TestAddAhead::picturesOfAllSizesAreTakenInTheirOrder()
+{
+    const QList<QImage> images = ofAllSizes();
+    int taken = 0;
+    encodeAhead(images, widthOf, [&](int index, const QByteArray &file) {
+        return index == taken && file == widthOf(images.at(taken++));
+    });
+    QCOMPARE(taken, 2003);
+    encodeAhead({}, widthOf, [&](int, const QByteArray &) { return ++taken > 0; });
+    QCOMPARE(taken, 2003);
+}
+
+void TestAddAhead::nothingIsTakenAfterTheEnd()
+{
+    const QList<QImage> images = ofAllSizes();
+    for (const int last : {0, 1, 7, 699, 701, 1500}) {
+        int taken = 0;
+        encodeAhead(images, widthOf, [&](int index, const QByteArray &) {
+            ++taken;
+            return index < last;
+        });
+        QCOMPARE(taken, last + 1);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestAddAhead)
