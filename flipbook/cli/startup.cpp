@@ -45,6 +45,15 @@ void keepFreedMemory()
     mallopt(M_TRIM_THRESHOLD, mostKept);
 }
 
+/// Each date of an entry in an archive is converted. Where TZ does not tell the time zone, the C
+/// library asks the system each time whether this file has changed; it is what it reads then
+/// anyway.
+void readTimeZoneOnce()
+{
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
+}
+
 } // namespace
 
 QStringList Startup::prepare(int argc, char *argv[])
@@ -52,6 +61,7 @@ QStringList Startup::prepare(int argc, char *argv[])
     keepStandardFiles();
     preferUtf8();
     keepFreedMemory();
+    readTimeZoneOnce();
     Console::setVerbose(false);
     QStringList arguments;
     for (int i = 1; i < argc; ++i)

@@ -6,8 +6,9 @@
 namespace Startup
 {
 
-/// Sets the locale to UTF-8, the memory to be kept, and the libraries to be quiet. Returns the
-/// arguments after the name of the program; bytes that are not UTF-8 are shown as \xHH.
+/// Sets the locale to UTF-8, the memory to be kept, the time zone to be read once, and the
+/// libraries to be quiet. Returns the arguments after the name of the program; bytes that are not
+/// UTF-8 are shown as \xHH.
 QStringList prepare(int argc, char *argv[]);
 
 /// The first argument that is not UTF-8, as it is shown; null if there is none. Qt would make the
