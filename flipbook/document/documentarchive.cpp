@@ -5,6 +5,7 @@
 #include "flipbook/base/memorybudget.h"
 #include "flipbook/base/outputfile.h"
 #include "flipbook/base/zipwriter.h"
+#include "flipbook/document/archivefile.h"
 #include "flipbook/document/archivescan.h"
 
 #include <KArchive/KZip>
@@ -63,7 +64,7 @@ DocumentArchive::DocumentArchive(std::unique_ptr<QFile> file, const QString &pat
                                  MemoryAccount &memory)
     : m_path(path)
     , m_memory(memory)
-    , m_file(std::move(file))
+    , m_file(std::make_unique<ArchiveFile>(std::move(file)))
 {
     if (m_file->peek(2) != "PK")
         throw Failure{path, QStringLiteral("not a flipbook document: it is not a zip archive")};

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+class ArchiveFile;
 class KArchiveDirectory;
 class KArchiveFile;
 class KZip;
@@ -51,6 +52,6 @@ private:
     QString m_path;
     MemoryAccount &m_memory;
     qint64 m_taken = 0; ///< of the memory, by the directory
-    std::unique_ptr<QFile> m_file;
+    std::unique_ptr<ArchiveFile> m_file;
     std::unique_ptr<KZip> m_zip;
 };
