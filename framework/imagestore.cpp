@@ -5,6 +5,7 @@
 #include "framework/samepixels.h"
 
 #include <QtCore/QCryptographicHash>
+#include <QtCore/QSet>
 
 #include <algorithm>
 
@@ -23,12 +24,12 @@ QString ImageStore::add(const QImage &image)
     const auto known = m_known.find(image.cacheKey());
     if (known != m_known.end()) {
         known->use = m_use;
-        m_used.insert(known->digest);
+        m_files[known->digest].use = m_use;
         return known->digest;
     }
     const QString digest = addEncoded(image, PictureCodec::encode(image));
     if (!digest.isEmpty())
-        m_used.insert(digest);
+        m_files[digest].use = m_use;
     return digest;
 }
 
@@ -79,13 +80,13 @@ QString ImageStore::addEncoded(const QImage &image, const QByteArray &png)
 
 bool ImageStore::keep(const QString &digest, const QByteArray &png)
 {
-    if (m_pngs.contains(digest))
+    if (m_files.contains(digest))
         return true;
     if (png.size() > m_capacity - m_byteCount) {
         m_overflowed = true;
         return false;
     }
-    m_pngs.insert(digest, png);
+    m_files.insert(digest, {png});
     m_byteCount += png.size();
     return true;
 }
@@ -97,7 +98,7 @@ bool ImageStore::addPng(const QString &digest, const QByteArray &bytes)
 
 QImage ImageStore::image(const QString &digest) const
 {
-    const PictureCodec::Decoded decoded = PictureCodec::decode(m_pngs.value(digest));
+    const PictureCodec::Decoded decoded = PictureCodec::decode(m_files.value(digest).bytes);
     // A file of another program is encoded again if added, so that equal pixels have equal bytes.
     if (decoded.isOwn)
         m_known.insert(decoded.image.cacheKey(), {digest, m_use});
@@ -106,17 +107,17 @@ QImage ImageStore::image(const QString &digest) const
 
 QByteArray ImageStore::png(const QString &digest) const
 {
-    return m_pngs.value(digest);
+    return m_files.value(digest).bytes;
 }
 
 bool ImageStore::contains(const QString &digest) const
 {
-    return m_pngs.contains(digest);
+    return m_files.contains(digest);
 }
 
 QList<QString> ImageStore::digests() const
 {
-    QList<QString> digests = m_pngs.keys();
+    QList<QString> digests = m_files.keys();
     std::sort(digests.begin(), digests.end());
     return digests;
 }
@@ -139,32 +140,31 @@ qint64 ImageStore::byteCount() const
 
 void ImageStore::remove(const QString &digest)
 {
-    m_byteCount -= m_pngs.take(digest).size();
+    m_byteCount -= m_files.take(digest).bytes.size();
     forgetDropped();
 }
 
 void ImageStore::clear()
 {
-    m_pngs.clear();
+    m_files.clear();
     m_byteCount = 0;
     forgetDropped();
 }
 
 void ImageStore::beginUse()
 {
-    m_used.clear();
     ++m_use;
 }
 
 void ImageStore::dropUnused()
 {
-    for (auto png = m_pngs.begin(); png != m_pngs.end();) {
-        if (m_used.contains(png.key())) {
-            ++png;
+    for (auto file = m_files.begin(); file != m_files.end();) {
+        if (file->use == m_use) {
+            ++file;
             continue;
         }
-        m_byteCount -= png->size();
-        png = m_pngs.erase(png);
+        m_byteCount -= file->bytes.size();
+        file = m_files.erase(file);
     }
     for (auto known = m_known.begin(); known != m_known.end();)
         known = known->use == m_use ? std::next(known) : m_known.erase(known);
@@ -175,5 +175,5 @@ void ImageStore::dropUnused()
 void ImageStore::forgetDropped()
 {
     for (auto known = m_known.begin(); known != m_known.end();)
-        known = m_pngs.contains(known->digest) ? std::next(known) : m_known.erase(known);
+        known = m_files.contains(known->digest) ? std::next(known) : m_known.erase(known);
 }

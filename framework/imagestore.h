@@ -5,7 +5,6 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>
 #include <QtCore/QList>
-#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtGui/QImage>
 
@@ -71,8 +70,15 @@ private:
         int use; ///< the last one in which the picture was added or returned
     };
 
-    QHash<QString, QByteArray> m_pngs;
-    QSet<QString> m_used;
+    /// A PNG file in the store.
+    struct File {
+        QByteArray bytes;
+        int use = NoUse; ///< the last one in which a picture with this file was added
+    };
+
+    static constexpr int NoUse = -1;
+
+    QHash<QString, File> m_files; ///< by digest
     /// By cacheKey(), which is unique to the pixels. A picture does not tell when it ends.
     mutable QHash<qint64, Known> m_known;
     int m_use = 0; ///< how often beginUse() was called

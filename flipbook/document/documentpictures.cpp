@@ -14,7 +14,6 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
-#include <QtCore/QSet>
 
 #include <algorithm>
 
@@ -29,6 +28,7 @@ struct StoredPicture {
     qint64 pixelBytes = 0; ///< of the decoded picture
     qint64 workBytes = 0;  ///< what decoding also takes
     QString flaw;          ///< why it cannot be shown; empty when it can
+    int countedFor = 0;    ///< the number of the last object for which it was counted
 };
 
 /// What decoding takes in addition to the picture: the picture as the file carries it, and one more
@@ -66,10 +66,10 @@ public:
 private:
     bool readFrame(const QJsonObject &image, const QString &where);
     StoredPicture inlinePicture(const QString &text) const;
-    const StoredPicture &stored(const QString &digest);
+    StoredPicture &stored(const QString &digest);
     StoredPicture read(const QString &digest);
     StoredPicture examined(const QByteArray &png) const;
-    void countOncePerObject(const QString &digest, const StoredPicture &picture);
+    void countOncePerObject(StoredPicture &picture);
     void count(const StoredPicture &picture);
     void require(qint64 bytes) const;
     void warn(const QString &what);
@@ -79,7 +79,7 @@ private:
     const QString m_subject;
     ImageStore &m_store;
     QHash<QString, StoredPicture> m_pictures;
-    QSet<QString> m_countedOfObject;
+    int m_objectNumber = 0;
     qint64 m_work = 0; ///< the most that decoding takes in addition to what is kept
     QStringList m_warnings;
     int m_unnamedWarnings = 0;
@@ -90,7 +90,7 @@ void PictureReader::readObject(QJsonObject &state, const QString &where)
 {
     QJsonArray images = state.value(FormKey::ImageList).toArray();
     bool isChanged = false;
-    m_countedOfObject.clear();
+    ++m_objectNumber;
     m_memory.require(images.size() * MemoryBudget::BytesPerFrame, m_subject,
                      QStringLiteral("%1 frames").arg(images.size()));
     m_memory.take(images.size() * MemoryBudget::BytesPerFrame);
@@ -119,12 +119,12 @@ bool PictureReader::readFrame(const QJsonObject &image, const QString &where)
             warn(QStringLiteral("%1 is empty: its picture is %2").arg(where, picture.flaw));
         return picture.flaw.isEmpty();
     }
-    const StoredPicture &picture = stored(digest.toString());
+    const QString name = digest.toString();
+    StoredPicture &picture = stored(name);
     if (picture.flaw.isEmpty())
-        countOncePerObject(digest.toString(), picture);
+        countOncePerObject(picture);
     else
-        warn(QStringLiteral("%1 is empty: its picture '%2' is %3")
-                 .arg(where, digest.toString(), picture.flaw));
+        warn(QStringLiteral("%1 is empty: its picture '%2' is %3").arg(where, name, picture.flaw));
     return true;
 }
 
@@ -138,7 +138,7 @@ StoredPicture PictureReader::inlinePicture(const QString &text) const
     return examined(*decoded);
 }
 
-const StoredPicture &PictureReader::stored(const QString &digest)
+StoredPicture &PictureReader::stored(const QString &digest)
 {
     auto known = m_pictures.find(digest);
     if (known == m_pictures.end())
@@ -183,11 +183,11 @@ StoredPicture PictureReader::examined(const QByteArray &png) const
 }
 
 // Frames of one object that show the same picture share its pixels.
-void PictureReader::countOncePerObject(const QString &digest, const StoredPicture &picture)
+void PictureReader::countOncePerObject(StoredPicture &picture)
 {
-    if (m_countedOfObject.contains(digest))
+    if (picture.countedFor == m_objectNumber)
         return;
-    m_countedOfObject.insert(digest);
+    picture.countedFor = m_objectNumber;
     count(picture);
 }
 
