@@ -4,13 +4,18 @@
 
 #include <functional>
 
-/// With the sanitizers, which make programs start slowly, each kind is tried with every third
-/// command, and the next kind with others.
+/// Each kind is tried with every nth command, and the next kind with others. This is n: what
+/// COMMAND_STEP says, otherwise 1, or 3 with the sanitizers, which make programs start slowly.
+inline int commandStep()
+{
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int commandStep = 3;
+    constexpr int usual = 3;
 #else
-constexpr int commandStep = 1;
+    constexpr int usual = 1;
 #endif
+    const int step = qEnvironmentVariableIntValue("COMMAND_STEP");
+    return step > 0 ? step : usual;
+}
 
 /// A kind of path to a file that a command is to read.
 struct InputKind {

@@ -355,7 +355,8 @@ PathRun runIn(const PathScratch &scratch, const QList<QByteArray> &arguments, Us
     QList<QByteArray> variables{"TMPDIR=" + scratch.temporary(),
                                 "XDG_RUNTIME_DIR=" + scratch.temporary() + "run", "LC_ALL=C.UTF-8",
                                 "HOME=/", "PATH=/usr/bin:/bin"};
-    for (const char *kept : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"})
+    for (const char *kept :
+         {"ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "QT_ENABLE_REGEXP_JIT"})
         variables << QByteArray(kept) + '=' + qgetenv(kept);
     const std::vector<char *> argumentList = pointers(words);
     const std::vector<char *> variableList = pointers(variables);
