@@ -336,7 +336,7 @@ void TestEditRefusals::aLaterOperationIsJudgedByWhatTheEarlierOnesLeave()
 void TestEditRefusals::picturesBeyondTheBudgetAreRefused()
 {
     const QString vast = path(QStringLiteral("vast.png"));
-    QVERIFY(QImage(2000, 1000, QImage::Format_Mono).save(vast));
+    QVERIFY(Pictures::solid(2000, 1000, Qt::white).save(vast));
     const FlipbookRun run = edit({QStringLiteral("--max-memory"), QStringLiteral("100K"),
                                   QStringLiteral("--insert"), QStringLiteral("1=DIR/vast.png")});
     QVERIFY2(run.err.startsWith(

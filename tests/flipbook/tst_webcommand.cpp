@@ -270,7 +270,7 @@ void TestWebCommand::compactPicturesHaveTheSamePixels_data()
         << colored(300, false).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QTest::newRow("with a palette") << colored(200, true).convertToFormat(QImage::Format_Indexed8);
     QTest::newRow("black and white") << colored(2, true).convertToFormat(QImage::Format_Mono);
-    QTest::newRow("one pixel") << QImage(1, 1, QImage::Format_RGB32);
+    QTest::newRow("one pixel") << Pictures::solid(1, 1, Qt::red, QImage::Format_RGB32);
 }
 
 void TestWebCommand::compactPicturesHaveTheSamePixels()
