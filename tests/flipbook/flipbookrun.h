@@ -13,6 +13,9 @@ struct FlipbookRun {
     QJsonObject json() const;
 };
 
+/// How long a run may take, in milliseconds: what RUN_SECONDS says, otherwise a minute.
+int longestRunMs();
+
 /// Runs the program that was built with the test, without any display. @p environment holds
 /// further variables as NAME=VALUE.
 FlipbookRun flipbook(const QStringList &arguments, const QStringList &environment = {});

@@ -4,9 +4,10 @@
 
 #include <functional>
 
-/// Each kind is tried with every nth command, and the next kind with others. This is n: what
-/// COMMAND_STEP says, otherwise 1, or 3 with the sanitizers, which make programs start slowly.
-inline int commandStep()
+/// Each kind is tried with every nth of the commands, but with one at least, and the next kind with
+/// others. This is n: what COMMAND_STEP says, otherwise 1, or 3 with the sanitizers, which make
+/// programs start slowly.
+inline int commandStep(int commandCount)
 {
 #if defined(__SANITIZE_ADDRESS__)
     constexpr int usual = 3;
@@ -14,7 +15,7 @@ inline int commandStep()
     constexpr int usual = 1;
 #endif
     const int step = qEnvironmentVariableIntValue("COMMAND_STEP");
-    return step > 0 ? step : usual;
+    return qMin(step > 0 ? step : usual, commandCount);
 }
 
 /// A kind of path to a file that a command is to read.

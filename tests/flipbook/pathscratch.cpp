@@ -8,6 +8,7 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QTemporaryFile>
 #include <QtTest/QTest>
 
@@ -17,10 +18,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <grp.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -325,15 +324,19 @@ namespace
 int ended(pid_t process)
 {
     constexpr int longestMs = 60000;
-    const int handle = int(::syscall(SYS_pidfd_open, process, 0));
-    pollfd waited = {handle, POLLIN, 0};
-    const bool isDone = ::poll(&waited, 1, longestMs) == 1;
-    if (!isDone)
-        ::kill(process, SIGKILL);
+    constexpr useconds_t pauseUs = 500;
     int status = 0;
-    ::waitpid(process, &status, 0);
-    ::close(handle);
-    return isDone && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    QElapsedTimer waiting;
+    waiting.start();
+    while (::waitpid(process, &status, WNOHANG) == 0) {
+        if (waiting.hasExpired(longestMs)) {
+            ::kill(process, SIGKILL);
+            ::waitpid(process, &status, 0);
+            return -1;
+        }
+        ::usleep(pauseUs);
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 std::vector<char *> pointers(QList<QByteArray> &words)

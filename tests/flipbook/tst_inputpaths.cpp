@@ -140,9 +140,11 @@ void TestInputPaths::everyCommandReadsWhatIsNamedOrSaysWhyNot()
     QFETCH(int, number);
     if (kind.user == User::Nobody && !m_canRunAsNobody)
         QSKIP("no user without rights can run the program");
+    if (kind.input != Input::Nothing && qEnvironmentVariableIsSet("STANDARD_FILES_OPEN"))
+        QSKIP("the program gets all standard files, also those that are closed");
     QStringList all;
     const QVector<InputCommand> commands = inputCommands();
-    const int step = commandStep();
+    const int step = commandStep(commands.size());
     for (int i = number % step; i < commands.size(); i += step)
         all += problems(kind, commands.at(i));
     for (const QString &problem : qAsConst(all))

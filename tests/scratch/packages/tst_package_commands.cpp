@@ -82,7 +82,7 @@ FlipbookRun TestPackageCommands::withSmallDisk(int halfKilobytes, const QStringL
                                QStringLiteral("sh"), QStringLiteral(FLIPBOOK_PROGRAM)}) +
                       arguments);
     FlipbookRun run;
-    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit)
+    if (process.waitForFinished(longestRunMs()) && process.exitStatus() == QProcess::NormalExit)
         run.status = process.exitCode();
     run.err = QString::fromUtf8(process.readAllStandardError());
     return run;
