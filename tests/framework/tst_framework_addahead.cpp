@@ -145,7 +145,10 @@ void TestAddAhead::picturesOfAllSizesAreTakenInTheirOrder()
     const QList<QImage> images = ofAllSizes();
     int taken = 0;
     encodeAhead(images, widthOf, [&](int index, const QByteArray &file) {
-        return index == taken && file == widthOf(images.at(taken++));
+        if (index != taken || file != widthOf(images.at(index)))
+            return false;
+        ++taken;
+        return true;
     });
     QCOMPARE(taken, 2003);
     encodeAhead({}, widthOf, [&](int, const QByteArray &) { return ++taken > 0; });
