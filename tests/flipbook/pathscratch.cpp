@@ -2,6 +2,7 @@
 
 #include "flipbook/document/documentfile.h"
 #include "tests/flipbook/documentfixture.h"
+#include "tests/flipbook/flipbookrun.h"
 #include "tests/support/gifbuilder.h"
 #include "tests/support/pictures.h"
 
@@ -323,13 +324,12 @@ namespace
 /// The status with which @p process ends; -1 if it crashes or hangs.
 int ended(pid_t process)
 {
-    constexpr int longestMs = 60000;
     constexpr useconds_t pauseUs = 500;
     int status = 0;
     QElapsedTimer waiting;
     waiting.start();
     while (::waitpid(process, &status, WNOHANG) == 0) {
-        if (waiting.hasExpired(longestMs)) {
+        if (waiting.hasExpired(longestRunMs())) {
             ::kill(process, SIGKILL);
             ::waitpid(process, &status, 0);
             return -1;
