@@ -45,9 +45,8 @@ void keepFreedMemory()
     mallopt(M_TRIM_THRESHOLD, mostKept);
 }
 
-/// Each date of an entry in an archive is converted. Where TZ does not tell the time zone, the C
-/// library asks the system each time whether this file has changed; it is what it reads then
-/// anyway.
+/// Each date of an entry in an archive is converted. Without TZ, the C library asks the system each
+/// time whether /etc/localtime has changed; with its name in TZ, it reads the file once.
 void readTimeZoneOnce()
 {
     if (!qEnvironmentVariableIsSet("TZ"))
